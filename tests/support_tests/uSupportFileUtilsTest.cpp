@@ -1,0 +1,206 @@
+#include "support/uFileUtils.h"
+
+#include "support/uException.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using TAccess = TFileUtils::TAccess;
+
+class TFilesTest : public testing::Test
+{
+protected:
+    QString Path(const QString &name) const { return FFolder.filePath(name); }
+    static QByteArray Bytes(const QString &path)
+    {
+        QByteArray bytes;
+        TFileUtils::ReadBinary(path, bytes);
+        return bytes;
+    }
+    static uint Mode(const QString &path)
+    {
+        struct stat status = {};
+        ::stat(QFile::encodeName(path).constData(), &status);
+        return status.st_mode & 07777;
+    }
+    static void SetMode(const QString &path, uint mode)
+    {
+        ::chmod(QFile::encodeName(path).constData(), mode);
+    }
+    QStringList Names() const { return QDir(FFolder.path()).entryList(QDir::Files | QDir::Hidden); }
+
+    QTemporaryDir FFolder;
+};
+
+QString MessageOf(const std::function<void()> &action)
+{
+    try {
+        action();
+    } catch (const EException &e) {
+        return e.Message();
+    }
+    return {};
+}
+
+TEST_F(TFilesTest, GiveTheDefaultOnlyWhenTheFileIsMissing)
+{
+    QString text;
+    EXPECT_FALSE(TFileUtils::ReadText(Path("none"), "def", text));
+    EXPECT_EQ(text, "def");
+    TFileUtils::WriteText(Path("empty"), "");
+    EXPECT_TRUE(TFileUtils::ReadText(Path("empty"), "def", text));
+    EXPECT_EQ(text, "");
+    EXPECT_THROW(TFileUtils::ReadText(FFolder.path(), "def", text), EException);
+}
+
+TEST_F(TFilesTest, KeepABigFileByteByByte)
+{
+    QByteArray bytes(20 * 1024 * 1024, 'x');
+    for (qsizetype i = 0; i < bytes.size(); i += 4096)
+        bytes[i] = static_cast<char>(i / 4096);
+    TFileUtils::WriteBinary(Path("big"), bytes);
+    EXPECT_TRUE(Bytes(Path("big")) == bytes);
+}
+
+TEST_F(TFilesTest, ReadAFileWhoseSizeTheSystemDoesNotTell)
+{
+    EXPECT_TRUE(Bytes("/proc/self/status").contains("VmPeak"));
+}
+
+struct TModeRow
+{
+    const char *Name;
+    int Before; // -1: no file
+    TAccess Access;
+    uint After;
+};
+
+TEST_F(TFilesTest, TakeOverPermissionsOrKeepTheOwnersSecret)
+{
+    const TModeRow rows[] = {
+        {"new default", -1, TAccess::faDefault, 0644},
+        {"new secret", -1, TAccess::faOwnerOnly, 0600},
+        {"executable stays", 0755, TAccess::faDefault, 0755},
+        {"closed stays", 0600, TAccess::faDefault, 0600},
+        {"open secret is closed", 0644, TAccess::faOwnerOnly, 0600},
+    };
+    const mode_t mask = ::umask(022);
+    for (const TModeRow &row : rows) {
+        const QString path = Path(row.Name);
+        if (row.Before >= 0) {
+            TFileUtils::WriteBinary(path, "old");
+            SetMode(path, static_cast<uint>(row.Before));
+        }
+        TFileUtils::WriteBinary(path, "new", row.Access);
+        EXPECT_EQ(Mode(path), row.After) << row.Name;
+        EXPECT_EQ(Bytes(path), "new") << row.Name;
+    }
+    ::umask(mask);
+}
+
+TEST_F(TFilesTest, ReplaceTheTargetOfALinkAndNotTheLink)
+{
+    QDir(FFolder.path()).mkdir("real");
+    TFileUtils::WriteBinary(Path("real/file"), "old");
+    ASSERT_EQ(::symlink("real/file", qPrintable(Path("link"))), 0);
+    ASSERT_EQ(::symlink("link", qPrintable(Path("second"))), 0);
+    ASSERT_EQ(::symlink("real/later", qPrintable(Path("dangling"))), 0);
+    TFileUtils::WriteBinary(Path("second"), "new");
+    TFileUtils::WriteBinary(Path("dangling"), "made");
+    EXPECT_TRUE(QFileInfo(Path("second")).isSymLink());
+    EXPECT_TRUE(QFileInfo(Path("link")).isSymLink());
+    EXPECT_EQ(Bytes(Path("real/file")), "new");
+    EXPECT_TRUE(QFileInfo(Path("dangling")).isSymLink());
+    EXPECT_EQ(Bytes(Path("real/later")), "made");
+}
+
+TEST_F(TFilesTest, FailWithPathAndReasonAndLeaveNothingBehind)
+{
+    TFileUtils::WriteBinary(Path("file"), "old");
+    struct TRow
+    {
+        QString FileName;
+        const char *Reason;
+    };
+    const TRow rows[] = {
+        {Path("missing/file"), "No such file or directory"},
+        {Path("file/below"), "Not a directory"},
+        {FFolder.path(), "Is a directory"},
+        {"/dev/full", "No space left on device"},
+        {"/proc/version", ""}, // refused in one way or another, by who we are
+    };
+    for (const TRow &row : rows) {
+        const QString message =
+            MessageOf([&] { TFileUtils::WriteBinary(row.FileName, QByteArray(100000, 'x')); });
+        EXPECT_TRUE(message.contains(row.FileName)) << qPrintable(message);
+        EXPECT_TRUE(message.contains(row.Reason)) << qPrintable(message);
+    }
+    EXPECT_EQ(Names(), QStringList("file"));
+    EXPECT_EQ(Bytes(Path("file")), "old");
+}
+
+TEST_F(TFilesTest, KeepTheOldFileWhenThereIsNoRoomForTheNew)
+{
+    TFileUtils::WriteBinary(Path("file"), "old");
+    rlimit old = {};
+    ::getrlimit(RLIMIT_FSIZE, &old);
+    const rlimit small = {4096, old.rlim_max};
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    const QString message =
+        MessageOf([&] { TFileUtils::WriteBinary(Path("file"), QByteArray(100000, 'x')); });
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+    EXPECT_TRUE(message.contains("File too large")) << qPrintable(message);
+    EXPECT_EQ(Bytes(Path("file")), "old");
+    EXPECT_EQ(Names(), QStringList("file"));
+}
+
+TEST_F(TFilesTest, KeepTheOldFileWhenTheTextDoesNotFitItsEncoding)
+{
+    TFileUtils::WriteBinary(Path("file"), "old");
+    const QString halfPair = QChar(0xD83D);
+    EXPECT_THROW(TFileUtils::WriteText(Path("file"), halfPair), EException);
+    EXPECT_EQ(Bytes(Path("file")), "old");
+}
+
+TEST_F(TFilesTest, RemoveAFolderButNotWhatItsLinksPointTo)
+{
+    QDir root(FFolder.path());
+    root.mkpath("doomed/deep");
+    root.mkdir("kept");
+    TFileUtils::WriteBinary(Path("doomed/deep/file"), "x");
+    TFileUtils::WriteBinary(Path("kept/file"), "x");
+    ASSERT_EQ(::symlink(qPrintable(Path("kept")), qPrintable(Path("doomed/link"))), 0);
+    TFileUtils::DeleteFolder(Path("doomed"));
+    EXPECT_FALSE(TFileUtils::Exists(Path("doomed")));
+    ASSERT_EQ(::symlink("kept", qPrintable(Path("link"))), 0);
+    TFileUtils::DeleteFolder(Path("link/"));
+    EXPECT_FALSE(TFileUtils::Exists(Path("link")));
+    EXPECT_TRUE(TFileUtils::Exists(Path("kept/file")));
+}
+
+TEST_F(TFilesTest, ShowByTheirStampThatSomebodyElseWrote)
+{
+    const QString path = Path("file");
+    const TFileStamp missing = TFileStamp::Of(path);
+    TFileUtils::WriteBinary(path, "one");
+    const TFileStamp first = TFileStamp::Of(path);
+    EXPECT_NE(missing, first);
+    EXPECT_EQ(first, TFileStamp::Of(path));
+    TFileUtils::WriteBinary(path, "two");
+    EXPECT_NE(first, TFileStamp::Of(path)) << "same size, perhaps the same moment";
+    QFile::remove(path);
+    EXPECT_EQ(missing, TFileStamp::Of(path));
+}
+
+} // namespace

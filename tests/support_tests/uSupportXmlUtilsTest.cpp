@@ -1,0 +1,178 @@
+#include "support/uXmlUtils.h"
+
+#include "support/uException.h"
+#include "support/uFileUtils.h"
+
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class TXmlTest : public testing::Test
+{
+protected:
+    void SetUp() override { TXmlUtils::CreateXml("config", "1.0.0", FDocument); }
+    QDomElement Node(const QString &group, const QString &property, bool create = false)
+    {
+        QDomElement node;
+        TXmlUtils::GetNodeByPath(FDocument.documentElement(), group, node, "property", "group",
+                                 create, property);
+        return node;
+    }
+    void Load(const QByteArray &bytes)
+    {
+        TFileUtils::WriteBinary(Path(), bytes);
+        TXmlUtils::OpenXml(Path(), FDocument);
+    }
+    void SaveAndLoad() { Load(TXmlUtils::ToBytes(FDocument)); }
+    QString Path() const { return FFolder.filePath("file.xml"); }
+
+    QTemporaryDir FFolder;
+    QDomDocument FDocument;
+};
+
+TEST_F(TXmlTest, HasTheShapeOfItsFiles)
+{
+    TXmlUtils::SetValueAsStr(Node("a.b", "p", true), u"<Ж&>"_qs);
+    EXPECT_EQ(QString::fromUtf8(TXmlUtils::ToBytes(FDocument)),
+              u"<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+              "<config version=\"1.0.0\">\n"
+              "        <group name=\"a\">\n"
+              "                <group name=\"b\">\n"
+              "                        <property name=\"p\">&lt;Ж&amp;></property>\n"
+              "                </group>\n"
+              "        </group>\n"
+              "</config>\n"_qs);
+}
+
+TEST_F(TXmlTest, GivesBackEveryTextAndNameAsItWasSet)
+{
+    const QString texts[] = {
+        "plain",
+        "",
+        " lead and trail ",
+        " ",
+        "\t",
+        "\n \t",
+        "\r\n",
+        " \r",
+        "a\r\nb\nc\rd",
+        u"\u00A0"_qs,
+        u"\u3000 "_qs,
+        QString(u'\0') + "x",
+        "\x01\x1F",
+        u"\uFFFE\uFFFF"_qs,
+        u"Ж😀"_qs,
+        "]]>",
+        "<a>&amp;",
+        "\"quoted\"",
+    };
+    int position = 0;
+    for (const QString &text : texts) {
+        TXmlUtils::SetValueAsStr(Node("values", QString::number(position++), true), text);
+        if (!text.isEmpty())
+            TXmlUtils::SetValueAsStr(Node("names." + text, "p", true), "found");
+    }
+    SaveAndLoad();
+    position = 0;
+    for (const QString &text : texts) {
+        EXPECT_EQ(TXmlUtils::GetValueAsString(Node("values", QString::number(position)), "def"),
+                  text)
+            << position;
+        if (!text.isEmpty()) {
+            EXPECT_EQ(TXmlUtils::GetValueAsString(Node("names." + text, "p"), "def"), "found")
+                << position;
+        }
+        ++position;
+    }
+}
+
+TEST_F(TXmlTest, ReplacesAValueWhateverItWas)
+{
+    for (const QString text : {" ", "\x02", "plain", ""}) {
+        TXmlUtils::SetValueAsStr(Node("", "p", true), text);
+        EXPECT_EQ(TXmlUtils::GetValueAsString(Node("", "p"), "def"), text);
+    }
+    EXPECT_FALSE(TXmlUtils::ToBytes(FDocument).contains("hex"));
+}
+
+TEST_F(TXmlTest, FindsTheFirstChildOfTheRightKindAndName)
+{
+    Load("<config><property name='a'>wrong kind</property><group name='A'/>"
+         "<group name='a'><property name='p'>1</property><property name='p'>2</property></group>"
+         "<group name='a'><property name='q'>3</property></group></config>");
+    EXPECT_EQ(Node("a", "p").text(), "1");
+    EXPECT_TRUE(Node("a", "q").isNull());
+    EXPECT_TRUE(Node("a.b.c", "p").isNull());
+    EXPECT_EQ(Node("", "").tagName(), "config");
+    const QByteArray before = TXmlUtils::ToBytes(FDocument);
+    Node("x.y", "z");
+    EXPECT_EQ(TXmlUtils::ToBytes(FDocument), before);
+}
+
+TEST_F(TXmlTest, ReadsNumbersAndBooleansOrTheDefault)
+{
+    Load("<config><property name='i'>-12</property><property name='f'>1.5e3</property>"
+         "<property name='t'>TRUE</property><property name='n'>1</property>"
+         "<property name='x' size='7'>12x</property></config>");
+    EXPECT_EQ(TXmlUtils::GetValueAsInteger(Node("", "i"), 5), -12);
+    EXPECT_EQ(TXmlUtils::GetValueAsInteger(Node("", "x"), 5), 5);
+    EXPECT_EQ(TXmlUtils::GetValueAsInteger(Node("", "missing"), 5), 5);
+    EXPECT_EQ(TXmlUtils::GetValueAsFloat(Node("", "f"), 5), 1500);
+    EXPECT_EQ(TXmlUtils::GetValueAsFloat(Node("", "x"), 5), 5);
+    EXPECT_TRUE(TXmlUtils::GetValueAsBoolean(Node("", "t"), false));
+    EXPECT_FALSE(TXmlUtils::GetValueAsBoolean(Node("", "n"), true));
+    EXPECT_TRUE(TXmlUtils::GetValueAsBoolean(Node("", "missing"), true));
+    EXPECT_EQ(TXmlUtils::GetAttributeValueAsInteger(Node("", "x"), "size", 1), 7);
+    EXPECT_EQ(TXmlUtils::GetAttributeValueAsInteger(Node("", "x"), "name", 1), 1);
+    EXPECT_EQ(TXmlUtils::GetAttributeValueAsString(Node("", "x"), "none", "def"), "def");
+    TXmlUtils::SetValueAsFloat(Node("", "f"), 0.1 + 0.2);
+    SaveAndLoad();
+    EXPECT_EQ(TXmlUtils::GetValueAsFloat(Node("", "f"), 0), 0.1 + 0.2);
+}
+
+TEST_F(TXmlTest, ReadsAForeignEncodingAndWritesUtf8)
+{
+    Load("<?xml version='1.0' encoding='iso-8859-1'?><config><property name='p'>\xE9</property>"
+         "<!-- kept --></config>");
+    SaveAndLoad();
+    EXPECT_EQ(Node("", "p").text(), u"é"_qs);
+    EXPECT_TRUE(TXmlUtils::ToBytes(FDocument).contains("<!-- kept -->"));
+}
+
+TEST_F(TXmlTest, WalksTheDirectChildrenAlsoWhenTheyAreRemoved)
+{
+    Load("<config><group name='1'><group name='deep'/></group><property name='2'/>"
+         "<group name='3'/></config>");
+    QStringList names;
+    QDomElement root = FDocument.documentElement();
+    TXmlUtils::ForEachByName(root, "group", [&](const QDomElement &child) {
+        names += TXmlUtils::GetName(child);
+        root.removeChild(child);
+    });
+    EXPECT_EQ(names, QStringList({"1", "3"}));
+}
+
+TEST_F(TXmlTest, NamesFileAndPlaceOfWhatItCannotRead)
+{
+    const QByteArray damaged[] = {"",
+                                  "<config>",
+                                  "<config>\n<a></config>",
+                                  "plain text",
+                                  QByteArray("<config>\0</config>", 18),
+                                  "<config>\x80</config>"};
+    for (const QByteArray &bytes : damaged) {
+        try {
+            Load(bytes);
+            ADD_FAILURE() << "accepted: " << bytes.toStdString();
+        } catch (const EException &e) {
+            EXPECT_TRUE(e.Message().contains(Path())) << qPrintable(e.Message());
+            EXPECT_TRUE(e.Message().contains("line ")) << qPrintable(e.Message());
+        }
+    }
+    EXPECT_EQ(FDocument.documentElement().tagName(), "config") << "the old document is kept";
+}
+
+} // namespace
