@@ -1,0 +1,154 @@
+#include "uGuiTools.h"
+
+#include <QAbstractItemView>
+#include <QDir>
+#include <QLineEdit>
+#include <QPixmap>
+#include <QTest>
+
+namespace {
+
+[[noreturn]] void Fail(const QString &text)
+{
+    throw std::runtime_error(text.toStdString());
+}
+
+QString NameOf(const QObject *object)
+{
+    return object->metaObject()->className() + QStringLiteral(" ") + object->objectName();
+}
+
+void CheckUsable(const QWidget *widget)
+{
+    if (!widget->isVisible())
+        Fail(NameOf(widget) + " is not visible");
+    if (!widget->isEnabled())
+        Fail(NameOf(widget) + " is not enabled");
+}
+
+// The cells of a view are painted, and clicks land, on a widget inside it.
+QWidget *Target(QWidget *widget)
+{
+    auto *area = qobject_cast<QAbstractScrollArea *>(widget);
+    return area ? area->viewport() : widget;
+}
+
+QString Plain(QString caption)
+{
+    caption.replace("&&", QStringLiteral("\x01")).remove('&');
+    return caption.replace('\x01', '&').section('\t', 0, 0);
+}
+
+} // namespace
+
+QStringList TGuiTools::Names(const QObject *root, const char *className)
+{
+    QStringList names;
+    for (const QObject *object : root->findChildren<QObject *>())
+        if (object->inherits(className) && !object->objectName().isEmpty() &&
+            !object->objectName().startsWith("qt_"))
+            names << object->objectName();
+    names.sort();
+    return names;
+}
+
+void TGuiTools::FailFind(const QObject *root, const QString &name, const char *className)
+{
+    if (!root)
+        Fail("Nothing to look for " + name + " in");
+    Fail(QStringLiteral("No %1 \"%2\" in %3; there are: %4")
+             .arg(QString::fromLatin1(className), name, NameOf(root),
+                  Names(root, className).join(", ")));
+}
+
+void TGuiTools::Click(QWidget *widget, Qt::KeyboardModifiers modifiers)
+{
+    CheckUsable(widget);
+    QTest::mouseClick(Target(widget), Qt::LeftButton, modifiers);
+}
+
+void TGuiTools::Click(QWidget *root, const QString &name)
+{
+    Click(Find<QWidget>(root, name));
+}
+
+void TGuiTools::DoubleClick(QWidget *widget)
+{
+    CheckUsable(widget);
+    QTest::mouseDClick(Target(widget), Qt::LeftButton);
+}
+
+void TGuiTools::Type(QWidget *widget, const QString &text)
+{
+    CheckUsable(widget);
+    widget->setFocus();
+    QTest::keyClicks(widget, text);
+}
+
+void TGuiTools::Press(QWidget *widget, int key, Qt::KeyboardModifiers modifiers)
+{
+    CheckUsable(widget);
+    widget->setFocus();
+    QTest::keyClick(widget, Qt::Key(key), modifiers);
+}
+
+void TGuiTools::Retype(QWidget *widget, const QString &text)
+{
+    Press(widget, Qt::Key_A, Qt::ControlModifier);
+    if (text.isEmpty())
+        Press(widget, Qt::Key_Delete);
+    else
+        Type(widget, text);
+}
+
+void TGuiTools::Trigger(const QObject *root, const QString &name)
+{
+    auto *action = Find<QAction>(root, name);
+    if (!action->isEnabled())
+        Fail("The action " + name + " is not enabled");
+    action->trigger();
+}
+
+QAction *TGuiTools::Entry(const QMenu *menu, const QString &caption)
+{
+    for (QAction *action : menu->actions())
+        if (Plain(action->text()) == caption)
+            return action;
+    return nullptr;
+}
+
+QAction &TGuiTools::NeedEntry(const QMenu *menu, const QString &caption)
+{
+    QAction *action = Entry(menu, caption);
+    if (!action) {
+        QStringList captions;
+        for (const QAction *other : menu->actions())
+            captions << Plain(other->text());
+        Fail("No entry \"" + caption + "\"; there are: " + captions.join(", "));
+    }
+    if (!action->isEnabled())
+        Fail("The entry \"" + caption + "\" is not enabled");
+    return *action;
+}
+
+void TGuiTools::TriggerEntry(const QMenu *menu, const QString &caption)
+{
+    NeedEntry(menu, caption).trigger();
+}
+
+void TGuiTools::Show(QWidget *window)
+{
+    window->show();
+    window->activateWindow();
+    if (!QTest::qWaitForWindowActive(window))
+        Fail(NameOf(window) + " does not become active");
+}
+
+QString TGuiTools::Grab(QWidget *widget, const QString &name)
+{
+    const QString folder = QStringLiteral(KORVANE_TEST_BUILD "/screenshots");
+    const QString path = folder + '/' + name + ".png";
+    if (!QDir().mkpath(folder) || !widget->grab().save(path))
+        Fail("Cannot save " + path);
+    return path;
+}

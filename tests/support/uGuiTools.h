@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QMenu>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+
+#include <stdexcept>
+
+/// What a user does to a window: finds a control by its objectName, clicks, types, looks.
+/// Everything throws std::runtime_error when the control is not there or not usable; the text
+/// lists what is.
+class TGuiTools
+{
+public:
+    /// Object names of all objects below root that inherit className, for messages.
+    static QStringList Names(const QObject *root, const char *className = "QObject");
+    [[noreturn]] static void FailFind(const QObject *root, const QString &name,
+                                      const char *className);
+
+    /// Mouse click in the middle of the widget; it must be visible and enabled.
+    static void Click(QWidget *widget, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    static void Click(QWidget *root, const QString &name);
+    static void DoubleClick(QWidget *widget);
+    /// Focuses the widget and types the text, or presses one key.
+    static void Type(QWidget *widget, const QString &text);
+    static void Press(QWidget *widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// Replaces the whole content of an input by typing.
+    static void Retype(QWidget *widget, const QString &text);
+    /// Triggers the action with this objectName below root; it must be enabled.
+    static void Trigger(const QObject *root, const QString &name);
+    /// Entry of a menu by its caption without "&"; nullptr when there is none.
+    static QAction *Entry(const QMenu *menu, const QString &caption);
+    /// The same, but it must be there and enabled.
+    static QAction &NeedEntry(const QMenu *menu, const QString &caption);
+    static void TriggerEntry(const QMenu *menu, const QString &caption);
+    /// Shows the window and waits until the window system shows it too.
+    static void Show(QWidget *window);
+    /// Saves a picture as screenshots/<name>.png under the build folder and gives its path.
+    static QString Grab(QWidget *widget, const QString &name);
+};
+
+/// The object of type T with this objectName below root (or root itself); throws with a list of
+/// the names that are there.
+template <class T>
+T *Find(const QObject *root, const QString &name)
+{
+    if (auto *self = qobject_cast<T *>(const_cast<QObject *>(root));
+        self && self->objectName() == name)
+        return self;
+    auto *found = root ? root->findChild<T *>(name) : nullptr;
+    if (!found)
+        TGuiTools::FailFind(root, name, T::staticMetaObject.className());
+    return found;
+}

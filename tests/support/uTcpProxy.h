@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+/// Stands on loopback between a client and a server and makes the faults of a network. Forwards
+/// in a thread of its own, so the test may block meanwhile. All members may be called at any time.
+class TTcpProxy
+{
+public:
+    /// The host is an IPv4 address in figures.
+    TTcpProxy(const QString &host, int port);
+    ~TTcpProxy();
+    TTcpProxy(const TTcpProxy &) = delete;
+    TTcpProxy &operator=(const TTcpProxy &) = delete;
+
+    /// Where the client has to connect to.
+    QString Host() const { return QStringLiteral("127.0.0.1"); }
+    int Port() const;
+
+    /// Resets all open connections (RST), both ways. New ones are still accepted. Done on return.
+    void Cut();
+    /// Resets each connection as soon as this many more bytes went to the client over it.
+    void CutAfter(qint64 bytesToClient);
+    /// Forwards nothing any more and reads nothing; connections are accepted and stay silent.
+    void Stall();
+    /// Ends Stall(), Refuse() and CutAfter(); what waited is forwarded.
+    void Resume();
+    /// New connections are refused; the open ones go on.
+    void Refuse();
+    /// Milliseconds that each piece of data waits on its way, in each direction.
+    void SetDelay(int milliseconds);
+
+    /// Connections accepted so far, and those open now.
+    int ConnectionCount() const;
+    int OpenCount() const;
+    /// Bytes forwarded so far.
+    qint64 BytesToServer() const;
+    qint64 BytesToClient() const;
+
+private:
+    class TLoop;
+    const std::unique_ptr<TLoop> FLoop;
+};
+
+/// A port that accepts connections and never answers.
+class TBlackHole : public TTcpProxy
+{
+public:
+    TBlackHole() : TTcpProxy(QString(), 0) { Stall(); }
+};
