@@ -1,0 +1,94 @@
+#include "client/uCharsetCodec.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+struct TCase
+{
+    const char *Name;
+    const char *Charset;
+    QString Text;
+    QByteArray Bytes;
+};
+
+const TCase Cases[] = {
+    {"Utf8HasFourBytes", "utf8mb4", u"я€😀"_s, "\xD1\x8F\xE2\x82\xAC\xF0\x9F\x98\x80"},
+    {"Latin1IsTheWindowsOne", "latin1", u"é€“"_s, "\xE9\x80\x93"},
+    {"Latin1HasNoHoles", "latin1", u"\u0081\u008D\u009D"_s, "\x81\x8D\x9D"},
+    {"Cyrillic", "cp1251", u"Привет"_s, "\xCF\xF0\xE8\xE2\xE5\xF2"},
+    {"HighSecondByteMayBeABackslash", "gbk", u"運"_s, "\xDF\x5C"},
+    {"Japanese", "sjis", u"ソ"_s, "\x83\x5C"},
+    {"UnicodeWithTheHighByteFirst", "ucs2", u"aя"_s, QByteArray("\0a\x04\x4F", 4)},
+    {"NulIsACharacter", "latin1", u"a\0b"_s, QByteArray("a\0b", 3)},
+};
+
+class TCharsetCodecText : public ::testing::TestWithParam<TCase>
+{};
+
+TEST_P(TCharsetCodecText, GoesBothWays)
+{
+    const TCase &c = GetParam();
+    const auto codec = TCharsetCodec::Create(c.Charset);
+    ASSERT_TRUE(codec);
+    QString decoded;
+    QByteArray encoded;
+    EXPECT_TRUE(codec->TryDecode(c.Bytes, decoded));
+    EXPECT_EQ(decoded, c.Text);
+    EXPECT_TRUE(codec->TryEncode(c.Text, encoded));
+    EXPECT_EQ(encoded, c.Bytes);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sets, TCharsetCodecText, ::testing::ValuesIn(Cases),
+                         [](const auto &info) { return std::string(info.param.Name); });
+
+TEST(TCharsetCodec, TellsWhatHasNoPlace)
+{
+    const struct
+    {
+        const char *Charset;
+        QString Text;
+        qsizetype Good;
+    } cases[] = {
+        {"latin1", u"abя"_s, 2},
+        {"utf8", u"a😀"_s, 1},
+        {"utf8mb4", u"ab"_s + QChar(0xD800) + u'c', 2},
+        {"gbk", u"a😀"_s, 1},
+        {"ascii", u"é"_s, 0},
+    };
+    for (const auto &c : cases) {
+        QByteArray bytes;
+        EXPECT_FALSE(TCharsetCodec::Create(c.Charset)->TryEncode(c.Text, bytes)) << c.Charset;
+        EXPECT_EQ(bytes.size(), c.Good) << c.Charset;
+    }
+}
+
+TEST(TCharsetCodec, TellsBytesThatAreNoText)
+{
+    for (const char *charset : {"utf8mb4", "gbk", "cp1251"}) {
+        QString text;
+        EXPECT_FALSE(TCharsetCodec::Create(charset)->TryDecode("ab\x98\xFF", text)) << charset;
+        EXPECT_TRUE(text.startsWith(u"ab")) << charset;
+    }
+    QString text;
+    EXPECT_TRUE(TCharsetCodec::Create("utf8")->TryDecode("\xEF\xBF\xBD", text)); // sent as such
+}
+
+TEST(TCharsetCodec, KnowsEverySetThatASessionCanSpeak)
+{
+    for (const char *charset :
+         {"armscii8", "ascii",  "big5",    "binary",  "cp1250", "cp1251",   "cp1256", "cp1257",
+          "cp850",    "cp852",  "cp866",   "cp932",   "dec8",   "eucjpms",  "euckr",  "gb18030",
+          "gb2312",   "gbk",    "geostd8", "greek",   "hebrew", "hp8",      "koi8r",  "koi8u",
+          "latin1",   "latin2", "latin5",  "latin7",  "macce",  "macroman", "sjis",   "swe7",
+          "tis620",   "ujis",   "utf8",    "utf8mb3", "utf8mb4"}) {
+        const auto codec = TCharsetCodec::Create(charset);
+        ASSERT_TRUE(codec) << charset;
+        EXPECT_EQ(codec->Decode("SELECT 1"), QString("SELECT 1")) << charset;
+    }
+    EXPECT_FALSE(TCharsetCodec::Create("klingon"));
+}
+
+} // namespace

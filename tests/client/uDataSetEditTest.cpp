@@ -1,0 +1,297 @@
+#include "uClientTools.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using namespace Qt::StringLiterals;
+using ::testing::HasSubstr;
+
+class TDataSetEdit : public TClientTest
+{
+protected:
+    void SetValue(TMyQuery &query, const QString &field, const TVariant &value)
+    {
+        query.FieldByName(field).SetValue(value);
+    }
+    void Change(TMyQuery &query, const QString &field, const TVariant &value)
+    {
+        query.Edit();
+        SetValue(query, field, value);
+        query.Post();
+    }
+    std::string Reason(const QString &sql) { return Open(sql)->ReadOnlyReason().toStdString(); }
+};
+
+TEST_F(TDataSetEdit, WritesOneRowByItsWholeKey)
+{
+    Exec("CREATE TABLE t (a INT, b VARCHAR(9), v INT, PRIMARY KEY (a, b))");
+    Exec("INSERT INTO t VALUES (1, 'x', 0), (1, 'y', 0), (2, 'x', 0)");
+    const auto query = Open("SELECT * FROM t ORDER BY a, b");
+    query->SetRecNo(1);
+    Change(*query, "v", 5);
+    EXPECT_EQ(Value("SELECT GROUP_CONCAT(a, b, v ORDER BY a, b) FROM t"), u"1x0,1y5,2x0"_s);
+    Change(*query, "b", "z"); // the key itself
+    EXPECT_EQ(query->FieldByName("b").AsString(), u"z"_s);
+    Change(*query, "v", 6);
+    EXPECT_EQ(Value("SELECT GROUP_CONCAT(a, b, v ORDER BY a, b) FROM t"), u"1x0,1z6,2x0"_s);
+    query->Delete();
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM t"), u"2"_s);
+    EXPECT_EQ(query->RecordCount(), 2);
+    EXPECT_EQ(query->FieldByName("a").AsInteger(), 2);
+}
+
+struct TKeyed
+{
+    const char *Type;
+    const char *Literals; // three keys
+};
+
+// Keys whose literals are made in different ways, each of which must find its row.
+const TKeyed Keys[] = {
+    {"BIGINT UNSIGNED", "18446744073709551615, 18446744073709551614, 1"},
+    {"DECIMAL(30, 10)", "1.0000000001, 1.0000000002, 1"},
+    {"DOUBLE", "0.1, 0.30000000000000004, 1e300"},
+    {"VARCHAR(20)", "'O\\'Brien', 'back\\\\slash', ''"},
+    {"VARBINARY(20)", "0x00FF, 0x5C27, ''"},
+    {"BIT(64)", "0x8000000000000000, 1, 0"},
+    {"DATETIME(6)", "'2010-01-01 00:00:00.000001', '2010-01-01', '1899-12-30 10:00:00'"},
+    {"TIME", "'-01:00:00', '00:00:00', '800:00:00'"},
+    {"ENUM('a', 'b', 'c')", "'a', 'b', 'c'"},
+    {"UUID", "'123e4567-e89b-12d3-a456-426655440000', UUID(), "
+             "'00000000-0000-0000-0000-000000000000'"},
+};
+
+TEST_F(TDataSetEdit, FindsTheRowByAKeyOfAnyType)
+{
+    for (const TKeyed &key : Keys) {
+        for (const char *mode : {"", "NO_BACKSLASH_ESCAPES"}) {
+            SCOPED_TRACE(std::string(key.Type) + ' ' + mode);
+            Exec(QString("CREATE OR REPLACE TABLE t (k ") + key.Type + " PRIMARY KEY, v TEXT)");
+            const QStringList literals = QString(key.Literals).split(", ");
+            for (const QString &literal : literals)
+                Exec("INSERT INTO t VALUES (" + literal + ", 'old')");
+            FConnection.Execute(QString("SET sql_mode = '") + mode + '\'');
+            const auto query = Open("SELECT * FROM t");
+            const QString news = u"it's \\ new\n я"_s;
+            for (qint64 row = 0; row < 3; ++row) {
+                query->SetRecNo(row);
+                Change(*query, "v", news + QString::number(row));
+            }
+            EXPECT_EQ(Value("SELECT COUNT(DISTINCT v) FROM t WHERE v LIKE 'it%'"), u"3"_s);
+            for (qint64 row = 0; row < 3; ++row)
+                EXPECT_EQ(query->FieldByName("v").AsStringAt(row), news + QString::number(row));
+        }
+    }
+}
+
+TEST_F(TDataSetEdit, ShowsWhatTheServerMadeOfIt)
+{
+    Exec("CREATE TABLE t (id INT AUTO_INCREMENT PRIMARY KEY, a VARCHAR(3), "
+         "b INT NOT NULL DEFAULT 7, c INT AS (b * 2), u TIMESTAMP(6) DEFAULT NOW(6) "
+         "ON UPDATE NOW(6))");
+    Exec("INSERT INTO t (a) VALUES ('x')");
+    FConnection.Execute("SET sql_mode = ''");
+    const auto query = Open("SELECT a, id, b, c, u, LENGTH(a) AS a_length FROM t");
+    Change(*query, "a", "abcdef"); // cut by the server
+    EXPECT_EQ(query->FieldByName("a").AsString(), u"abc"_s);
+    EXPECT_EQ(query->FieldByName("u").AsString(), Value("SELECT u FROM t"));
+    EXPECT_EQ(query->FieldByName("a_length").AsString(), u"1"_s); // as it was read
+    query->Append();
+    SetValue(*query, "a", "new");
+    query->Post();
+    EXPECT_EQ(query->RecordCount(), 2);
+    EXPECT_EQ(query->FieldByName("id").AsInteger(), 2);
+    EXPECT_EQ(query->FieldByName("b").AsInteger(), 7);
+    EXPECT_EQ(query->FieldByName("c").AsInteger(), 14);
+    EXPECT_TRUE(query->FieldByName("a_length").IsNull());
+    query->Append();
+    query->Post(); // of defaults alone
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM t"), u"3"_s);
+    EXPECT_EQ(query->FieldByName("id").AsInteger(), 3);
+}
+
+TEST_F(TDataSetEdit, AppendsByAKeyThatHasADefaultOrIsGiven)
+{
+    Exec("CREATE TABLE t (k VARCHAR(9) DEFAULT 'dk' PRIMARY KEY, v INT DEFAULT 4)");
+    const auto query = Open("SELECT * FROM t");
+    query->Append();
+    query->Post();
+    EXPECT_EQ(query->FieldByName("k").AsString(), u"dk"_s);
+    query->Append();
+    SetValue(*query, "k", "o'k");
+    SetValue(*query, "v", TVariant());
+    EXPECT_EQ(query->FieldByName("k").DisplayText(), u"o'k"_s); // before it is posted
+    query->Post();
+    EXPECT_TRUE(query->FieldByName("v").IsNull());
+    EXPECT_EQ(Value("SELECT GROUP_CONCAT(k ORDER BY k) FROM t"), u"dk,o'k"_s);
+}
+
+TEST_F(TDataSetEdit, WritesBytesAndBits)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, b BLOB, n BIT(8))");
+    Exec("INSERT INTO t VALUES (1, 'x', 1)");
+    const auto query = Open("SELECT * FROM t");
+    Change(*query, "b", QByteArray("\0\\'\xFF", 4));
+    Change(*query, "n", "6"); // as typed
+    EXPECT_EQ(Value("SELECT CONCAT(HEX(b), ' ', HEX(n)) FROM t"), u"005C27FF 6"_s);
+    EXPECT_EQ(query->FieldByName("n").AsString(), u"6"_s);
+    Change(*query, "b", QByteArray());
+    EXPECT_EQ(Value("SELECT HEX(b) FROM t"), u""_s);
+    Change(*query, "b", TVariant());
+    EXPECT_EQ(Value("SELECT b IS NULL FROM t"), u"1"_s);
+}
+
+TEST_F(TDataSetEdit, ARowThatIsGoneIsAnErrorAndTheEditStaysOpen)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, a INT UNIQUE)");
+    Exec("INSERT INTO t VALUES (1, 1), (2, 2)");
+    const auto query = Open("SELECT * FROM t ORDER BY id");
+    query->Edit();
+    SetValue(*query, "a", 2);
+    EXPECT_EQ(ErrorOf([&] { query->Post(); }).ErrorCode(), 1062);
+    EXPECT_EQ(query->State(), dsEdit);
+    EXPECT_EQ(query->FieldByName("a").AsInteger(), 2);
+    EXPECT_EQ(ErrorOf([&] { query->Next(); }).ErrorCode(), 1062); // leaving the row posts it
+    EXPECT_EQ(query->RecNo(), 0);
+    SetValue(*query, "a", 5);
+    Exec("DELETE FROM t WHERE id = 1");
+    EXPECT_EQ(MessageOf([&] { query->Post(); }),
+              "The row was not changed: it does not exist any more.");
+    query->Cancel();
+    EXPECT_EQ(query->FieldByName("a").AsInteger(), 1);
+    EXPECT_EQ(MessageOf([&] { query->Delete(); }),
+              "The row was not deleted: it does not exist any more.");
+    EXPECT_EQ(query->RecordCount(), 2);
+}
+
+TEST_F(TDataSetEdit, TheSameValueIsNoChangeAndAChangeToTheSameIsNoError)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, a INT, "
+         "u TIMESTAMP DEFAULT '2001-01-01' ON UPDATE NOW())");
+    Exec("INSERT INTO t (id, a) VALUES (1, 1)");
+    const auto query = Open("SELECT * FROM t");
+    Change(*query, "a", "1");
+    EXPECT_EQ(Value("SELECT YEAR(u) FROM t"), u"2001"_s);
+    Exec("UPDATE t SET a = 9, u = '2001-01-01'"); // meanwhile, by somebody else
+    Change(*query, "a", 9);
+    EXPECT_EQ(query->State(), dsBrowse);
+}
+
+TEST_F(TDataSetEdit, NamesOfAnyKindAreQuoted)
+{
+    Exec("CREATE TABLE `t``x y` (`select` INT PRIMARY KEY, `a``b` INT)");
+    Exec("INSERT INTO `t``x y` VALUES (1, 1)");
+    const auto query = Open("SELECT `select` AS k, `a``b` AS v FROM `t``x y` AS z");
+    Change(*query, "v", 2);
+    EXPECT_EQ(Value("SELECT `a``b` FROM `t``x y`"), u"2"_s);
+}
+
+TEST_F(TDataSetEdit, TellsWhyAResultIsReadOnly)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, a INT, b BLOB)");
+    Exec("CREATE TABLE pair (x INT, y INT, v INT, PRIMARY KEY (x, y))");
+    Exec("CREATE TABLE nokey (a INT, b INT, UNIQUE (a))");
+    Exec("CREATE TABLE single (f FLOAT PRIMARY KEY, v INT)");
+    Exec("CREATE TABLE uniq (a INT NOT NULL UNIQUE, v INT)");
+    Exec("CREATE VIEW v AS SELECT * FROM t");
+    const struct
+    {
+        const char *Sql;
+        const char *Reason; // a part of it; empty when rows can be changed
+    } cases[] = {
+        {"SELECT * FROM t", ""},
+        {"SELECT id, LENGTH(b) AS b FROM t AS x WHERE a IN (SELECT 1)", ""},
+        {"SELECT *, (SELECT 1) FROM uniq", ""},
+        {"SELECT 1", "does not show a table"},
+        {"SELECT id FROM t UNION SELECT 2", "does not show a table"},
+        {"SELECT * FROM t JOIN pair", "more than one table"},
+        {"SELECT a.id, b.a FROM t a JOIN t b", "more than one table"},
+        {"SELECT a FROM t", "does not show the key column \"id\" of \"t\""},
+        {"SELECT x, v FROM pair", "does not show the key column \"y\" of \"pair\""},
+        {"SELECT id + 0 AS id, a FROM t", "does not show the key column"},
+        {"SELECT * FROM nokey", "\"nokey\" has no primary key"},
+        {"SELECT * FROM single", "\"f\" of \"single\" is a FLOAT"},
+        {"SELECT * FROM v", "\"v\" has no primary key"},
+        {"SHOW TABLES", "does not show a table"},
+        {"SELECT * FROM (SELECT * FROM t) x", "subquery"},
+        {"WITH x AS (SELECT * FROM t) SELECT * FROM x", "subquery"},
+        {"SELECT * FROM information_schema.schemata", "does not show a table"},
+        {"SELECT x.* FROM t, (SELECT * FROM pair) x", "subquery"},
+    };
+    for (const auto &c : cases) {
+        const std::string reason = Reason(c.Sql);
+        EXPECT_EQ(reason.empty(), std::string(c.Reason).empty()) << c.Sql << ": " << reason;
+        EXPECT_THAT(reason, HasSubstr(c.Reason)) << c.Sql;
+    }
+    const auto query = Open("SELECT a FROM t");
+    EXPECT_THAT(MessageOf([&] { query->Edit(); }), HasSubstr("does not show the key"));
+    EXPECT_THAT(MessageOf([&] { query->Append(); }), HasSubstr("does not show the key"));
+    EXPECT_THAT(MessageOf([&] { query->Delete(); }), HasSubstr("does not show the key"));
+}
+
+TEST_F(TDataSetEdit, ADerivedTableOfARealTablesNameIsNotTakenForIt)
+{
+    Exec("CREATE TABLE real_t (id INT PRIMARY KEY, a INT)");
+    Exec("CREATE TABLE x (id INT PRIMARY KEY, a INT)");
+    EXPECT_THAT(Reason("SELECT * FROM /* c */ ( SELECT * FROM real_t) AS x"),
+                HasSubstr("subquery"));
+    EXPECT_THAT(Reason("SELECT * FROM\n(SELECT * FROM real_t) x"), HasSubstr("subquery"));
+    EXPECT_EQ(Reason("SELECT * FROM x"), "");
+}
+
+TEST_F(TDataSetEdit, AnExpressionIsReadOnlyBesideColumnsThatAreNot)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, b BLOB)");
+    Exec("INSERT INTO t VALUES (1, 'x')");
+    const auto query = Open("SELECT id, LENGTH(`b`) AS `b` FROM t");
+    EXPECT_TRUE(query->CanModifyField(0));
+    EXPECT_FALSE(query->CanModifyField(1));
+    query->Edit();
+    EXPECT_EQ(MessageOf([&] { SetValue(*query, "b", "9"); }), "Column \"b\" cannot be changed.");
+    query->Cancel();
+    EXPECT_EQ(MessageOf([&] { SetValue(*query, "id", 9); }), "The dataset is not in edit mode.");
+}
+
+TEST_F(TDataSetEdit, WorksAfterTheSessionWasLost)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, a INT)");
+    Exec("INSERT INTO t VALUES (1, 1)");
+    const auto query = Open("SELECT * FROM t");
+    FConnection.Disconnect();
+    Change(*query, "a", 2);
+    EXPECT_EQ(Value("SELECT a FROM t"), u"2"_s);
+    Exec("KILL " + QString::fromStdString(Ask("SELECT CONNECTION_ID()")));
+    query->Edit();
+    SetValue(*query, "a", 3);
+    EXPECT_TRUE(ErrorOf([&] { query->Post(); }).IsLostConnection());
+    EXPECT_EQ(query->State(), dsEdit);
+    query->Post(); // once more, by the user
+    EXPECT_EQ(Value("SELECT a FROM t"), u"3"_s);
+}
+
+TEST_F(TDataSetEdit, WorksOnMySql)
+{
+    SKIP_WITHOUT_MYSQL9();
+    TTestDatabase database(*TTestServer::MySql9());
+    database.Exec("CREATE TABLE t (id INT AUTO_INCREMENT PRIMARY KEY, j JSON, v VECTOR(2), "
+                  "a INT DEFAULT 3)");
+    TMyConnection connection;
+    Aim(connection, *TTestServer::MySql9(), database.Name());
+    TMyQuery query(&connection);
+    query.SetSQL("SELECT * FROM t");
+    query.Execute();
+    query.Append();
+    SetValue(query, "j", u"{\"a\": \"я\"}"_s);
+    SetValue(query, "v", QByteArray::fromHex("0000803F00000040"));
+    query.Post();
+    EXPECT_EQ(query.FieldByName("id").AsInteger(), 1);
+    EXPECT_EQ(query.FieldByName("j").AsString(), u"{\"a\": \"я\"}"_s);
+    EXPECT_EQ(query.FieldByName("a").AsInteger(), 3);
+    EXPECT_EQ(database.Value("SELECT VECTOR_TO_STRING(v) FROM t"), u"[1.00000e+00,2.00000e+00]"_s);
+    EXPECT_EQ(database.Value("SELECT COUNT(*) FROM t"), u"1"_s);
+    query.Delete();
+    EXPECT_EQ(database.Value("SELECT COUNT(*) FROM t"), u"0"_s);
+}
+
+} // namespace

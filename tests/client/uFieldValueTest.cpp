@@ -1,0 +1,254 @@
+#include "uClientTools.h"
+
+#include "client/uFieldValue.h"
+#include "support/uFormat.h"
+#include "support/uStringUtils.h"
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+QString Quoted(QString text)
+{
+    return u'\'' + text.replace("\\", "\\\\").replace("'", "\\'") + u'\'';
+}
+
+/// The literal that the layers above make of a variant: the test that a value survives is only as
+/// good as this is theirs.
+QString LiteralOf(const TVariant &value)
+{
+    if (value.IsNull())
+        return "NULL";
+    if (value.IsBytes())
+        return "0x" + TStringUtils::BytesToHex(value.As<QByteArray>());
+    if (value.IsInt())
+        return value.ToString();
+    return value.IsUInt() ? QString("NULL") : Quoted(value.ToString());
+}
+
+enum TKind { kText, kInt, kDouble, kDateTime, kBytes };
+
+TKind KindOf(const TVariant &value)
+{
+    return value.IsInt()        ? kInt
+           : value.IsDouble()   ? kDouble
+           : value.IsDateTime() ? kDateTime
+           : value.IsBytes()    ? kBytes
+                                : kText;
+}
+
+struct TValue
+{
+    QString Type;    // of the column
+    QString Literal; // as the server takes it
+    TFieldType Field;
+    TKind Kind; // of the variant
+};
+
+// The bounds of each type, and the values just inside and outside of what a variant holds exactly.
+const TValue Values[] = {
+    {"TINYINT", "-128", ftSmallint, kInt},
+    {"TINYINT(1)", "1", ftSmallint, kInt},
+    {"SMALLINT UNSIGNED", "65535", ftWord, kInt},
+    {"MEDIUMINT", "-8388608", ftInteger, kInt},
+    {"INT", "-2147483648", ftInteger, kInt},
+    {"INT UNSIGNED", "4294967295", ftLargeint, kInt},
+    {"INT(8) ZEROFILL", "42", ftLargeint, kInt},
+    {"BIGINT", "-9223372036854775808", ftLargeint, kInt},
+    {"BIGINT UNSIGNED", "9223372036854775807", ftULargeint, kInt},
+    {"BIGINT UNSIGNED", "9223372036854775808", ftULargeint, kText},
+    {"BIGINT UNSIGNED", "18446744073709551615", ftULargeint, kText},
+    {"YEAR", "1999", ftWord, kInt},
+    {"YEAR", "0", ftWord, kInt},
+    {"DECIMAL(65, 30)", "-12345678901234567890123456789012345.123456789012345678901234567890",
+     ftBCD, kText},
+    {"DECIMAL(10, 2)", "1.50", ftBCD, kText},
+    {"FLOAT", "1.5", ftFloat, kDouble},
+    {"FLOAT", "-3.40282e38", ftFloat, kDouble},
+    {"DOUBLE", "0.1", ftFloat, kDouble},
+    {"DOUBLE", "1e20", ftFloat, kDouble},
+    {"DOUBLE", "1.5e-7", ftFloat, kDouble},
+    {"DOUBLE", "0.30000000000000004", ftFloat, kText},
+    {"DOUBLE", "1.7976931348623157e308", ftFloat, kText},
+    {"DOUBLE", "2.2250738585072014e-308", ftFloat, kText},
+    {"BIT(1)", "b'1'", ftBit, kInt},
+    {"BIT(63)", "0x7FFFFFFFFFFFFFFF", ftBit, kInt},
+    {"BIT(64)", "0x7FFFFFFFFFFFFFFF", ftBit, kInt},
+    {"BIT(64)", "0x8000000000000000", ftBit, kBytes},
+    {"DATE", "'2010-05-01'", ftDate, kDateTime},
+    {"DATE", "'1000-01-01'", ftDate, kDateTime},
+    {"DATE", "'9999-12-31'", ftDate, kDateTime},
+    {"DATE", "'1899-12-29'", ftDate, kDateTime},
+    {"DATE", "'1899-12-30'", ftDate, kText},
+    {"DATE", "'0000-00-00'", ftDate, kText},
+    {"DATE", "'2010-00-00'", ftDate, kText},
+    {"DATETIME", "'2010-05-01 12:30:59'", ftDateTime, kDateTime},
+    {"DATETIME", "'2010-05-01 00:00:00'", ftDateTime, kDateTime},
+    {"DATETIME", "'1899-12-30 10:00:00'", ftDateTime, kText},
+    {"DATETIME", "'1899-12-29 10:00:00'", ftDateTime, kText},
+    {"DATETIME", "'1700-02-28 23:59:59'", ftDateTime, kDateTime},
+    {"DATETIME(6)", "'2010-05-01 12:30:59.000001'", ftDateTime, kText},
+    {"DATETIME(6)", "'2010-05-01 12:30:59'", ftDateTime, kDateTime},
+    {"DATETIME(3)", "'2010-05-01 00:00:00.000'", ftDateTime, kDateTime},
+    {"DATETIME", "'0000-00-00 00:00:00'", ftDateTime, kText},
+    {"TIMESTAMP NULL", "'2037-01-01 01:02:03'", ftDateTime, kDateTime},
+    {"TIME", "'00:00:00'", ftTime, kDateTime},
+    {"TIME", "'23:59:59'", ftTime, kDateTime},
+    {"TIME", "'24:00:00'", ftTime, kText},
+    {"TIME", "'-00:00:01'", ftTime, kText},
+    {"TIME", "'838:59:59'", ftTime, kText},
+    {"TIME(6)", "'12:00:00.5'", ftTime, kText},
+    {"CHAR(5)", "'ab'", ftString, kText},
+    {"VARCHAR(90)", u"'\\\\ \\' \\0 \\Z \" % _ я€😀'"_s, ftString, kText},
+    {"VARCHAR(5)", "''", ftString, kText},
+    {"VARCHAR(5) CHARACTER SET ucs2", u"'я'"_s, ftString, kText},
+    {"VARCHAR(5) CHARACTER SET latin1 COLLATE latin1_bin", u"'é'"_s, ftString, kText},
+    {"LONGTEXT", "REPEAT('x', 300000)", ftMemo, kText},
+    {"TINYTEXT", "'t'", ftMemo, kText},
+    {"BINARY(3)", "0x000102", ftBytes, kBytes},
+    {"VARBINARY(9)", "0xFF00", ftBytes, kBytes},
+    {"VARBINARY(9)", "''", ftBytes, kText},
+    {"BLOB", "0x5C27", ftBlob, kBytes},
+    {"LONGBLOB", "''", ftBlob, kText},
+    {"ENUM('a', 'b''c')", "'b''c'", ftString, kText},
+    {"SET('a', 'b')", "'a,b'", ftString, kText},
+    {"JSON", u"'{\"a\": [1, \"я\\\\\"\"]}'"_s, ftMemo, kText},
+    {"GEOMETRY", "ST_GeomFromText('POLYGON((0 0,1 0,1 1,0 0))', 4326)", ftGeometry, kBytes},
+    {"POINT", "ST_GeomFromText('POINT(1 2)')", ftGeometry, kBytes},
+    {"INT", "NULL", ftInteger, kText},
+    {"BLOB", "NULL", ftBlob, kText},
+};
+
+const TValue MariaDbValues[] = {
+    {"UUID", "'123e4567-e89b-12d3-a456-426655440000'", ftString, kText},
+    {"INET6", "'2001:db8::ff00:42:8329'", ftString, kText},
+    {"INET4", "'192.0.2.7'", ftString, kText},
+    {"YEAR(2)", "'70'", ftWord, kText},
+    {"VARCHAR(9) COMPRESSED", "'zz'", ftString, kText},
+};
+
+const TValue MySqlValues[] = {
+    {"VECTOR(3)", "STRING_TO_VECTOR('[1,-2.5,3]')", ftGeometry, kBytes},
+};
+
+class TFieldValueOnServer : public ::testing::Test
+{
+protected:
+    /// What is read is written as a literal into a second table, which must then be the same.
+    void Survives(TTestServer &server, const TValue &value)
+    {
+        SCOPED_TRACE((value.Type + " " + value.Literal).toStdString());
+        TTestDatabase database(server);
+        TMyConnection connection;
+        Aim(connection, server, database.Name());
+        connection.Execute("SET sql_mode = 'ALLOW_INVALID_DATES'");
+        connection.Execute("CREATE TABLE a (v " + value.Type + ") CHARACTER SET utf8mb4");
+        connection.Execute("CREATE TABLE b LIKE a");
+        connection.Execute("INSERT INTO a VALUES (" + value.Literal + ")");
+        TMyQuery query(&connection);
+        query.SetSQL("SELECT v FROM a");
+        query.Execute();
+        const TField &field = query.FieldAt(0);
+        EXPECT_EQ(field.DataType(), value.Field);
+        EXPECT_EQ(field.IsNull(), value.Literal == "NULL");
+        EXPECT_EQ(KindOf(field.Value()), value.Kind) << field.Value().ToString().toStdString();
+        connection.Execute("INSERT INTO b VALUES (" + LiteralOf(field.Value()) + ")");
+        EXPECT_EQ(database.Bytes("SELECT v FROM b"), database.Bytes("SELECT v FROM a"));
+        EXPECT_EQ(database.Value("SELECT COUNT(*) FROM a, b WHERE HEX(a.v) <=> HEX(b.v)"), u"1"_s);
+        if (field.Info().IsText || field.IsNumeric() || field.DataType() == ftTime ||
+            field.DataType() == ftDateTime || field.DataType() == ftDate) {
+            EXPECT_EQ(field.DisplayText(), database.Value("SELECT v FROM a"));
+        }
+    }
+};
+
+TEST_F(TFieldValueOnServer, SurvivesReadingAndWritingOnMariaDb)
+{
+    for (const TValue &value : Values)
+        Survives(TTestServer::Instance(), value);
+    for (const TValue &value : MariaDbValues)
+        Survives(TTestServer::Instance(), value);
+}
+
+TEST_F(TFieldValueOnServer, SurvivesReadingAndWritingOnMySql)
+{
+    SKIP_WITHOUT_MYSQL9();
+    for (const TValue &value : Values)
+        Survives(*TTestServer::MySql9(), value);
+    for (const TValue &value : MySqlValues)
+        Survives(*TTestServer::MySql9(), value);
+}
+
+class TFieldTest : public TClientTest
+{};
+
+TEST_F(TFieldTest, TellsColumnsApart)
+{
+    Exec("CREATE TABLE t (id INT AUTO_INCREMENT PRIMARY KEY, s VARCHAR(7), b VARBINARY(4), "
+         "n BIT(12))");
+    const auto query = Open("SELECT id, s, b, n, s AS `alias`, 1 + 1 AS `sum` FROM t AS x");
+    EXPECT_EQ(query->FieldAt(0).DataType(), ftAutoInc);
+    EXPECT_EQ(query->FieldAt(1).DisplayWidth(), 7);
+    EXPECT_EQ(query->FieldAt(2).DisplayWidth(), 10);
+    EXPECT_GE(query->FieldAt(3).DisplayWidth(), 4);
+    EXPECT_EQ(query->FieldAt(4).FieldName(), "alias"_L1);
+    EXPECT_EQ(query->FieldAt(4).Info().OrgName, "s"_L1);
+    EXPECT_EQ(query->FieldAt(4).Info().Table, "x"_L1);
+    EXPECT_EQ(query->FieldAt(4).Info().OrgTable, "t"_L1);
+    EXPECT_EQ(query->FieldAt(4).Info().Database, Database().Name());
+    EXPECT_TRUE(query->FieldAt(5).Info().OrgName.isEmpty());
+}
+
+TEST_F(TFieldTest, ShowsBinaryAsDigitsAndCutsWhatIsLong)
+{
+    const auto query = Open("SELECT UNHEX('00FF27'), UNHEX(REPEAT('AB', 5000)), b'101', "
+                            "REPEAT('я', 5000), UNHEX('')");
+    EXPECT_EQ(query->FieldAt(0).DisplayText(), "0x00FF27"_L1);
+    EXPECT_EQ(query->FieldAt(0).EditText(), "0x00FF27"_L1);
+    EXPECT_EQ(query->FieldAt(0).AsBytes(), QByteArray("\0\xFF'", 3));
+    EXPECT_EQ(query->FieldAt(1).DisplayText(), "0x" + QString("AB").repeated(64) + "... (4.9 KB)");
+    EXPECT_EQ(query->FieldAt(1).EditText().size(), 10002);
+    EXPECT_EQ(query->FieldAt(3).DisplayTextAt(0, 10), QString(u"я"_s).repeated(10) + u'…');
+    EXPECT_EQ(query->FieldAt(3).DisplayText().size(), 5000);
+    EXPECT_EQ(query->FieldAt(4).DisplayText(), QString());
+    EXPECT_FALSE(query->FieldAt(4).IsNull());
+}
+
+TEST_F(TFieldTest, BytesThatAreNoTextAreNotLostInATextColumn)
+{
+    Exec("CREATE TABLE t (c VARCHAR(9) CHARACTER SET cp1251)");
+    Exec("INSERT INTO t VALUES (0x9841)");
+    FConnection.Options.UseUnicode = false;
+    FConnection.Options.Charset = "cp1251";
+    const auto query = Open("SELECT c FROM t");
+    EXPECT_EQ(query->FieldAt(0).Value(), TVariant(QByteArray("\x98\x41")));
+    EXPECT_EQ(query->FieldAt(0).AsString(), u"\uFFFDA"_s);
+}
+
+TEST(TFieldValue, TakesWhatAnEditorGives)
+{
+    TFieldInfo binary, bits;
+    binary.DataType = ftBlob;
+    bits.DataType = ftBit;
+    const struct
+    {
+        const TFieldInfo &Info;
+        QString Typed;
+        TVariant Value;
+    } cases[] = {
+        {binary, "0x00ff", QByteArray("\0\xFF", 2)},
+        {binary, "0x00f", "0x00f"},
+        {binary, "text", "text"},
+        {bits, "5", 5},
+        {bits, "0x1F", 31},
+        {bits, "b'101'", 5},
+        {bits, "18446744073709551615", QByteArray(8, '\xFF')},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(TFieldValue::FromEditor(c.Info, c.Typed), c.Value) << c.Typed.toStdString();
+    EXPECT_EQ(MessageOf([&] { TFieldValue::FromEditor(bits, "many"); }),
+              "\"many\" is not a number of bits.");
+    EXPECT_TRUE(TFieldValue::FromEditor(bits, TVariant()).IsNull());
+}
+
+} // namespace

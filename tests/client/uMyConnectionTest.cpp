@@ -1,0 +1,227 @@
+#include "client/uMyConnection.h"
+
+#include "client/uMySession.h"
+#include "uClientTools.h"
+#include "uTcpProxy.h"
+
+#include <gmock/gmock.h>
+#include <mysql.h>
+#include <sys/socket.h>
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class TMyConnectionTest : public TClientTest
+{};
+
+struct TWrong
+{
+    const char *Name;
+    std::function<void(TMyConnection &)> Break;
+    int Code;
+};
+
+const TWrong Wrongs[] = {
+    {"Password", [](TMyConnection &c) { c.Password = "wrong"; }, 1045},
+    {"Database", [](TMyConnection &c) { c.Database = "no_such_database"; }, 1049},
+    {"Port", [](TMyConnection &c) { c.Port = 1; }, 2002},
+    {"Host", [](TMyConnection &c) { c.Server = "no.such.host.invalid"; }, 2005},
+    {"Charset",
+     [](TMyConnection &c) {
+         c.Options.UseUnicode = false;
+         c.Options.Charset = "klingon";
+     },
+     2019},
+};
+
+TEST_F(TMyConnectionTest, WrongParametersAreErrorsAndTheNextTryWorks)
+{
+    for (const TWrong &wrong : Wrongs) {
+        TMyConnection connection;
+        Aim(connection, Server(), Database().Name());
+        int told = 0;
+        connection.SetOnError(
+            [&](TMyConnection *, const EMyError &e, bool &) { told = e.ErrorCode(); });
+        wrong.Break(connection);
+        const EMyError error = ErrorOf([&] { connection.Connect(); });
+        EXPECT_EQ(error.ErrorCode(), wrong.Code) << wrong.Name << error.what();
+        EXPECT_EQ(told, wrong.Code) << wrong.Name;
+        EXPECT_FALSE(connection.Connected());
+        Aim(connection, Server(), Database().Name());
+        connection.Connect();
+        EXPECT_TRUE(connection.Connected()) << wrong.Name;
+    }
+}
+
+TEST_F(TMyConnectionTest, AServerThatNeverAnswersIsGivenUp)
+{
+    TBlackHole hole;
+    FConnection.Server = hole.Host();
+    FConnection.Port = hole.Port();
+    FConnection.ConnectionTimeout = 1;
+    const EMyError error = ErrorOf([&] { FConnection.Connect(); });
+    EXPECT_EQ(error.ErrorCode(), 2013);
+    EXPECT_FALSE(error.CanRepeat());
+    EXPECT_FALSE(FConnection.Connected());
+}
+
+TEST_F(TMyConnectionTest, AStatementMayTakeLongerThanTheHandshake)
+{
+    FConnection.ConnectionTimeout = 1;
+    EXPECT_EQ(Ask("SELECT SLEEP(1.6)"), "0");
+}
+
+TEST_F(TMyConnectionTest, TellsOfItsSession)
+{
+    std::vector<std::string> events;
+    FConnection.SetBeforeConnect([&](TMyConnection *) { events.push_back("before"); });
+    FConnection.SetAfterConnect([&](TMyConnection *) { events.push_back("after"); });
+    FConnection.SetAfterDisconnect([&](TMyConnection *) { events.push_back("gone"); });
+    EXPECT_EQ(FConnection.ServerVersion(), QString());
+    FConnection.Connect();
+    FConnection.Connect();
+    EXPECT_EQ(FConnection.ServerVersion(), Value("SELECT VERSION()"));
+    EXPECT_EQ(FConnection.CurrentDatabase(), Database().Name());
+    FConnection.Disconnect();
+    FConnection.Disconnect();
+    EXPECT_THAT(events, ::testing::ElementsAre("before", "after", "gone"));
+    EXPECT_FALSE(FConnection.ServerVersion().isEmpty());
+}
+
+TEST_F(TMyConnectionTest, KeepsASilentSessionAlive)
+{
+    FConnection.Connect();
+    int socket = -1;
+    for (int fd = 3; fd < 256; ++fd) {
+        int type = 0, alive = 0;
+        socklen_t size = sizeof(int);
+        if (::getsockopt(fd, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_STREAM &&
+            ::getsockopt(fd, SOL_SOCKET, SO_KEEPALIVE, &alive, &size) == 0 && alive)
+            socket = fd;
+    }
+    EXPECT_GE(socket, 0);
+}
+
+TEST_F(TMyConnectionTest, TakesTlsWhereItIsOfferedAndPlainWhereNot)
+{
+    FConnection.Connect();
+    EXPECT_FALSE(FConnection.TlsCipher().isEmpty());
+    EXPECT_EQ(Ask("SHOW STATUS LIKE 'Ssl_cipher'"), "Ssl_cipher");
+
+    const auto plain = TTestServer::Start({"--skip-ssl"});
+    TMyConnection connection;
+    Aim(connection, *plain);
+    connection.Connect();
+    EXPECT_TRUE(connection.Connected());
+    EXPECT_EQ(connection.TlsCipher(), QString());
+}
+
+TEST_F(TMyConnectionTest, ATlsThatCannotBeSpokenGivesWayUnlessTheServerInsists)
+{
+    for (const bool insists : {false, true}) {
+        const auto server =
+            TTestServer::Start({"--tls-version=TLSv1.1",
+                                QString("--require-secure-transport=") + (insists ? "ON" : "OFF")});
+        TMyConnection connection;
+        Aim(connection, *server);
+        EXPECT_EQ(ErrorOf([&] { connection.Connect(); }).ErrorCode(), insists ? 2026 : 0);
+        EXPECT_EQ(connection.TlsCipher(), QString());
+    }
+}
+
+TEST_F(TMyConnectionTest, CompressesWhenAsked)
+{
+    FConnection.Options.Compress = true;
+    EXPECT_EQ(Open("SHOW SESSION STATUS LIKE 'Compression'")->FieldAt(1).AsString(), "ON");
+    EXPECT_EQ(Ask("SELECT LENGTH(REPEAT('x', 1000000))"), "1000000");
+}
+
+TEST_F(TMyConnectionTest, LogsInByPluginWithAndWithoutTls)
+{
+    SKIP_WITHOUT_MYSQL9();
+    TMyConnection connection;
+    Aim(connection, *TTestServer::MySql9());
+    connection.Username = TTestServer::MySql9()->SecondUser();
+    connection.Password = TTestServer::MySql9()->SecondPassword();
+    connection.Connect();
+    EXPECT_FALSE(connection.TlsCipher().isEmpty());
+}
+
+struct TCharset
+{
+    const char *Name; // as in the profile
+    bool UseUnicode;
+    const char *Session; // as the server tells it
+    QString Text;
+};
+
+const TCharset Charsets[] = {
+    {"", false, "utf8mb4", u"aя€😀"_s},          {"utf8mb4", true, "utf8mb4", u"aя€😀"_s},
+    {"UTF8MB4", true, "utf8mb4", u"😀"_s},       {"utf8", true, "utf8mb3", u"aя€"_s},
+    {"utf16", true, "utf8mb4", u"aя€😀"_s},      {"ucs2", false, "utf8mb4", u"я😀"_s},
+    {"latin1", false, "latin1", u"é€\u0081"_s}, {"cp1251", false, "cp1251", u"Привет"_s},
+    {"gbk", false, "gbk", u"運\\'銭"_s},        {"sjis", false, "sjis", u"ソ\\'ソ"_s},
+    {"latin1", true, "utf8mb4", u"я"_s},
+};
+
+TEST_F(TMyConnectionTest, TextGoesThroughEverySessionSetUnchanged)
+{
+    Exec("CREATE TABLE t (c TEXT CHARACTER SET utf8mb4)");
+    for (const TCharset &charset : Charsets) {
+        TMyConnection connection;
+        Aim(connection, Server(), Database().Name());
+        connection.Options.Charset = charset.Name;
+        connection.Options.UseUnicode = charset.UseUnicode;
+        const QString text = charset.Text;
+        QString quoted = text;
+        quoted.replace("\\", "\\\\").replace("'", "\\'");
+        connection.Execute("TRUNCATE t");
+        connection.Execute("INSERT INTO t VALUES ('" + quoted + "')");
+        EXPECT_EQ(Value("SELECT c FROM t"), text) << charset.Name;
+        TMyQuery query(&connection);
+        query.SetSQL("SELECT c, @@character_set_client, '" + quoted + "' FROM t");
+        query.Execute();
+        EXPECT_EQ(query.FieldAt(0).AsString(), text) << charset.Name;
+        EXPECT_EQ(query.FieldAt(1).AsString().toStdString(), charset.Session);
+        EXPECT_EQ(query.FieldAt(2).AsString(), text) << charset.Name;
+    }
+}
+
+TEST_F(TMyConnectionTest, ACharacterWithoutAPlaceInTheSetIsAnErrorAndNoQuestionMark)
+{
+    FConnection.Options.UseUnicode = false;
+    FConnection.Options.Charset = "latin1";
+    const EMyError error = ErrorOf([&] { FConnection.Execute("SELECT 'я'"); });
+    EXPECT_EQ(error.ErrorCode(), 1300);
+    EXPECT_EQ(error.Message(), (u"Invalid latin1 character string: 'я'"_s));
+    EXPECT_EQ(Ask("SELECT 'é'"), "é");
+}
+
+TEST_F(TMyConnectionTest, FollowsASetThatAStatementChooses)
+{
+    FConnection.Execute("SET NAMES cp1251");
+    EXPECT_EQ(FConnection.CurrentCharset(), QString("cp1251"));
+    EXPECT_EQ(Ask("SELECT HEX('я')"), "FF");
+    EXPECT_EQ(Ask("SELECT 'я' AS `ю`"), "я");
+    EXPECT_EQ(Open("SELECT 1 AS `ю`")->FieldAt(0).FieldName(), QString("ю"));
+}
+
+TEST_F(TMyConnectionTest, ServerMessagesAreReadInTheSessionsSet)
+{
+    FConnection.Options.UseUnicode = false;
+    FConnection.Options.Charset = "cp1251";
+    EXPECT_THAT(MessageOf([&] { FConnection.Execute("SELECT * FROM `таблица`"); }),
+                ::testing::HasSubstr("таблица"));
+}
+
+TEST_F(TMyConnectionTest, AnOldServerGetsTheUnicodeItKnows)
+{
+    const auto old = TTestServer::Start({"--version=5.0.95-log"});
+    TMyConnection connection;
+    Aim(connection, *old);
+    connection.Connect();
+    EXPECT_EQ(connection.ServerVersion(), QString("5.0.95-log"));
+}
+
+} // namespace

@@ -1,0 +1,110 @@
+#include "client/uRowArena.h"
+
+#include <QByteArray>
+#include <gtest/gtest.h>
+#include <optional>
+
+namespace {
+
+using TCells = std::vector<std::optional<QByteArray>>;
+
+class TRowArenaTest : public ::testing::Test
+{
+protected:
+    TRowArenaTest() { FArena.SetFieldCount(3); }
+
+    template <typename TAction>
+    void Give(const TCells &row, TAction action)
+    {
+        const char *cells[3];
+        unsigned long lengths[3];
+        for (size_t i = 0; i < 3; ++i) {
+            cells[i] = row[i] ? row[i]->constData() : nullptr;
+            lengths[i] = row[i] ? static_cast<unsigned long>(row[i]->size()) : 0;
+        }
+        action(cells, lengths);
+    }
+    void Append(const TCells &row)
+    {
+        Give(row, [&](auto cells, auto lengths) { FArena.Append(cells, lengths); });
+    }
+    TCells Row(qint64 row) const
+    {
+        TCells cells;
+        for (int i = 0; i < 3; ++i)
+            cells.push_back(FArena.IsNull(row, i)
+                                ? std::nullopt
+                                : std::optional(FArena.Cell(row, i).toByteArray()));
+        return cells;
+    }
+
+    TRowArena FArena;
+};
+
+const TCells Rows[] = {
+    {"one", std::nullopt, "three"},
+    {std::nullopt, std::nullopt, std::nullopt},
+    {"", QByteArray("a\0b", 3), ""},
+    {std::nullopt, "x", std::nullopt},
+};
+
+TEST_F(TRowArenaTest, KeepsNullApartFromEmpty)
+{
+    for (const TCells &row : Rows)
+        Append(row);
+    for (qint64 i = 0; i < 4; ++i)
+        EXPECT_EQ(Row(i), Rows[i]) << i;
+}
+
+TEST_F(TRowArenaTest, HoldsRowsOfEverySizeAcrossBlocks)
+{
+    const auto cell = [](int i) {
+        return QByteArray(i % 977 == 0 ? 3000000 : i % 701, 'a' + i % 26);
+    };
+    for (int i = 0; i < 3000; ++i)
+        Append({cell(i), std::nullopt, QByteArray::number(i)});
+    for (int i = 0; i < 3000; ++i)
+        ASSERT_EQ(Row(i), TCells({cell(i), std::nullopt, QByteArray::number(i)})) << i;
+}
+
+TEST_F(TRowArenaTest, ReplacesAndRemovesInPlace)
+{
+    for (const TCells &row : Rows)
+        Append(row);
+    const TCells changed = {"changed", "and longer", std::nullopt};
+    Give(changed, [&](auto cells, auto lengths) { FArena.Replace(2, cells, lengths); });
+    FArena.Remove(1);
+    ASSERT_EQ(FArena.RowCount(), 3);
+    EXPECT_EQ(Row(0), Rows[0]);
+    EXPECT_EQ(Row(1), changed);
+    EXPECT_EQ(Row(2), Rows[3]);
+}
+
+TEST_F(TRowArenaTest, CostsLittleMoreThanItsBytes)
+{
+    const qint64 rows = 100000;
+    const TCells row = {QByteArray(40, 'x'), QByteArray(20, 'y'), std::nullopt};
+    for (qint64 i = 0; i < rows; ++i)
+        Append(row);
+    EXPECT_LT(FArena.MemoryBytes(), rows * (60 + 3 * 4) * 13 / 10);
+    FArena.Clear();
+    EXPECT_EQ(FArena.MemoryBytes(), 0);
+}
+
+TEST_F(TRowArenaTest, StopsAtItsLimitWithTheRowsWhole)
+{
+    FArena.SetMemoryLimit(2000000);
+    const TCells row = {QByteArray(1000, 'x'), "y", std::nullopt};
+    EXPECT_THROW(
+        {
+            for (;;)
+                Append(row);
+        },
+        std::bad_alloc);
+    EXPECT_LE(FArena.MemoryBytes(), 2000000);
+    ASSERT_GT(FArena.RowCount(), 100);
+    EXPECT_EQ(Row(FArena.RowCount() - 1), row);
+    EXPECT_GT(TMemoryBudget::Available(), 0);
+}
+
+} // namespace
