@@ -1,0 +1,190 @@
+#include "core/uDacMySqlConnection.h"
+
+#include "support/uStringUtils.h"
+
+#include <QStringList>
+
+namespace {
+
+EDacMySqlError Converted(const EMyError &e, const QString &commandText)
+{
+    return EDacMySqlError(e.ErrorCode(), TStringUtils::Compact(e.Message()), commandText);
+}
+
+bool IsUnicodeCharset(const QString &charset)
+{
+    static const QStringList charsets = {"utf8", "utf8mb4", "utf16", "utf32", "ucs2"};
+    return charsets.contains(charset, Qt::CaseInsensitive);
+}
+
+} // namespace
+
+TDacMySqlConnection::TDacMySqlConnection() : FConnection(std::make_unique<TMyConnection>())
+{
+    HookLibraryEvents();
+}
+
+TDacMySqlConnection::~TDacMySqlConnection()
+{
+    // The library tells of the disconnect while it goes, and the events must still be there then.
+    FConnection.reset();
+}
+
+void TDacMySqlConnection::HookLibraryEvents()
+{
+    FConnection->SetBeforeConnect(
+        [this](TMyConnection *sender) { sender->Options.UseUnicode = IsUnicodeCharset(FCharset); });
+    FConnection->SetAfterConnect([this](TMyConnection *) { FireAfterConnect(); });
+    FConnection->SetAfterDisconnect([this](TMyConnection *) { FireAfterDisconnect(); });
+    FConnection->SetOnError([](TMyConnection *, const EMyError &, bool &fail) { fail = true; });
+    FConnection->SetOnConnectionLost([](TMyConnection *, TConnLostCause, TRetryMode &retryMode) {
+        retryMode = rmReconnectExecute;
+    });
+}
+
+void TDacMySqlConnection::FireAfterConnect()
+{
+    if (FDisableConnectEvents)
+        return;
+    if (FOnInit)
+        FOnInit(this);
+    if (FOnAfterConnect)
+        FOnAfterConnect(this);
+}
+
+void TDacMySqlConnection::FireAfterDisconnect()
+{
+    if (!FDisableConnectEvents && FOnAfterDisconnect)
+        FOnAfterDisconnect(this);
+}
+
+void TDacMySqlConnection::Connect()
+{
+    FConnection->Server = FHost;
+    FConnection->Database = FDatabase;
+    FConnection->Username = FUserName;
+    FConnection->Password = FPassword;
+    FConnection->Port = FPort;
+    FConnection->Options.Charset = FCharset;
+    FConnection->Options.Compress = FUseCompression;
+    FConnection->Options.Direct = false;
+    FConnection->Options.DisconnectedMode = false;
+    FConnection->Options.LocalFailover = true;
+    try {
+        FConnection->Connect();
+    } catch (const EMyError &e) {
+        throw Converted(e, QString());
+    }
+}
+
+void TDacMySqlConnection::Disconnect()
+{
+    FConnection->Disconnect();
+}
+
+bool TDacMySqlConnection::Connected() const
+{
+    return FConnection->Connected();
+}
+
+QString TDacMySqlConnection::ServerVersion() const
+{
+    return FConnection->ServerVersion();
+}
+
+void TDacMySqlConnection::ChangeCharset(const QString &charset)
+{
+    FCharset = charset;
+    if (Connected())
+        Disconnect();
+}
+
+std::unique_ptr<TMyQuery> TDacMySqlConnection::CreateDataset()
+{
+    auto dataset = std::make_unique<TMyQuery>(FConnection.get());
+    dataset->SetCachedUpdates(false);
+    return dataset;
+}
+
+void TDacMySqlConnection::Execute(const QString &commandText)
+{
+    Execute(commandText, true);
+}
+
+void TDacMySqlConnection::ExecuteDataset(const QString &commandText, TMyQuery &dataset)
+{
+    ExecuteDataset(commandText, dataset, true);
+}
+
+void TDacMySqlConnection::RefreshDataset(TMyQuery &dataset)
+{
+    const QString commandText = dataset.SQL().trimmed();
+    // The dataset may have been closed by the loss, so that it is executed anew.
+    Run(
+        commandText, [&] { dataset.Refresh(); },
+        [&] { ExecuteDataset(commandText, dataset, false); });
+}
+
+void TDacMySqlConnection::Execute(const QString &commandText, bool retry)
+{
+    const auto execute = [&] {
+        TMyCommand command;
+        command.Connection = FConnection.get();
+        command.SQL = commandText;
+        command.Execute();
+    };
+    const auto repeat = [&] { Execute(commandText, false); };
+    Run(commandText, execute, retry ? TOperation(repeat) : TOperation());
+}
+
+void TDacMySqlConnection::ExecuteDataset(const QString &commandText, TMyQuery &dataset, bool retry)
+{
+    const auto execute = [&] {
+        dataset.SetSQL(commandText);
+        dataset.Execute();
+    };
+    const auto repeat = [&] { ExecuteDataset(commandText, dataset, false); };
+    Run(commandText, execute, retry ? TOperation(repeat) : TOperation());
+}
+
+void TDacMySqlConnection::Run(const QString &commandText, const TOperation &operation,
+                              const TOperation &onLost)
+{
+    FireBeforeExecute(commandText);
+    try {
+        RunConverted(commandText, operation, onLost);
+    } catch (...) {
+        FireAfterExecute();
+        throw;
+    }
+    FireAfterExecute();
+}
+
+void TDacMySqlConnection::RunConverted(const QString &commandText, const TOperation &operation,
+                                       const TOperation &onLost)
+{
+    try {
+        operation();
+    } catch (const EMyError &e) {
+        const EDacMySqlError error = Converted(e, commandText);
+        if (onLost && error.IsLostConnection() && e.CanRepeat()) {
+            onLost();
+            return;
+        }
+        if (FOnExecuteError)
+            FOnExecuteError(this, error);
+        throw error;
+    }
+}
+
+void TDacMySqlConnection::FireBeforeExecute(const QString &commandText)
+{
+    if (FOnBeforeExecute)
+        FOnBeforeExecute(this, commandText);
+}
+
+void TDacMySqlConnection::FireAfterExecute()
+{
+    if (FOnAfterExecute)
+        FOnAfterExecute(this);
+}

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "client/uMyConnection.h"
+#include "client/uMyQuery.h"
+#include "core/uDacMySqlError.h"
+
+/// A session with a server: its parameters, single statements with one retry after a lost session,
+/// and errors as EDacMySqlError. Used by one thread at a time.
+class TDacMySqlConnection
+{
+public:
+    using TNotifyEvent = std::function<void(TDacMySqlConnection *Sender)>;
+    using TBeforeExecuteEvent =
+        std::function<void(TDacMySqlConnection *Sender, const QString &CommandText)>;
+    using TAfterExecuteEvent = std::function<void(TDacMySqlConnection *Sender)>;
+    using TExecuteErrorEvent =
+        std::function<void(TDacMySqlConnection *Sender, const EDacMySqlError &E)>;
+
+    TDacMySqlConnection();
+    ~TDacMySqlConnection();
+    TDacMySqlConnection(const TDacMySqlConnection &) = delete;
+    TDacMySqlConnection &operator=(const TDacMySqlConnection &) = delete;
+
+    int Port() const { return FPort; }
+    void SetPort(int value) { FPort = value; }
+    const QString &Database() const { return FDatabase; }
+    void SetDatabase(const QString &value) { FDatabase = value; }
+    const QString &Password() const { return FPassword; }
+    void SetPassword(const QString &value) { FPassword = value; }
+    const QString &Host() const { return FHost; }
+    void SetHost(const QString &value) { FHost = value; }
+    const QString &UserName() const { return FUserName; }
+    void SetUserName(const QString &value) { FUserName = value; }
+    const QString &Charset() const { return FCharset; }
+    void SetCharset(const QString &value) { FCharset = value; }
+    bool UseCompression() const { return FUseCompression; }
+    void SetUseCompression(bool value) { FUseCompression = value; }
+
+    /// Opens the session with the parameters above. Raises EDacMySqlError without a command text.
+    void Connect();
+    void Disconnect();
+    bool Connected() const;
+    /// Version text of the open session, such as 5.5.30-log.
+    QString ServerVersion() const;
+    /// Takes effect with the next Connect; an open session is closed for it.
+    void ChangeCharset(const QString &charset);
+
+    std::unique_ptr<TMyQuery> CreateDataset();
+    /// Runs a statement whose rows, if any, are dropped. A lost session is repeated once, unless a
+    /// transaction was open in it; the repeat lies inside the first try and fires the before and
+    /// after events again. Raises EDacMySqlError.
+    void Execute(const QString &commandText);
+    /// The same with a dataset that takes the rows.
+    void ExecuteDataset(const QString &commandText, TMyQuery &dataset);
+    /// Reads a dataset again with its own statement. On a closed session call
+    /// TDbmProvider::OpenConnection first.
+    void RefreshDataset(TMyQuery &dataset);
+
+    /// While true, OnInit, OnAfterConnect and OnAfterDisconnect are not fired.
+    void SetDisableConnectEvents(bool value) { FDisableConnectEvents = value; }
+    bool DisableConnectEvents() const { return FDisableConnectEvents; }
+
+    void SetOnAfterConnect(TNotifyEvent event) { FOnAfterConnect = std::move(event); }
+    void SetOnAfterDisconnect(TNotifyEvent event) { FOnAfterDisconnect = std::move(event); }
+    /// Fires behind each connect, the library's own reconnect included, ahead of OnAfterConnect.
+    void SetOnInit(TNotifyEvent event) { FOnInit = std::move(event); }
+    void SetOnBeforeExecute(TBeforeExecuteEvent event) { FOnBeforeExecute = std::move(event); }
+    void SetOnAfterExecute(TAfterExecuteEvent event) { FOnAfterExecute = std::move(event); }
+    void SetOnExecuteError(TExecuteErrorEvent event) { FOnExecuteError = std::move(event); }
+
+    /// The library's connection below. Owned.
+    TMyConnection &LibraryConnection() { return *FConnection; }
+
+private:
+    using TOperation = std::function<void()>;
+
+    void HookLibraryEvents();
+    void FireAfterConnect();
+    void FireAfterDisconnect();
+    void Execute(const QString &commandText, bool retry);
+    void ExecuteDataset(const QString &commandText, TMyQuery &dataset, bool retry);
+    /// Runs an operation between its events. An empty `onLost` makes a lost session the error.
+    void Run(const QString &commandText, const TOperation &operation, const TOperation &onLost);
+    void RunConverted(const QString &commandText, const TOperation &operation,
+                      const TOperation &onLost);
+    void FireBeforeExecute(const QString &commandText);
+    void FireAfterExecute();
+
+    int FPort = 0;
+    QString FDatabase;
+    QString FPassword;
+    QString FHost;
+    QString FUserName;
+    QString FCharset;
+    bool FUseCompression = false;
+    std::unique_ptr<TMyConnection> FConnection;
+    bool FDisableConnectEvents = false;
+    TNotifyEvent FOnAfterConnect;
+    TNotifyEvent FOnAfterDisconnect;
+    TNotifyEvent FOnInit;
+    TBeforeExecuteEvent FOnBeforeExecute;
+    TAfterExecuteEvent FOnAfterExecute;
+    TExecuteErrorEvent FOnExecuteError;
+};

@@ -1,0 +1,115 @@
+#include "core/uDbmProvider.h"
+
+#include "core/uNetUtils.h"
+#include "support/uFormat.h"
+
+TDbmProvider::TDbmProvider()
+    : FConnection(std::make_unique<TDacMySqlConnection>()),
+      FCommand(std::make_unique<TDbmCommand>(*FConnection)),
+      FSSHTunnel(std::make_unique<TSSHTunnel>())
+{
+    // Whatever closed the session, the next run finds it open.
+    FCommand->SetOnScriptBeforeExecute([this](TDbmCommand *) { OpenConnection(); });
+}
+
+TDbmProvider::~TDbmProvider()
+{
+    CloseConnection();
+}
+
+void TDbmProvider::SetParams(const TDbmConnectionProfile &connectionProfile)
+{
+    CloseConnection();
+    FConnectionProfile = connectionProfile;
+}
+
+void TDbmProvider::OpenConnection()
+{
+    if (IsTunnelled() && !FSSHTunnel->Forwarding())
+        OpenTunnel();
+    if (!FConnection->Connected())
+        Connect();
+}
+
+void TDbmProvider::CloseConnection()
+{
+    if (FConnection->Connected())
+        FConnection->Disconnect();
+    if (FSSHTunnel->Active())
+        FSSHTunnel->Close();
+}
+
+void TDbmProvider::SetCharset(const QString &value)
+{
+    FConnection->ChangeCharset(value);
+}
+
+QString TDbmProvider::ServerVersion()
+{
+    OpenConnection();
+    return FServerVersion;
+}
+
+void TDbmProvider::OpenTunnel()
+{
+    // A session through a tunnel that broke meanwhile leads nowhere, and its reconnect would try
+    // the old tunnel's port.
+    if (FConnection->Connected())
+        FConnection->Disconnect();
+
+    const TDbmConnectionProfileSSHSettings &settings = FConnectionProfile.SSHSettings;
+    FSSHTunnel->HostName = ResolveIPv4Address(settings.HostName);
+    FSSHTunnel->Port = settings.Port;
+    FSSHTunnel->UserName = settings.UserName;
+    FSSHTunnel->Authentication = settings.Authentication;
+    FSSHTunnel->Password = settings.Password;
+    FSSHTunnel->PrivateKey = settings.PrivateKey;
+    // By name: the SSH server resolves it, and may know another address than this machine.
+    FSSHTunnel->DestTunnelHost = FConnectionProfile.HostName;
+    FSSHTunnel->DestTunnelPort = static_cast<quint16>(FConnectionProfile.Port);
+    SendMessage(TFormat::Format("Opening SSH tunnel to %s:%u...",
+                                {FSSHTunnel->HostName, static_cast<uint>(FSSHTunnel->Port)}));
+    FSSHTunnel->Open();
+}
+
+void TDbmProvider::Connect()
+{
+    SetConnectionAddress();
+    FConnection->SetUserName(FConnectionProfile.UserName);
+    FConnection->SetPassword(FConnectionProfile.Password);
+    FConnection->SetDatabase(FConnectionProfile.Database);
+    FConnection->SetCharset(FConnectionProfile.Charset);
+    FConnection->SetUseCompression(FConnectionProfile.UseCompression);
+    SendMessage(TFormat::Format("Opening connection to %s:%u...",
+                                {FConnection->Host(), static_cast<uint>(FConnection->Port())}));
+    FConnection->Connect();
+    FServerVersion = FConnection->ServerVersion();
+}
+
+void TDbmProvider::SetConnectionAddress()
+{
+    if (IsTunnelled()) {
+        FConnection->SetHost(FSSHTunnel->GetSourceTunnelHost());
+        FConnection->SetPort(FSSHTunnel->GetSourceTunnelPort());
+        return;
+    }
+    FConnection->SetHost(ResolveIPv4Address(FConnectionProfile.HostName));
+    FConnection->SetPort(FConnectionProfile.Port);
+}
+
+QString TDbmProvider::ResolveIPv4Address(const QString &hostName)
+{
+    if (TNetUtils::IsIPv4Address(hostName))
+        return hostName;
+    SendMessage(TFormat::Format("Resolving \"%s\" IPv4 address...", {hostName}));
+    QString address;
+    if (!TNetUtils::TryResolveIPv4Address(hostName, address))
+        throw EException(QStringLiteral("Cannot resolve IPv4 address."));
+    return address;
+}
+
+void TDbmProvider::SendMessage(const QString &message)
+{
+    if (FOnConnectionMessage)
+        FOnConnectionMessage(this, message);
+}

@@ -1,0 +1,239 @@
+#include "core/uDacMySqlConnection.h"
+#include "uServerProfile.h"
+#include "uTcpProxy.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+/// A connection whose events are written down in their order. Statements go through a proxy that
+/// makes the faults.
+class TDacConnection : public TServerTest
+{
+protected:
+    TDacConnection() : FProxy(Server().Host(), Server().Port())
+    {
+        FConnection.SetHost(FProxy.Host());
+        FConnection.SetPort(FProxy.Port());
+        FConnection.SetUserName(Server().User());
+        FConnection.SetDatabase(Database().Name());
+        FConnection.SetCharset("utf8mb4");
+        const auto note = [this](const char *name) {
+            return [this, name](TDacMySqlConnection *) { FEvents.push_back(name); };
+        };
+        FConnection.SetOnInit(note("init"));
+        FConnection.SetOnAfterConnect(note("connected"));
+        FConnection.SetOnAfterDisconnect(note("disconnected"));
+        FConnection.SetOnAfterExecute(note("after"));
+        FConnection.SetOnBeforeExecute([this](TDacMySqlConnection *, const QString &text) {
+            FEvents.push_back("before " + text.toStdString());
+        });
+        FConnection.SetOnExecuteError([this](TDacMySqlConnection *, const EDacMySqlError &e) {
+            FEvents.push_back("error " + std::to_string(e.ErrorCode()));
+        });
+        FConnection.Connect();
+        FQuery = FConnection.CreateDataset();
+        FEvents.clear();
+    }
+
+    QString Ask(const QString &sql)
+    {
+        const auto query = FConnection.CreateDataset();
+        FConnection.ExecuteDataset(sql, *query);
+        return query->FieldAt(0).AsString();
+    }
+    /// The code with which an operation fails, 0 when it does not.
+    int CodeOf(const std::function<void()> &operation)
+    {
+        try {
+            operation();
+        } catch (const EDacMySqlError &e) {
+            FCommandText = e.CommandText();
+            return e.ErrorCode();
+        }
+        return 0;
+    }
+    void KillSession()
+    {
+        const QString id = Ask("SELECT CONNECTION_ID()");
+        Exec("KILL " + id);
+        while (Value("SELECT COUNT(*) FROM information_schema.processlist WHERE id = " + id) != "0")
+            ;
+        FEvents.clear();
+    }
+
+    TTcpProxy FProxy;
+    TDacMySqlConnection FConnection;
+    std::unique_ptr<TMyQuery> FQuery;
+    std::vector<std::string> FEvents;
+    QString FCommandText;
+};
+
+TEST_F(TDacConnection, AStatementLiesBetweenItsEvents)
+{
+    FConnection.Execute("CREATE TABLE t (a INT)");
+    FConnection.ExecuteDataset("SELECT * FROM t", *FQuery);
+    EXPECT_THAT(FEvents, ElementsAre("before CREATE TABLE t (a INT)", "after",
+                                     "before SELECT * FROM t", "after"));
+    EXPECT_TRUE(FQuery->Active());
+}
+
+TEST_F(TDacConnection, AFailureIsToldOnceAndCarriesItsStatement)
+{
+    EXPECT_EQ(CodeOf([&] { FConnection.Execute("SELEC 1"); }), 1064);
+    EXPECT_EQ(FCommandText.toStdString(), "SELEC 1");
+    EXPECT_EQ(CodeOf([&] { FConnection.ExecuteDataset("SELECT * FROM no", *FQuery); }), 1146);
+    EXPECT_THAT(FEvents, ElementsAre("before SELEC 1", "error 1064", "after",
+                                     "before SELECT * FROM no", "error 1146", "after"));
+}
+
+TEST_F(TDacConnection, AFailedConnectHasNoStatement)
+{
+    FConnection.Disconnect();
+    FConnection.SetPassword("wrong");
+    EXPECT_EQ(CodeOf([&] { FConnection.Connect(); }), 1045);
+    EXPECT_TRUE(FCommandText.isEmpty());
+}
+
+/// Each case with the session killed by another one, and with its wire cut.
+class TDacConnectionLost : public TDacConnection, public ::testing::WithParamInterface<bool>
+{
+protected:
+    void Lose()
+    {
+        if (GetParam()) {
+            KillSession();
+            return;
+        }
+        FProxy.Cut();
+        FEvents.clear();
+    }
+};
+
+TEST_P(TDacConnectionLost, AStatementIsRepeatedOnceWithItsEvents)
+{
+    Exec("CREATE TABLE t (a INT)");
+    Lose();
+    FConnection.Execute("INSERT INTO t VALUES (1)");
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM t").toStdString(), "1");
+    EXPECT_THAT(FEvents, ElementsAre("before INSERT INTO t VALUES (1)", "disconnected",
+                                     "before INSERT INTO t VALUES (1)", "init", "connected",
+                                     "after", "after"));
+}
+
+TEST_P(TDacConnectionLost, ADatasetIsRepeatedInTheDatabaseAndCharsetOfBefore)
+{
+    TTestDatabase other;
+    FConnection.Execute("USE " + other.Name());
+    FConnection.Execute("SET NAMES cp1251");
+    Lose();
+    FConnection.ExecuteDataset("SELECT DATABASE(), @@character_set_client, 'я'", *FQuery);
+    EXPECT_EQ(FQuery->FieldAt(0).AsString(), other.Name());
+    EXPECT_EQ(FQuery->FieldAt(1).AsString().toStdString(), "cp1251");
+    EXPECT_EQ(FQuery->FieldAt(2).AsString(), QString::fromUtf8("я"));
+}
+
+TEST_P(TDacConnectionLost, ARefreshExecutesAnew)
+{
+    Exec("CREATE TABLE t (a INT)");
+    FConnection.ExecuteDataset("  SELECT * FROM t  ", *FQuery);
+    Exec("INSERT INTO t VALUES (7)");
+    Lose();
+    FConnection.RefreshDataset(*FQuery);
+    EXPECT_EQ(FQuery->FieldAt(0).AsString().toStdString(), "7");
+    EXPECT_THAT(FEvents,
+                ElementsAre("before SELECT * FROM t", "disconnected", "before SELECT * FROM t",
+                            "init", "connected", "after", "after"));
+}
+
+TEST_P(TDacConnectionLost, AStatementInATransactionIsNotRepeated)
+{
+    Exec("CREATE TABLE t (a INT) ENGINE=InnoDB");
+    FConnection.Execute("START TRANSACTION");
+    FConnection.Execute("INSERT INTO t VALUES (1)");
+    Lose();
+    const int code = CodeOf([&] { FConnection.Execute("INSERT INTO t VALUES (2)"); });
+    EXPECT_TRUE(EDacMySqlError(code, "", "").IsLostConnection()) << code;
+    EXPECT_THAT(FEvents, ElementsAre("before INSERT INTO t VALUES (2)", "disconnected",
+                                     "error " + std::to_string(code), "after"));
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM t").toStdString(), "0");
+
+    FConnection.Execute("INSERT INTO t VALUES (3)");
+    EXPECT_EQ(Value("SELECT GROUP_CONCAT(a) FROM t").toStdString(), "3");
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, TDacConnectionLost, ::testing::Bool(),
+                         [](const auto &info) { return info.param ? "Killed" : "Cut"; });
+
+TEST_F(TDacConnection, ASecondLossIsTheError)
+{
+    FProxy.CutAfter(0);
+    const int code = CodeOf([&] { FConnection.ExecuteDataset("SELECT 1", *FQuery); });
+    EXPECT_NE(code, 0);
+    EXPECT_EQ(FCommandText.toStdString(), "SELECT 1");
+    EXPECT_EQ(std::count(FEvents.begin(), FEvents.end(), "before SELECT 1"), 2);
+    EXPECT_EQ(std::count(FEvents.begin(), FEvents.end(), "after"), 2);
+    EXPECT_EQ(std::count(FEvents.begin(), FEvents.end(), "error " + std::to_string(code)), 1);
+    EXPECT_FALSE(FQuery->Active());
+
+    FProxy.Resume();
+    EXPECT_EQ(Ask("SELECT 1").toStdString(), "1");
+}
+
+TEST_F(TDacConnection, ARunningStatementThatIsKilledIsNotRepeated)
+{
+    EXPECT_EQ(CodeOf([&] { FConnection.Execute("KILL CONNECTION_ID()"); }), 1927);
+    EXPECT_THAT(FEvents,
+                ElementsAre("before KILL CONNECTION_ID()", "disconnected", "error 1927", "after"));
+    EXPECT_EQ(Ask("SELECT 1").toStdString(), "1");
+}
+
+TEST_F(TDacConnection, ConnectEventsCanBeSilenced)
+{
+    FConnection.SetDisableConnectEvents(true);
+    FConnection.Disconnect();
+    FConnection.Connect();
+    EXPECT_THAT(FEvents, IsEmpty());
+    FConnection.SetDisableConnectEvents(false);
+    FConnection.Disconnect();
+    FConnection.Connect();
+    EXPECT_THAT(FEvents, ElementsAre("disconnected", "init", "connected"));
+}
+
+struct TCharsetRow
+{
+    const char *Charset;
+    bool IsUnicode;
+};
+
+const TCharsetRow Charsets[] = {
+    {"utf8", true}, {"UTF8MB4", true}, {"Utf16", true},   {"utf32", true},
+    {"ucs2", true}, {"latin1", false}, {"cp1251", false}, {"utf8mb3", false},
+};
+
+TEST_F(TDacConnection, UnicodeCharsetsSwitchTheLibraryToUnicode)
+{
+    for (const TCharsetRow &row : Charsets) {
+        FConnection.ChangeCharset(row.Charset);
+        EXPECT_FALSE(FConnection.Connected());
+        FConnection.Connect();
+        EXPECT_EQ(FConnection.LibraryConnection().Options.UseUnicode, row.IsUnicode) << row.Charset;
+    }
+}
+
+TEST_F(TDacConnection, CompressionIsUsedWhenAsked)
+{
+    const QString compressed = "SHOW SESSION STATUS LIKE 'Compression'";
+    for (const bool use : {true, false}) {
+        FConnection.Disconnect();
+        FConnection.SetUseCompression(use);
+        FConnection.Connect();
+        FConnection.ExecuteDataset(compressed, *FQuery);
+        EXPECT_EQ(FQuery->FieldAt(1).AsString().toStdString(), use ? "ON" : "OFF");
+    }
+}
+
+} // namespace
