@@ -1,0 +1,77 @@
+#include "sql/uDbmSelectFormatter.h"
+
+#include "sql/uDbmPathUtils.h"
+#include "sql/uDbmStatementsFormatters.h"
+#include "support/uFormat.h"
+
+namespace {
+
+using TClauses = TDbmStatementsFormatters;
+
+void AppendClause(QString &sql, const QString &clause)
+{
+    if (!clause.isEmpty())
+        sql += u' ' + clause;
+}
+
+} // namespace
+
+void TDbmSelectFormatter::Format(QString &sql) const
+{
+    sql = FLimitOffset > 0 && !FPrimaryFieldNames.isEmpty() ? KeyJoinForm() : PlainForm();
+}
+
+void TDbmSelectFormatter::FormatRowCount(QString &sql) const
+{
+    sql = "SELECT count(*) FROM " + TDbmPathUtils::FormatDbObject(FDatabaseName, FTableName);
+    AppendClause(sql, TClauses::FormatWhere(FWhereFields, FWhereValues, FWhereCommandText));
+    AppendClause(sql, TClauses::FormatLimit(FLimitOffset, FLimitRowCount));
+}
+
+QString TDbmSelectFormatter::PlainForm() const
+{
+    QString sql =
+        TFormat::Format("SELECT %s FROM %s",
+                        {Columns({}), TDbmPathUtils::FormatDbObject(FDatabaseName, FTableName)});
+    AppendClause(sql, TClauses::FormatWhere(FWhereFields, FWhereValues, FWhereCommandText));
+    AppendClause(sql, TClauses::FormatOrderBy(FOrderFields, FOrderAscending));
+    AppendClause(sql, TClauses::FormatLimit(FLimitOffset, FLimitRowCount));
+    return sql;
+}
+
+QString TDbmSelectFormatter::KeyJoinForm() const
+{
+    TDbmSelectFormatter keys;
+    keys.FDatabaseName = FDatabaseName;
+    keys.FTableName = FTableName;
+    keys.FFieldNames = FPrimaryFieldNames;
+    // Deliberate: FWhereValues stays unset, this form is used only with a condition text.
+    keys.FWhereFields = FWhereFields;
+    keys.FWhereCommandText = FWhereCommandText;
+    keys.FOrderFields = FOrderFields.isEmpty() ? FPrimaryFieldNames : FOrderFields;
+    keys.FOrderAscending = FOrderFields.isEmpty() || FOrderAscending;
+    keys.FLimitOffset = FLimitOffset;
+    keys.FLimitRowCount = FLimitRowCount;
+    QString subquery;
+    keys.Format(subquery);
+
+    QString sql = TFormat::Format(
+        "SELECT %s FROM %s AS t JOIN (%s) AS q",
+        {Columns("t"), TDbmPathUtils::FormatDbObject(FDatabaseName, FTableName), subquery});
+    AppendClause(sql, TClauses::FormatOn("t", "q", FPrimaryFieldNames, FPrimaryFieldNames));
+    AppendClause(sql, TClauses::FormatOrderBy(FOrderFields, FOrderAscending));
+    return sql;
+}
+
+QString TDbmSelectFormatter::Columns(const QString &alias) const
+{
+    if (FFieldNames.isEmpty())
+        return alias.isEmpty() ? QString("*") : u'`' + alias + "`.*";
+    QStringList columns;
+    for (const QString &name : FFieldNames) {
+        const QString qualified = TDbmPathUtils::FormatDbObject(alias, name);
+        const bool byLength = FTextFields.contains(name) || FBlobFields.contains(name);
+        columns += byLength ? TFormat::Format("length(%s) AS `%s`", {qualified, name}) : qualified;
+    }
+    return columns.join(u", ");
+}

@@ -1,0 +1,140 @@
+#include "sql/uDbmCommands.h"
+#include "core/uServerProfile.h"
+#include "uTestDatabase.h"
+#include "uTestPrint.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// Families on a session of their own.
+struct TFamilies
+{
+    explicit TFamilies(const TTestServer &server)
+    {
+        Provider.SetParams(ServerProfile(server));
+        Features.SetParams(Provider.ServerVersion());
+        Commands.SetOnCommandNotExecuted(
+            [this](TDbmChildCommands *, const QString &message, const QString &command) {
+                Failures += {message, command};
+            });
+    }
+
+    TDbmProvider Provider;
+    TDbmServerFeatures Features;
+    TDbmFormatters Formatters{&Features};
+    TDbmCommands Commands{&Provider, &Formatters};
+    QStringList Failures;
+};
+
+void ExpectDatabaseLifeOn(TTestServer &server)
+{
+    TTestDatabase other(server);
+    TFamilies families(server);
+    TDbmDatabaseCommands &databases = families.Commands.Databases();
+    const QString name = other.Name() + "_new";
+    TDbmDatabaseEntity entity;
+    entity.DatabaseName = name;
+    entity.Collation = "latin1_swedish_ci";
+    databases.ExecuteCreate(entity);
+
+    TDbmDatabaseEntity read;
+    ASSERT_TRUE(databases.ExecuteSelectRow(name, read));
+    EXPECT_EQ(read.DatabaseName, name);
+    EXPECT_EQ(read.Collation, "latin1_swedish_ci");
+    TDbmDatabaseEntity changed = read;
+    changed.Collation = "utf8mb4_bin";
+    databases.ExecuteUpdate(read, changed);
+    EXPECT_EQ(server.Value("SELECT @@collation_database", name), "utf8mb4_bin");
+    // Deliberate: without a change there is no clause, and the server's refusal is the answer.
+    EXPECT_THROW(databases.ExecuteUpdate(changed, changed), EDacMySqlError);
+
+    databases.ExecuteUse(name);
+    QStringList names;
+    for (const TDbmDatabaseEntity &each : databases.ExecuteSelect())
+        names += each.DatabaseName;
+    EXPECT_TRUE(names.contains(name));
+    EXPECT_TRUE(names.contains(other.Name()));
+
+    databases.ExecuteDelete(name, false);
+    EXPECT_FALSE(databases.ExecuteSelectRow(name, read));
+    EXPECT_EQ(read.Collation, "latin1_swedish_ci"); // a vanished row leaves the argument alone
+    databases.ExecuteDelete(name, true);
+    EXPECT_THROW(databases.ExecuteDelete(name, false), EDacMySqlError);
+    EXPECT_TRUE(families.Failures.isEmpty()) << families.Failures.join('\n').toStdString();
+}
+
+void ExpectCharsetsOn(TTestServer &server)
+{
+    TFamilies families(server);
+    QHash<QString, TDbmCharsetEntity> charsets;
+    for (const TDbmCharsetEntity &each : families.Commands.Charsets().ExecuteSelect())
+        charsets[each.Name] = each;
+    EXPECT_EQ(charsets["utf8mb4"].MaxLen, 4);
+    EXPECT_EQ(charsets["latin1"].DefaultCollate, "latin1_swedish_ci");
+    EXPECT_FALSE(charsets["latin1"].Description.isEmpty());
+    QString session;
+    families.Commands.Charsets().ExecuteGetSessionCharset(session);
+    EXPECT_EQ(session, "utf8mb4");
+
+    TDbmVariableCommands &variables = families.Commands.Variables();
+    variables.ExecuteSetValue("sort_buffer_size", qint64(262144), svoSession);
+    QString value;
+    variables.ExecuteGetValue("sort_buffer_size", svoSession, value);
+    EXPECT_EQ(value, "262144");
+    variables.ExecuteSetValue("sql_mode", "ANSI", svoSession);
+    variables.ExecuteGetValue("sql_mode", svoSession, value);
+    EXPECT_TRUE(value.contains("ANSI_QUOTES")) << value.toStdString();
+    QString port;
+    for (const TDbmVariableEntity &each : variables.ExecuteSelect(svoGlobal))
+        if (each.Name == "port")
+            port = each.Value;
+    EXPECT_EQ(port, QString::number(server.Port()));
+    EXPECT_TRUE(families.Failures.isEmpty()) << families.Failures.join('\n').toStdString();
+}
+
+TEST(TFamiliesOnMariaDB, MakeChangeAndDropADatabase)
+{
+    ExpectDatabaseLifeOn(TTestServer::Instance());
+}
+
+TEST(TFamiliesOnMySql9, MakeChangeAndDropADatabase)
+{
+    SKIP_WITHOUT_MYSQL9();
+    ExpectDatabaseLifeOn(*TTestServer::MySql9());
+}
+
+TEST(TFamiliesOnMariaDB, ReadCharsetsAndVariables)
+{
+    ExpectCharsetsOn(TTestServer::Instance());
+}
+
+TEST(TFamiliesOnMySql9, ReadCharsetsAndVariables)
+{
+    SKIP_WITHOUT_MYSQL9();
+    ExpectCharsetsOn(*TTestServer::MySql9());
+}
+
+// A server of 5.0 has no table of variables; the SHOW form names its columns otherwise.
+TEST(TFamiliesOnOldServers, ReadVariablesByShow)
+{
+    const auto server = TTestServer::Start({"--version=5.0.95-log"});
+    TFamilies families(*server);
+    EXPECT_EQ(families.Formatters.Variables().FormatGetValue("character_set_results", svoSession),
+              "SHOW SESSION VARIABLES LIKE 'character_set_results'");
+    ExpectCharsetsOn(*server);
+}
+
+TEST(TSafeReads, GiveAnEmptyAnswerAndOneEvent)
+{
+    TFamilies families(TTestServer::Instance());
+    TDbmDatabaseEntity entity;
+    EXPECT_FALSE(families.Commands.Databases().ExecuteSelectRow("a'b", entity));
+    ASSERT_EQ(families.Failures.size(), 2);
+    EXPECT_TRUE(families.Failures[0].startsWith("(1064) ")) << families.Failures[0].toStdString();
+    EXPECT_EQ(families.Failures[1],
+              "SELECT * FROM information_schema.schemata WHERE schema_name = 'a'b'");
+    EXPECT_FALSE(families.Commands.Databases().ExecuteSelect().isEmpty());
+}
+
+} // namespace

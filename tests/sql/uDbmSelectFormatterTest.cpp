@@ -1,0 +1,86 @@
+#include "sql/uDbmSelectFormatter.h"
+#include "sql/uDbmStatementsFormatters.h"
+#include "uTestPrint.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using TClauses = TDbmStatementsFormatters;
+
+TDbmSelectFormatter OfTable()
+{
+    TDbmSelectFormatter select;
+    select.FDatabaseName = "d";
+    select.FTableName = "x";
+    return select;
+}
+
+QString Text(const TDbmSelectFormatter &select)
+{
+    QString sql;
+    select.Format(sql);
+    return sql;
+}
+
+TEST(TSelect, NamesTheTableAndNothingElseByDefault)
+{
+    EXPECT_EQ(Text(OfTable()), "SELECT * FROM `d`.`x`");
+}
+
+TEST(TSelect, CountsItsOffsetFromOne)
+{
+    TDbmSelectFormatter select = OfTable();
+    select.FPrimaryFieldNames = {"id"};
+    select.FLimitRowCount = 100;
+    select.FLimitOffset = 0;
+    EXPECT_EQ(Text(select), "SELECT * FROM `d`.`x` LIMIT 100");
+    select.FLimitOffset = 200;
+    EXPECT_EQ(Text(select), "SELECT `t`.* FROM `d`.`x` AS t JOIN (SELECT `id` FROM `d`.`x` "
+                            "ORDER BY `id` ASC LIMIT 200, 100) AS q ON `t`.`id` = `q`.`id`");
+    select.FPrimaryFieldNames.clear();
+    EXPECT_EQ(Text(select), "SELECT * FROM `d`.`x` LIMIT 200, 100");
+}
+
+TEST(TSelect, OrdersTheSubqueryAndTheAnswer)
+{
+    TDbmSelectFormatter select = OfTable();
+    select.FFieldNames = {"id", "name", "body"};
+    select.FTextFields = {"body", "NAME"}; // the look-up is exact: NAME is no column of these
+    select.FPrimaryFieldNames = {"a", "b"};
+    select.FOrderFields = {"name", "id"};
+    select.FWhereCommandText = "id > 5";
+    select.FLimitOffset = 1;
+    select.FLimitRowCount = 10;
+    EXPECT_EQ(Text(select),
+              "SELECT `t`.`id`, `t`.`name`, length(`t`.`body`) AS `body` FROM `d`.`x` AS t JOIN "
+              "(SELECT `a`, `b` FROM `d`.`x` WHERE id > 5 ORDER BY `name`, `id` DESC LIMIT 1, 10) "
+              "AS q ON `t`.`a` = `q`.`a` AND `t`.`b` = `q`.`b` ORDER BY `name`, `id` DESC");
+}
+
+TEST(TSelect, CountsWithConditionAndLimitButWithoutOrder)
+{
+    TDbmSelectFormatter select = OfTable();
+    select.FWhereFields = {"a", "b"};
+    select.FWhereValues = {qint64(1), TVariant()};
+    select.FWhereCommandText = "c OR d";
+    select.FOrderFields = {"a"};
+    select.FLimitRowCount = 7;
+    QString sql;
+    select.FormatRowCount(sql);
+    EXPECT_EQ(sql, "SELECT count(*) FROM `d`.`x` WHERE `a` = 1 AND `b` IS NULL AND (c OR d) "
+                   "LIMIT 7");
+}
+
+TEST(TClauseTexts, AreEmptyWithoutContent)
+{
+    EXPECT_EQ(TClauses::FormatSet({}, {}), "");
+    EXPECT_EQ(TClauses::FormatWhere({}, {}, ""), "");
+    EXPECT_EQ(TClauses::FormatWhere({}, {}, "a > 1"), "WHERE a > 1");
+    EXPECT_EQ(TClauses::FormatOrderBy({}, true), "");
+    EXPECT_EQ(TClauses::FormatLimit(0, -1), "");
+    EXPECT_EQ(TClauses::FormatLimit(-1, 0), "LIMIT 0");
+    EXPECT_EQ(TClauses::FormatSet({"a", "b"}, {"x'", TVariant()}), "SET `a` = 'x\\'', `b` = NULL");
+}
+
+} // namespace
