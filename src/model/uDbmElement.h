@@ -1,0 +1,61 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+class TDbmCommands;
+class TDbmFormatters;
+class TDbmProvider;
+class TDbmServerFeatures;
+
+/// Base of everything in the tree of server objects. An element is stale or loaded: RequestProcess
+/// only marks it stale, the next read does the work. Used by the thread that owns the workspace.
+class TDbmElement
+{
+public:
+    virtual ~TDbmElement() = default;
+    TDbmElement(const TDbmElement &) = delete;
+    TDbmElement &operator=(const TDbmElement &) = delete;
+
+    /// The one way to make an element below another: constructs T with the owner first, then calls
+    /// DoCreate, which a constructor cannot. DoDestroy runs ahead of the destructor.
+    template <typename T, typename... TArgs>
+    static std::shared_ptr<T> New(TDbmElement *owner, TArgs &&...args)
+    {
+        std::shared_ptr<T> element(new T(owner, std::forward<TArgs>(args)...), [](T *gone) {
+            static_cast<TDbmElement *>(gone)->DoDestroy();
+            delete gone;
+        });
+        static_cast<TDbmElement *>(element.get())->DoCreate();
+        return element;
+    }
+
+    TDbmElement *Owner() const { return FOwner; } // nullptr at the root
+    bool IsProcessed() const { return FProcessed; }
+    void RequestProcess();
+
+protected:
+    /// Shares the owner's provider, features, formatters and commands.
+    explicit TDbmElement(TDbmElement *owner);
+    /// The root form; DoCreate is not called.
+    TDbmElement(TDbmProvider *provider, TDbmServerFeatures *features, TDbmFormatters *formatters,
+                TDbmCommands *commands);
+
+    virtual void DoCreate() {}
+    virtual void DoDestroy() {}
+    virtual void DoRequestProcess() {}
+    virtual void DoProcess() {}
+
+    /// Every read accessor runs this first. An element counts as loaded also when its read raised,
+    /// so that a failing server is not asked once per repaint.
+    void Process();
+
+    TDbmProvider *FProvider = nullptr;
+    TDbmServerFeatures *FFeatures = nullptr;
+    TDbmFormatters *FFormatters = nullptr;
+    TDbmCommands *FCommands = nullptr;
+
+private:
+    TDbmElement *FOwner = nullptr; // not owned
+    bool FProcessed = false;
+};

@@ -1,0 +1,182 @@
+#include "model/uDbmList.h"
+#include "support/uException.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class TRoot : public TDbmElement
+{
+public:
+    TRoot() : TDbmElement(static_cast<TDbmElement *>(nullptr)) {}
+};
+
+/// Counts what the tree calls on it.
+class TItem : public TDbmItem<TDbmDatabaseEntity>
+{
+public:
+    explicit TItem(TDbmElement *owner) : TDbmItem(owner) {}
+    ~TItem() override { ++Destroyed; }
+    int Created = 0;
+    int EntitiesSet = 0;
+    int EntitiesRead = 0;
+    inline static int Destroyed = 0;
+    inline static int DestroyCalls = 0;
+
+protected:
+    void DoCreate() override { ++Created; }
+    void DoDestroy() override { ++DestroyCalls; }
+    void DoSetEntity() override { ++EntitiesSet; }
+    void DoProcessEntity() override { ++EntitiesRead; }
+};
+
+/// A list over a server that is a list of names.
+class TNames : public TDbmList<TItem, TDbmDatabaseEntity>
+{
+public:
+    explicit TNames(TDbmElement *owner) : TDbmList(owner) {}
+    bool TryGetByName(const QString &name, TItemPtr &item) { return TryGetByKey(name, item); }
+
+    QStringList Server;
+    bool Fails = false;
+    int Reads = 0;
+
+protected:
+    TDbmComparer<TDbmDatabaseEntity> CreateEntityComparer() override
+    {
+        return TDbmComparers::CreateDatabaseEntityComparer();
+    }
+    TItemPtr CreateItem() override { return New<TItem>(this); }
+    QList<TDbmDatabaseEntity> SelectEntities() override
+    {
+        ++Reads;
+        if (Fails)
+            throw EException("down");
+        QList<TDbmDatabaseEntity> entities;
+        for (const QString &name : Server) {
+            TDbmDatabaseEntity entity;
+            entity.DatabaseName = name;
+            entity.Collation = QString::number(Reads);
+            entities.append(entity);
+        }
+        return entities;
+    }
+    QString GetEntityKey(const TDbmDatabaseEntity &entity) const override
+    {
+        return entity.DatabaseName;
+    }
+};
+
+class TListTest : public ::testing::Test
+{
+protected:
+    TListTest() { TItem::Destroyed = TItem::DestroyCalls = 0; }
+
+    QStringList Shown()
+    {
+        QStringList names;
+        List->ForEach([&](TItem &item) { names += item.Entity().DatabaseName; });
+        return names;
+    }
+    TNames::TItemPtr Item(const QString &name)
+    {
+        TNames::TItemPtr item;
+        List->TryGetByName(name, item);
+        return item;
+    }
+
+    TRoot Root;
+    std::shared_ptr<TNames> List = TDbmElement::New<TNames>(&Root);
+};
+
+TEST_F(TListTest, ReadsOnceUntilItIsAskedAgain)
+{
+    List->Server = {"b", "a", "B"};
+    EXPECT_EQ(List->Reads, 0);
+    EXPECT_EQ(Shown(), (QStringList{"B", "a", "b"}));
+    EXPECT_EQ(List->Count(), 3);
+    EXPECT_EQ(List->Reads, 1);
+    List->RequestProcess();
+    EXPECT_EQ(List->Reads, 1);
+    List->Count();
+    EXPECT_EQ(List->Reads, 2);
+}
+
+TEST_F(TListTest, KeepsItemsOverAReloadAndForgetsWhatIsGone)
+{
+    List->Server = {"a", "b"};
+    const auto a = Item("a");
+    const auto b = Item("b");
+    const auto snapshot = List->ToArray();
+    List->Server = {"a", "c"};
+    List->RequestProcess();
+    EXPECT_EQ(Item("a"), a);
+    EXPECT_EQ(a->Entity().Collation, "2");
+    EXPECT_EQ(Item("b"), nullptr);
+    EXPECT_EQ(b->StoredEntity() != nullptr, true); // its holder still reads it
+    EXPECT_EQ(snapshot.size(), 2);
+    EXPECT_EQ(Item("A"), nullptr) << "look-ups mind the case";
+    EXPECT_EQ(a->Created, 1);
+    EXPECT_EQ(a->EntitiesSet, 2);
+    EXPECT_EQ(a->EntitiesRead, 0) << "a reload of the list brings the entity";
+}
+
+TEST_F(TListTest, AnItemAloneReadsItsEntityAgain)
+{
+    List->Server = {"a"};
+    const auto a = Item("a");
+    a->RequestProcess();
+    a->Entity();
+    a->Entity();
+    EXPECT_EQ(a->EntitiesRead, 1);
+    EXPECT_EQ(List->Reads, 1);
+}
+
+TEST_F(TListTest, AFailedLoadIsEmptyUntilSomebodyAsksAgain)
+{
+    List->Server = {"a"};
+    const auto a = Item("a");
+    List->Fails = true;
+    List->RequestProcess();
+    EXPECT_THROW(List->Count(), EException);
+    EXPECT_EQ(List->Count(), 0);
+    EXPECT_EQ(Item("a"), nullptr);
+    EXPECT_EQ(List->Reads, 2);
+    List->Fails = false;
+    List->RequestProcess();
+    EXPECT_EQ(Item("a"), a) << "identity survives the failure";
+}
+
+TEST_F(TListTest, TwoRowsOfOneKeyShareAnItem)
+{
+    List->Server = {"a", "a"};
+    EXPECT_EQ(List->Count(), 2);
+    EXPECT_EQ(List->ToArray()[0], List->ToArray()[1]);
+}
+
+TEST_F(TListTest, FindsTheFirstAndLeavesTheArgumentAloneWithoutOne)
+{
+    List->Server = {"ab", "aa", "b"};
+    TNames::TItemPtr item;
+    const auto beginsWithA = [](TItem &each) { return each.Entity().DatabaseName[0] == u'a'; };
+    EXPECT_TRUE(List->TryFind(beginsWithA, item));
+    EXPECT_EQ(item->Entity().DatabaseName, "aa");
+    EXPECT_FALSE(List->TryFind([](TItem &) { return false; }, item));
+    EXPECT_EQ(item->Entity().DatabaseName, "aa");
+    EXPECT_EQ(List->ToEntityList().size(), 3);
+}
+
+TEST_F(TListTest, HoldersKeepARemovedItemAlive)
+{
+    List->Server = {"a"};
+    auto a = Item("a");
+    List->Server.clear();
+    List->RequestProcess();
+    EXPECT_EQ(List->Count(), 0);
+    EXPECT_EQ(TItem::Destroyed, 0);
+    a.reset();
+    EXPECT_EQ(TItem::Destroyed, 1);
+    EXPECT_EQ(TItem::DestroyCalls, 1);
+}
+
+} // namespace

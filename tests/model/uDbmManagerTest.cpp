@@ -1,0 +1,133 @@
+#include "model/uDbmManager.h"
+#include "core/uServerProfile.h"
+#include "support/uException.h"
+#include "uTestDatabase.h"
+#include "uTestPrint.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class TManagerTest : public TServerTest
+{
+protected:
+    TManagerTest()
+    {
+        Manager->SetParams(ServerProfile(Server()));
+        Manager->SetOnCommandBeforeExecute(
+            [this](TDbmManager *, const QString &text) { Statements += text; });
+        Manager->SetOnCommandExecuteError(
+            [this](TDbmManager *, const EDacMySqlError &e) { Errors += e.ErrorCode(); });
+        Manager->SetOnConnectionMessage(
+            [this](TDbmManager *, const QString &message) { Messages += message; });
+    }
+
+    void BindTo(const QString &database)
+    {
+        TDbmConnectionProfile profile = ServerProfile(Server());
+        profile.Database = database;
+        Manager->SetParams(profile);
+    }
+
+    std::unique_ptr<TDbmManager> Manager = TDbmManager::Create();
+    QStringList Statements, Messages;
+    QList<int> Errors;
+};
+
+TEST_F(TManagerTest, ConnectsWhenItIsReadAndKnowsItsServer)
+{
+    EXPECT_TRUE(Messages.isEmpty());
+    EXPECT_EQ(Manager->ServerVersion(), Value("SELECT VERSION()"));
+    EXPECT_TRUE(Manager->Features().ISEvents);
+    EXPECT_EQ(Messages, QStringList(QString("Opening connection to 127.0.0.1:%1...")
+                                        .arg(Server().Port())));
+}
+
+TEST_F(TManagerTest, ListsDatabasesWithOneStatement)
+{
+    TDbmDatabaseList::TItemPtr item;
+    ASSERT_TRUE(Manager->Databases().TryGetByName(Database().Name(), item));
+    EXPECT_GT(Manager->Databases().Count(), 1);
+    EXPECT_EQ(Statements.size(), 1);
+    Manager->RequestProcess();
+    EXPECT_EQ(Statements.size(), 1);
+    EXPECT_EQ(Manager->Databases().GetByName(Database().Name()), item);
+    EXPECT_EQ(Statements.size(), 2);
+    try {
+        Manager->Databases().GetByName("no such database");
+        FAIL() << "a missing name raises";
+    } catch (const EException &e) {
+        EXPECT_EQ(e.Message(), "Database \"%\" not found.");
+    }
+}
+
+TEST_F(TManagerTest, ABoundConnectionHasOneDatabase)
+{
+    BindTo(Database().Name());
+    EXPECT_TRUE(Manager->IsDatabaseConnection());
+    EXPECT_EQ(Manager->GetUsedDatabase()->Name(), Database().Name());
+    EXPECT_EQ(Manager->Databases().Count(), 1);
+    Exec("DROP DATABASE " + Database().Name());
+    Manager->RequestProcess();
+    EXPECT_EQ(Manager->Databases().Count(), 0);
+    try {
+        Manager->GetUsedDatabase();
+        FAIL() << "the database is gone";
+    } catch (const EException &e) {
+        EXPECT_EQ(e.Message(), "Get used database error.");
+    }
+    Server().Exec("CREATE DATABASE " + Database().Name());
+}
+
+TEST_F(TManagerTest, ACharsetDropsTheSessionAndTheNextReadBringsItBack)
+{
+    Manager->Connect();
+    const int databases = Manager->Databases().Count();
+    Manager->SetCharset("latin1");
+    EXPECT_FALSE(Manager->Provider().Connection().Connected());
+    EXPECT_EQ(Manager->Databases().Count(), databases);
+    EXPECT_TRUE(Manager->Provider().Connection().Connected());
+    EXPECT_EQ(Statements.size(), 2) << "everything became stale";
+    // The profile's charset comes back with the session.
+    QString charset;
+    Manager->Commands().Charsets().ExecuteGetSessionCharset(charset);
+    EXPECT_EQ(charset, "utf8mb4");
+}
+
+TEST_F(TManagerTest, AFailedReadIsToldAndEmpty)
+{
+    QStringList failures;
+    Manager->Commands().SetOnCommandNotExecuted(
+        [&](TDbmChildCommands *, const QString &message, const QString &) { failures += message; });
+    TDbmConnectionProfile profile = ServerProfile(Server());
+    profile.UserName = "nobody";
+    profile.Password = "wrong";
+    Manager->SetParams(profile);
+    EXPECT_EQ(Manager->Databases().Count(), 0);
+    ASSERT_EQ(failures.size(), 1);
+    EXPECT_TRUE(failures[0].startsWith("(1045) ")) << failures[0].toStdString();
+    EXPECT_EQ(Manager->Databases().Count(), 0);
+    EXPECT_EQ(failures.size(), 1) << "a failing server is not asked again by itself";
+    Manager->SetParams(ServerProfile(Server()));
+    Manager->RequestProcess();
+    EXPECT_GT(Manager->Databases().Count(), 0);
+}
+
+TEST_F(TManagerTest, ForwardsErrorsOfStatements)
+{
+    EXPECT_THROW(Manager->Command().ExecScript("SELECT * FROM no_such_db.t"), EDacMySqlError);
+    EXPECT_EQ(Errors.size(), 1);
+    const auto script = Manager->CreateScript();
+    script->ExecuteFromText("CREATE TABLE " + Database().Name() + ".s (a INT)$$", "$$");
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM s"), "0");
+}
+
+TEST_F(TManagerTest, ReadsCharsets)
+{
+    TDbmCharsetList::TItemPtr item;
+    ASSERT_TRUE(Manager->Charsets().TryGetByName("utf8mb4", item));
+    EXPECT_EQ(item->Entity().MaxLen, 4);
+    EXPECT_FALSE(Manager->Charsets().TryGetByName("UTF8MB4", item));
+}
+
+} // namespace
