@@ -1,0 +1,30 @@
+#pragma once
+
+#include "core/uDbmConnectionProfile.h"
+
+#include <functional>
+#include <memory>
+
+class QWidget;
+class TDbmManager;
+
+/// The only place that builds a job, fills it, shows its window and frees it. Main thread only.
+class TAppWorkers
+{
+public:
+    static TAppWorkers &Instance();
+
+    /// Where the windows find their owner; asked at each job. Unset: no owner.
+    void SetOwner(std::function<QWidget *()> owner) { FOwner = std::move(owner); }
+
+    /// Gives a connected manager, or false when the connection failed or was cancelled.
+    bool TryOpenManager(const TDbmConnectionProfile &profile,
+                        std::unique_ptr<TDbmManager> &manager);
+    bool TestConnection(const TDbmConnectionProfile &profile);
+
+private:
+    TAppWorkers() = default;
+    QWidget *Owner() const { return FOwner ? FOwner() : nullptr; }
+
+    std::function<QWidget *()> FOwner;
+};
