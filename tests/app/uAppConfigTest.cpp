@@ -1,0 +1,113 @@
+#include "app/uAppConfig.h"
+
+#include "app/uAppPathUtils.h"
+#include "support/uException.h"
+#include "support/uFileUtils.h"
+#include "support/uTextCoding.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// A home of its own for each test; the system's folders come back with the process's end.
+class TAppHomeTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        TAppPathUtils::SetBaseFolders(FFolder.filePath("data home"), FFolder.filePath("docs"));
+    }
+    void TearDown() override
+    {
+        TAppConfig::Config().New({});
+        TTextCoding::SetLegacyCodePage({});
+    }
+
+    QTemporaryDir FFolder;
+};
+
+TEST_F(TAppHomeTest, HasItsFoldersMadeWhereTheyAreExpected)
+{
+    TAppPathUtils::CreateFolders();
+    TAppPathUtils::CreateFolders();
+    for (const char *folder : {"data home/Halimund/Korvane 6/sessions", "docs/Korvane"})
+        EXPECT_TRUE(QDir(FFolder.filePath(folder)).exists()) << folder;
+    EXPECT_EQ(TAppPathUtils::ConfigurationFile(),
+              FFolder.filePath("data home/Halimund/Korvane 6/config.xml"));
+    EXPECT_EQ(TAppPathUtils::ProfilesFile(), FFolder.filePath("docs/Korvane/profiles.xml"));
+    EXPECT_EQ(TAppPathUtils::ProgramFolder(), QCoreApplication::applicationDirPath());
+    EXPECT_EQ(TAppPathUtils::ErrorNamesFile(),
+              QCoreApplication::applicationDirPath() + "/data/errors.xml");
+}
+
+TEST_F(TAppHomeTest, NamesAFolderThatCannotBeMade)
+{
+    TFileUtils::WriteBinary(FFolder.filePath("docs"), "in the way");
+    try {
+        TAppPathUtils::CreateFolders();
+        FAIL() << "no exception";
+    } catch (const EException &e) {
+        EXPECT_TRUE(e.Message().contains(TAppPathUtils::UserFolder())) << qPrintable(e.Message());
+    }
+}
+
+TEST_F(TAppHomeTest, RemembersSettingsFromOneRunToTheNext)
+{
+    TAppPathUtils::CreateFolders();
+    TAppConfig::Open();
+    EXPECT_EQ(TAppConfig::ReadLastQueryFolder(), "");
+    TAppConfig::WriteLastQueryFolder(u"/home/я/запросы"_qs);
+    TAppConfig::WriteLastDumpFolder("/dumps");
+    TAppConfig::WriteLastProfileFolder("/profiles");
+    TAppConfig::WriteLastSSHPrivateKeysFolder("/keys");
+    TAppConfig::WriteLegacyCodePage("windows-1251");
+    TAppConfig::WriteLayout("main.window \x01", "10 20\x02");
+    TAppConfig::Close();
+
+    TAppConfig::Open();
+    EXPECT_EQ(TAppConfig::ReadLastQueryFolder(), u"/home/я/запросы"_qs);
+    EXPECT_EQ(TAppConfig::ReadLastDumpFolder(), "/dumps");
+    EXPECT_EQ(TAppConfig::ReadLastProfileFolder(), "/profiles");
+    EXPECT_EQ(TAppConfig::ReadLastSSHPrivateKeysFolder(), "/keys");
+    EXPECT_EQ(TAppConfig::ReadLayout("main.window \x01"), "10 20\x02");
+    EXPECT_EQ(TAppConfig::ReadLayout("none", "def"), "def");
+    EXPECT_EQ(TTextCoding::LegacyCodePage(), "windows-1251");
+}
+
+TEST_F(TAppHomeTest, SaysWhichPropertyNamesAnUnknownCodePage)
+{
+    TAppPathUtils::CreateFolders();
+    TAppConfig::Open();
+    TAppConfig::WriteLegacyCodePage("klingon");
+    TAppConfig::WriteLastQueryFolder("/q");
+    TAppConfig::Close();
+    try {
+        TAppConfig::Open();
+        FAIL() << "no exception";
+    } catch (const EException &e) {
+        EXPECT_TRUE(e.Message().contains("legacy_code_page"));
+        EXPECT_TRUE(e.Message().contains(TAppPathUtils::ConfigurationFile()));
+        EXPECT_TRUE(e.Message().contains("klingon"));
+    }
+    EXPECT_EQ(TAppConfig::ReadLastQueryFolder(), "/q");
+}
+
+TEST_F(TAppHomeTest, RunsOnWithADamagedFileAndLeavesItAlone)
+{
+    TAppPathUtils::CreateFolders();
+    TFileUtils::WriteBinary(TAppPathUtils::ConfigurationFile(), "<config>");
+    EXPECT_THROW(TAppConfig::Open(), EException);
+    TAppConfig::WriteLastQueryFolder("/q");
+    EXPECT_EQ(TAppConfig::ReadLastQueryFolder(), "/q");
+    TAppConfig::Close();
+    QByteArray bytes;
+    TFileUtils::ReadBinary(TAppPathUtils::ConfigurationFile(), bytes);
+    EXPECT_EQ(bytes, "<config>");
+}
+
+} // namespace
