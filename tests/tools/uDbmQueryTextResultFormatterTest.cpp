@@ -1,0 +1,105 @@
+#include "tools/uDbmQueryTextResultFormatter.h"
+
+#include "uToolsTest.h"
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class TDbmQueryTextResultFormatterTest : public TToolsTest
+{
+protected:
+    /// The lines of the table: without the query and the line below.
+    QStringList Table(const QString &sql)
+    {
+        const auto query = Open(sql);
+        QString text;
+        FFormatter.Execute("q", query.get(), text, 0);
+        const QStringList lines = text.split("\r\n");
+        return lines.mid(1, lines.size() - 2);
+    }
+
+    TDbmQueryTextResultFormatter FFormatter;
+};
+
+TEST_F(TDbmQueryTextResultFormatterTest, PutsQueryTableAndCountOneBelowTheOther)
+{
+    const auto query = Open("SELECT 1 AS a, 'x' AS name UNION ALL SELECT 22, 'y'");
+    query->Next();
+    TCountingLink link(*query);
+    QString text;
+    FFormatter.Execute(" \nSELECT\n 1; ", query.get(), text, 0.0123456);
+    EXPECT_EQ(text, "SELECT\n 1;\r\n"
+                    "-------\r\n"
+                    " a name\r\n"
+                    "-------\r\n"
+                    " 1 x   \r\n"
+                    "22 y   \r\n"
+                    "-------\r\n"
+                    "Fetched 2 row(s) for 12.35 ms.");
+    EXPECT_EQ(query->RecNo(), 0);
+    EXPECT_FALSE(query->ControlsDisabled());
+    EXPECT_LE(link.Moves, 1);
+}
+
+TEST_F(TDbmQueryTextResultFormatterTest, HasNoTableWithoutRowsToShow)
+{
+    QString text;
+    FFormatter.Execute("SELECT", nullptr, text, 1);
+    EXPECT_EQ(text, "SELECT\r\nFetched 0 row(s) for 1000.00 ms.");
+    const auto query = Open("DO 1");
+    FFormatter.Execute("DO 1", query.get(), text, 1);
+    EXPECT_EQ(text, "DO 1\r\nFetched 0 row(s) for 1000.00 ms.");
+    EXPECT_EQ(Table("SELECT 1 AS a, 'x' AS bc FROM DUAL WHERE 1 = 0"),
+              QStringList({"----", "a bc", "----", "----"}));
+}
+
+TEST_F(TDbmQueryTextResultFormatterTest, AlignsByTheTypeOfTheColumn)
+{
+    Exec("CREATE TABLE t (id INT AUTO_INCREMENT PRIMARY KEY, tiny TINYINT, small SMALLINT UNSIGNED,"
+         " big BIGINT, huge BIGINT UNSIGNED, yr YEAR, dbl DOUBLE, deci DECIMAL(5,2), dat DATE,"
+         " tim TIME, txt VARCHAR(9), bin VARBINARY(9), en ENUM('e'), bits BIT(4))");
+    Exec("INSERT INTO t VALUES (1, 2, 3, 4, 5, 2006, 7.5, 8.25, '2010-05-01', '12:30:00', 'a', "
+         "'b', 'e', 5)");
+    struct TRow
+    {
+        const char *Column;
+        const char *Cell; // in a column of 12
+    };
+    const TRow rows[] = {
+        {"id", "           1"},  {"tiny", "           2"}, {"small", "           3"},
+        {"big", "           4"}, {"huge", "           5"}, {"yr", "        2006"},
+        {"dbl", "         7.5"}, {"deci", "8.25        "}, {"dat", "2010-05-01  "},
+        {"tim", "12:30:00    "}, {"txt", "a           "},  {"bin", "0x62        "},
+        {"en", "e           "},
+    };
+    for (const TRow &row : rows) {
+        const QStringList table =
+            Table(QString("SELECT %1 AS a_long_name_ FROM t").arg(row.Column));
+        ASSERT_EQ(table.size(), 5);
+        EXPECT_EQ(table[1], "a_long_name_");
+        EXPECT_EQ(table[3], row.Cell) << row.Column;
+    }
+}
+
+TEST_F(TDbmQueryTextResultFormatterTest, ShowsSizesInPlaceOfBlobs)
+{
+    Exec("CREATE TABLE t (b LONGBLOB, c LONGTEXT)");
+    Exec("INSERT INTO t VALUES (NULL, NULL), ('', 'a''b'), (REPEAT('x', 1536), REPEAT('x', 1024))");
+    EXPECT_EQ(Table("SELECT b, c FROM t ORDER BY LENGTH(b)").mid(3, 3),
+              QStringList({"BLOB: (NULL) TEXT: (NULL)", "BLOB: 0 B    TEXT: 3 B   ",
+                           "BLOB: 1.5 KB TEXT: 1.0 KB"}));
+    FFormatter.SetShowBlobText(true);
+    EXPECT_EQ(Table("SELECT c FROM t WHERE LENGTH(b) = 0 OR b IS NULL ORDER BY b")[3], "NULL");
+    EXPECT_EQ(Table("SELECT c FROM t WHERE LENGTH(b) = 0")[3], "a\\'b");
+}
+
+TEST_F(TDbmQueryTextResultFormatterTest, DrawsLinesAndKeepsARowOnOneLine)
+{
+    FFormatter.SetDrawVertLines(true);
+    EXPECT_EQ(Table(u"SELECT 'a\nb' AS x, NULL AS ``, 'Ж' AS x"_qs),
+              QStringList({u"---------------"_qs, u"x    |      | x"_qs, u"---------------"_qs,
+                           u"a\\nb | NULL | Ж"_qs, u"---------------"_qs}));
+}
+
+} // namespace
