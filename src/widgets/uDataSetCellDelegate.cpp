@@ -1,0 +1,93 @@
+#include "widgets/uDataSetCellDelegate.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <algorithm>
+
+namespace {
+
+bool HasLines(const QModelIndex &index)
+{
+    const QString text = index.data(Qt::EditRole).toString();
+    return text.contains(u'\n') || text.contains(u'\r');
+}
+
+} // namespace
+
+QWidget *TDataSetCellDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &,
+                                            const QModelIndex &index) const
+{
+    const QString name = index.model()->headerData(index.column(), Qt::Horizontal).toString();
+    if (HasLines(index)) {
+        auto *box = new QPlainTextEdit(parent);
+        box->setObjectName("edCell");
+        box->setAccessibleName(name);
+        return box;
+    }
+    auto *edit = new QLineEdit(parent);
+    edit->setObjectName("edCell");
+    edit->setAccessibleName(name);
+    edit->setFrame(false);
+    return edit;
+}
+
+void TDataSetCellDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
+{
+    const QString text = index.data(Qt::EditRole).toString();
+    if (auto *box = qobject_cast<QPlainTextEdit *>(editor)) {
+        box->setPlainText(text);
+        box->selectAll();
+    } else if (auto *edit = qobject_cast<QLineEdit *>(editor)) {
+        edit->setText(text);
+        edit->selectAll();
+    }
+}
+
+void TDataSetCellDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
+                                        const QModelIndex &index) const
+{
+    if (const auto *box = qobject_cast<QPlainTextEdit *>(editor)) {
+        // The box knows one kind of line end: without a change the value keeps its own.
+        if (box->document()->isModified())
+            model->setData(index, box->toPlainText(), Qt::EditRole);
+    } else if (const auto *edit = qobject_cast<QLineEdit *>(editor)) {
+        if (edit->isModified() || edit->text() != index.data(Qt::EditRole).toString())
+            model->setData(index, edit->text(), Qt::EditRole);
+    }
+}
+
+void TDataSetCellDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
+                                                const QModelIndex &) const
+{
+    QRect place = option.rect;
+    const QFontMetrics metrics = editor->fontMetrics();
+    if (qobject_cast<QPlainTextEdit *>(editor)) {
+        const QRect room = editor->parentWidget()->rect();
+        place.setWidth(
+            std::min(std::max(place.width(), metrics.averageCharWidth() * 40), room.width()));
+        place.setHeight(std::min(metrics.lineSpacing() * 8, room.height()));
+        if (place.bottom() > room.bottom())
+            place.moveBottom(room.bottom());
+        if (place.right() > room.right())
+            place.moveRight(room.right());
+    }
+    editor->setGeometry(place);
+}
+
+bool TDataSetCellDelegate::eventFilter(QObject *watched, QEvent *event)
+{
+    auto *box = qobject_cast<QPlainTextEdit *>(watched);
+    if (box && event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
+        if (enter && !(key->modifiers() & Qt::ControlModifier))
+            return false; // a line break
+        if (enter) {
+            Q_EMIT commitData(box);
+            Q_EMIT closeEditor(box, QAbstractItemDelegate::NoHint);
+            return true;
+        }
+    }
+    return QStyledItemDelegate::eventFilter(watched, event);
+}

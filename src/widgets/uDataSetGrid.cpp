@@ -1,0 +1,331 @@
+#include "widgets/uDataSetGrid.h"
+
+#include "widgets/uDataSetCellDelegate.h"
+#include "widgets/uDataSetModel.h"
+#include "widgets/uGridCopy.h"
+#include "widgets/uGridSearchBar.h"
+#include "widgets/uStylePalette.h"
+
+#include <QAction>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QScrollBar>
+#include <QTimer>
+#include <algorithm>
+
+namespace {
+
+constexpr int MaximumWidth = 60;    // characters a column takes by itself
+constexpr int SampledRows = 200;    // rows looked at for a width
+constexpr int SampledCells = 20000; // and cells over all columns, for very wide results
+
+} // namespace
+
+TDataSetGrid::TDataSetGrid(QWidget *parent) : QTableView(parent), FModel(new TDataSetModel(this))
+{
+    setModel(FModel);
+    setItemDelegate(new TDataSetCellDelegate(this));
+    setWordWrap(false);
+    setCornerButtonEnabled(false);
+    setAlternatingRowColors(true);
+    setVerticalScrollMode(ScrollPerItem);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setTabKeyNavigation(false);
+    SetUpHeaders();
+    MakeNullAction();
+    FCopy = new TGridCopy(this);
+    FSearchBar = new TGridSearchBar(this);
+    FOwnActions = actions();
+    SetEditMode(true);
+    connect(FModel, &TDataSetModel::OnEditRefused, this, &TDataSetGrid::EditRefused);
+    connect(FModel, &TDataSetModel::OnRecordMoved, this, &TDataSetGrid::FollowRecord);
+    connect(FModel, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
+        for (int column = 0; column < FModel->columnCount(); ++column)
+            FWidths[FModel->FieldName(column)] = columnWidth(column);
+        HideNote();
+    });
+}
+
+TDataSetGrid::~TDataSetGrid() = default;
+
+void TDataSetGrid::SetUpHeaders()
+{
+    QHeaderView *columns = horizontalHeader();
+    columns->setSectionsMovable(true);
+    columns->setSectionsClickable(true);
+    columns->setHighlightSections(false);
+    columns->setSortIndicatorShown(false);
+    columns->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    columns->setMinimumSectionSize(fontMetrics().averageCharWidth() * 2);
+    connect(columns, &QHeaderView::sectionClicked, this, &TDataSetGrid::HeaderClicked);
+    connect(columns, &QHeaderView::sectionHandleDoubleClicked, this, &TDataSetGrid::FitColumn);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    verticalHeader()->setHighlightSections(false);
+    UpdateRowHeight();
+}
+
+void TDataSetGrid::UpdateRowHeight()
+{
+    verticalHeader()->setMinimumSectionSize(1);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
+}
+
+void TDataSetGrid::MakeNullAction()
+{
+    FSetNull = new QAction("Set NULL", this);
+    FSetNull->setObjectName("actSetNull");
+    FSetNull->setShortcut(QKeySequence("Ctrl+0"));
+    FSetNull->setShortcutContext(Qt::WidgetShortcut);
+    addAction(FSetNull);
+    connect(FSetNull, &QAction::triggered, this, [this] {
+        const QString reason = ReadOnlyReason(currentIndex());
+        if (reason.isEmpty())
+            FModel->SetNull(currentIndex());
+        else
+            ShowNote(currentIndex(), reason);
+    });
+}
+
+void TDataSetGrid::SetEditMode(bool value)
+{
+    FEditMode = value;
+    FModel->SetEditable(value);
+    FSetNull->setVisible(value);
+    FSetNull->setEnabled(value);
+    setSelectionMode(ExtendedSelection);
+    setSelectionBehavior(value ? SelectItems : SelectRows);
+    setEditTriggers(value ? EditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed)
+                          : EditTriggers(NoEditTriggers));
+}
+
+void TDataSetGrid::MarkSort(int column, bool ascending)
+{
+    horizontalHeader()->setSortIndicatorShown(column >= 0);
+    if (column >= 0)
+        horizontalHeader()->setSortIndicator(column,
+                                             ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
+}
+
+void TDataSetGrid::HeaderClicked(int column)
+{
+    const QHeaderView *header = horizontalHeader();
+    const bool again = header->isSortIndicatorShown() && header->sortIndicatorSection() == column;
+    const bool ascending = !again || header->sortIndicatorOrder() == Qt::DescendingOrder;
+    MarkSort(column, ascending);
+    if (FSortsItself)
+        FModel->sort(column, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
+    Q_EMIT OnSortRequested(column, ascending);
+}
+
+void TDataSetGrid::RebuildColumns()
+{
+    const int columns = FModel->columnCount();
+    const int samples = std::clamp(SampledCells / std::max(1, columns), 3, SampledRows);
+    const QHash<QString, int> known = std::exchange(FWidths, {});
+    for (int column = 0; column < columns; ++column) {
+        const int width = known.value(FModel->FieldName(column), 0);
+        setColumnWidth(column, width > 0 ? width : WantedWidth(column, samples));
+    }
+}
+
+void TDataSetGrid::BestFit(const QStringList &fieldNames)
+{
+    for (int column = 0; column < FModel->columnCount(); ++column)
+        if (fieldNames.contains(FModel->FieldName(column)))
+            FitColumn(column);
+}
+
+void TDataSetGrid::FitColumn(int column)
+{
+    setColumnWidth(column, WantedWidth(column, SampledRows));
+}
+
+int TDataSetGrid::WantedWidth(int column, int samples) const
+{
+    const QFontMetrics metrics = fontMetrics();
+    const int gap = metrics.averageCharWidth() * 2;
+    int width = metrics.horizontalAdvance(FModel->FieldName(column)) + gap * 2;
+    const auto look = [&](int row) {
+        const QString text = FModel->index(row, column).data().toString().left(MaximumWidth * 2);
+        width = std::max(width, metrics.horizontalAdvance(text) + gap);
+    };
+    const int rows = FModel->rowCount();
+    const int first = std::max(0, rowAt(0));
+    for (int row = first; row < std::min(rows, first + samples); ++row)
+        look(row);
+    // A few from all over: the longest values need not stand at the start.
+    for (int i = 0; i < std::min(samples / 4, rows); ++i)
+        look(int(qint64(rows) * i / (samples / 4)));
+    return std::min(width, metrics.averageCharWidth() * MaximumWidth);
+}
+
+QString TDataSetGrid::ReadOnlyReason(const QModelIndex &index) const
+{
+    const TDataSet *dataset = FModel->Dataset();
+    if (!dataset || !index.isValid())
+        return "There is no row.";
+    const QString reason = dataset->ReadOnlyReason();
+    if (!reason.isEmpty() || dataset->CanModifyField(index.column()))
+        return reason;
+    return "This column cannot be changed here.";
+}
+
+// Views ask this for every kind of trigger; only an attempt of the user's gets a reason.
+bool TDataSetGrid::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event)
+{
+    const bool wanted =
+        FEditMode && (editTriggers() & trigger) && index.isValid() && state() != EditingState;
+    if (!wanted)
+        return QTableView::edit(index, trigger, event);
+    const bool typed = trigger == AnyKeyPressed && event;
+    if (typed && static_cast<QKeyEvent *>(event)->text().isEmpty())
+        return false;
+    const QString reason = ReadOnlyReason(index);
+    if (!reason.isEmpty()) {
+        ShowNote(index, reason);
+        return false;
+    }
+    HideNote();
+    return QTableView::edit(index, trigger, event);
+}
+
+void TDataSetGrid::EditRefused(const QModelIndex &index, const QString &message)
+{
+    FRefused = true;
+    ShowNote(index, message);
+}
+
+// After a refusal the editor stays with what was typed; only Esc gives it up.
+void TDataSetGrid::closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint)
+{
+    const bool refused = std::exchange(FRefused, false);
+    if (refused && hint != QAbstractItemDelegate::RevertModelCache) {
+        QTimer::singleShot(0, editor, [editor] { editor->setFocus(); });
+        return;
+    }
+    HideNote();
+    QTableView::closeEditor(editor, hint);
+}
+
+void TDataSetGrid::ShowNote(const QModelIndex &index, const QString &text)
+{
+    HideNote();
+    FNote = new QLabel(text, viewport());
+    FNote->setObjectName("labNote");
+    FNote->setTextFormat(Qt::PlainText);
+    FNote->setWordWrap(true);
+    FNote->setAutoFillBackground(true);
+    FNote->setFrameShape(QFrame::StyledPanel);
+    FNote->setMargin(fontMetrics().averageCharWidth());
+    QPalette colors = palette();
+    colors.setColor(QPalette::Window, palette().color(QPalette::ToolTipBase));
+    colors.setColor(QPalette::WindowText, TAppPalette::ErrorText(palette()));
+    FNote->setPalette(colors);
+    FNote->setMaximumWidth(std::max(viewport()->width() - 4, 1));
+    FNote->adjustSize();
+    const QRect cell = visualRect(index);
+    int top = cell.bottom() + 2;
+    if (top + FNote->height() > viewport()->height())
+        top = std::max(0, cell.top() - FNote->height() - 2);
+    const int left = std::clamp(cell.left(), 0, std::max(0, viewport()->width() - FNote->width()));
+    FNote->move(left, top);
+    FNote->show();
+    FNote->raise();
+}
+
+void TDataSetGrid::HideNote()
+{
+    delete FNote;
+}
+
+void TDataSetGrid::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QTableView::currentChanged(current, previous);
+    if (!FRefused)
+        HideNote();
+    TDataSet *dataset = FModel->Dataset();
+    if (FFollowing || !current.isValid() || !dataset || dataset->State() != dsBrowse)
+        return;
+    FFollowing = true;
+    dataset->SetRecNo(FModel->RecordOfRow(current.row()));
+    FFollowing = false;
+}
+
+void TDataSetGrid::FollowRecord()
+{
+    if (FFollowing || !FModel->Dataset())
+        return;
+    const int row = FModel->RowOfRecord(FModel->Dataset()->RecNo());
+    if (row < 0 || row == currentIndex().row())
+        return;
+    FFollowing = true;
+    setCurrentIndex(FModel->index(row, std::max(0, currentIndex().column())));
+    FFollowing = false;
+}
+
+bool TDataSetGrid::HandleRecordKey(int key)
+{
+    const TDataSet *dataset = FModel->Dataset();
+    if (FEditMode || !dataset || !dataset->Active())
+        return false;
+    switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!dataset->IsEmpty())
+            Q_EMIT OnUpdateRequested();
+        return true;
+    case Qt::Key_Insert:
+        Q_EMIT OnAppendRequested();
+        return true;
+    case Qt::Key_Delete:
+        if (!dataset->IsEmpty())
+            Q_EMIT OnDeleteRequested();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void TDataSetGrid::keyPressEvent(QKeyEvent *event)
+{
+    if (event->modifiers() == Qt::NoModifier && HandleRecordKey(event->key())) {
+        event->accept();
+        return;
+    }
+    QTableView::keyPressEvent(event);
+}
+
+void TDataSetGrid::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    QTableView::mouseDoubleClickEvent(event);
+    if (!FEditMode && indexAt(event->position().toPoint()).isValid())
+        Q_EMIT OnUpdateRequested();
+}
+
+void TDataSetGrid::contextMenuEvent(QContextMenuEvent *event)
+{
+    QMenu menu(this);
+    menu.setObjectName("pmGrid");
+    for (QAction *action : actions())
+        if (!FOwnActions.contains(action))
+            menu.addAction(action);
+    if (!menu.isEmpty())
+        menu.addSeparator();
+    for (QAction *action :
+         {FSetNull, FCopy->CopyAction(), FCopy->CopyWithHeadersAction(), FSearchBar->FindAction()})
+        menu.addAction(action);
+    menu.exec(event->globalPos());
+}
+
+void TDataSetGrid::changeEvent(QEvent *event)
+{
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        UpdateRowHeight();
+    if (event->type() == QEvent::PaletteChange && FModel)
+        FModel->ResetColors();
+}

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QHash>
+#include <QPointer>
+#include <QStringList>
+#include <QTableView>
+
+class QLabel;
+class TDataSetModel;
+class TGridCopy;
+class TGridSearchBar;
+
+/// The grid over a dataset: a million rows as cheap as ten. In edit mode cells are selected and
+/// edited in place; otherwise whole rows are selected and the record keys work. Actions added with
+/// addAction stand in the context menu before those of the grid.
+class TDataSetGrid : public QTableView
+{
+    Q_OBJECT
+
+public:
+    explicit TDataSetGrid(QWidget *parent = nullptr);
+    ~TDataSetGrid() override;
+
+    TDataSetModel *DataModel() const { return FModel; }
+    void SetEditMode(bool value);
+    bool EditMode() const { return FEditMode; }
+    /// Whether a header click sorts the rows at hand or is only told.
+    void SetSortsItself(bool value) { FSortsItself = value; }
+    /// Marks a column as sorted without sorting; -1 for none.
+    void MarkSort(int column, bool ascending);
+
+    /// Keeps the width of each column whose name was there before and fits the new ones.
+    void RebuildColumns();
+    /// Makes these columns as wide as the header and a sample of their cells.
+    void BestFit(const QStringList &fieldNames);
+    void FitColumn(int column);
+
+    TGridCopy *Copy() const { return FCopy; }
+    TGridSearchBar *SearchBar() const { return FSearchBar; }
+
+Q_SIGNALS:
+    void OnSortRequested(int column, bool ascending);
+    /// The record keys; only outside edit mode.
+    void OnUpdateRequested();
+    void OnAppendRequested();
+    void OnDeleteRequested();
+
+protected:
+    bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
+    void closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint) override;
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void SetUpHeaders();
+    void MakeNullAction();
+    void HeaderClicked(int column);
+    void EditRefused(const QModelIndex &index, const QString &message);
+    void ShowNote(const QModelIndex &index, const QString &text);
+    void HideNote();
+    QString ReadOnlyReason(const QModelIndex &index) const;
+    void FollowRecord();
+    bool HandleRecordKey(int key);
+    int WantedWidth(int column, int samples) const;
+    void UpdateRowHeight();
+
+    TDataSetModel *FModel;
+    TGridCopy *FCopy;
+    TGridSearchBar *FSearchBar;
+    QAction *FSetNull = nullptr;
+    QList<QAction *> FOwnActions;
+    QPointer<QLabel> FNote;      // the refusal or the reason at a cell
+    QHash<QString, int> FWidths; // by field name, of the columns before the rebuild
+    bool FEditMode = true;
+    bool FSortsItself = true;
+    bool FRefused = false;
+    bool FFollowing = false;
+};

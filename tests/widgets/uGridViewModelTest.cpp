@@ -1,0 +1,150 @@
+#include "support/uException.h"
+#include "uGridViewSample.h"
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr auto Fatal = QAbstractItemModelTester::FailureReportingMode::Fatal;
+
+struct TSortCase
+{
+    const char *Name;
+    int Column;
+    Qt::SortOrder Order;
+    QStringList Expected; // names from top to bottom
+};
+
+class TGridSorting : public testing::TestWithParam<TSortCase>
+{};
+
+TEST_P(TGridSorting, PutsRowsInOrder)
+{
+    TGridModel<TCity> model(CityColumns());
+    QAbstractItemModelTester tester(&model, Fatal);
+    model.SetValues(Cities());
+    model.sort(GetParam().Column, GetParam().Order);
+    EXPECT_EQ(ColumnTexts(model, 0), GetParam().Expected);
+    model.SetValues(Cities());
+    EXPECT_EQ(ColumnTexts(model, 0), GetParam().Expected) << "after a refill";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, TGridSorting,
+    testing::Values(
+        TSortCase{"TextByCodeUnit", 0, Qt::AscendingOrder, {"Kiel", "Rome", "bern", "Ähtäri"}},
+        TSortCase{"TextDescending", 0, Qt::DescendingOrder, {"Ähtäri", "bern", "Rome", "Kiel"}},
+        TSortCase{"NumbersAsNumbersEqualOnesStay",
+                  1,
+                  Qt::AscendingOrder,
+                  {"Kiel", "Ähtäri", "bern", "Rome"}},
+        TSortCase{"EqualOnesStayWhenDescending",
+                  1,
+                  Qt::DescendingOrder,
+                  {"Rome", "bern", "Kiel", "Ähtäri"}},
+        TSortCase{"Percentages", 2, Qt::DescendingOrder, {"Rome", "bern", "Kiel", "Ähtäri"}},
+        TSortCase{"ChecksLast", 3, Qt::AscendingOrder, {"Kiel", "Ähtäri", "bern", "Rome"}},
+        TSortCase{"NoColumnIsTheOrderOfTheFill",
+                  -1,
+                  Qt::AscendingOrder,
+                  {"Kiel", "bern", "Ähtäri", "Rome"}}),
+    [](const auto &info) { return info.param.Name; });
+
+TEST(TGridValue, OrdersKindsAndExtremes)
+{
+    const std::vector<TGridValue> ascending = {
+        TGridValue(),
+        TGridValue(std::nan("")),
+        TGridValue(std::numeric_limits<qint64>::min()),
+        TGridValue(-0.5),
+        TGridValue(true),
+        TGridValue((1LL << 53) + 1), // not to be told from its neighbour as a double
+        TGridValue((1LL << 53) + 2),
+        TGridValue(std::numeric_limits<quint64>::max()),
+        TGridValue(QString()),
+        TGridValue("10"),
+        TGridValue("9"),
+    };
+    for (size_t i = 0; i < ascending.size(); ++i)
+        for (size_t j = 0; j < ascending.size(); ++j) {
+            const int expected = i < j ? -1 : i > j ? 1 : 0;
+            const int actual = ascending[i].Compare(ascending[j]);
+            EXPECT_EQ(actual < 0 ? -1 : actual > 0 ? 1 : 0, expected) << i << " and " << j;
+        }
+}
+
+TEST(TGridModel, SortsByLanguageWhereAsked)
+{
+    TGridColumns<TCity> columns = CityColumns();
+    columns[0].Compare = gcLocale;
+    TGridModel<TCity> model(columns);
+    QLocale::setDefault(QLocale(QLocale::German));
+    model.SetValues(Cities());
+    model.sort(0);
+    QLocale::setDefault(QLocale::system());
+    EXPECT_EQ(ColumnTexts(model, 0), QStringList({"Ähtäri", "bern", "Kiel", "Rome"}));
+}
+
+TEST(TGridModel, SortMovesPersistentIndexesWithTheirItems)
+{
+    TGridModel<TCity> model(CityColumns());
+    model.SetValues(Cities());
+    const QPersistentModelIndex rome = model.index(3, 1);
+    model.sort(1, Qt::DescendingOrder);
+    EXPECT_EQ(rome.row(), 0);
+    EXPECT_EQ(rome.data().toString(), "2800");
+}
+
+TEST(TGridModel, GivesRolesOfACell)
+{
+    TGridColumns<TCity> columns = CityColumns();
+    columns[0].Color = [](const TCity &city) {
+        return city.IsCapital ? QColor(Qt::red) : QColor();
+    };
+    TGridModel<TCity> model(columns);
+    model.SetValues(Cities());
+    EXPECT_FALSE(model.index(0, 0).data(Qt::ForegroundRole).isValid());
+    EXPECT_EQ(model.index(1, 0).data(Qt::ForegroundRole).value<QColor>(), QColor(Qt::red));
+    EXPECT_EQ(model.index(1, 1).data(Qt::TextAlignmentRole).toInt(),
+              int(Qt::AlignRight | Qt::AlignVCenter));
+    EXPECT_EQ(model.index(1, 2).data().toString(), "60.3");
+    EXPECT_EQ(model.index(1, 2).data(GridPercentRole).toDouble(), 60.26);
+    EXPECT_FALSE(model.index(1, 1).data(GridPercentRole).isValid());
+    EXPECT_EQ(model.index(1, 3).data(Qt::CheckStateRole).toInt(), Qt::Checked);
+    EXPECT_EQ(model.headerData(1, Qt::Horizontal, Qt::ToolTipRole).toString(), "People");
+}
+
+TEST(TGridModel, OnlyColumnsWithSettersCanBeChanged)
+{
+    TGridModel<TCity> model(CityColumns());
+    QAbstractItemModelTester tester(&model, Fatal);
+    model.SetValues(Cities());
+    QSignalSpy changes(&model, &QAbstractItemModel::dataChanged);
+    EXPECT_FALSE(model.setData(model.index(0, 1), "5", Qt::EditRole));
+    EXPECT_FALSE(model.setData(model.index(0, 0), "", Qt::EditRole)) << "refused by the setter";
+    EXPECT_EQ(changes.count(), 0);
+    EXPECT_TRUE(model.setData(model.index(0, 0), "Kyiv", Qt::EditRole));
+    EXPECT_TRUE(model.setData(model.index(0, 3), Qt::Checked, Qt::CheckStateRole));
+    EXPECT_EQ(changes.count(), 2);
+    EXPECT_EQ(model.ItemAt(0)->Name, "Kyiv");
+    EXPECT_TRUE(model.ItemAt(0)->IsCapital);
+    EXPECT_FALSE(model.index(0, 1).flags().testFlag(Qt::ItemIsEditable));
+}
+
+TEST(TGridModel, ShowsWhatAnItemThrows)
+{
+    const TGridColumns<TCity> columns = {{.Caption = "Name", .Text = [](const TCity &) -> QString {
+                                              throw EException("The list is gone.");
+                                          }}};
+    TGridModel<TCity> model(columns);
+    model.SetValues(Cities());
+    EXPECT_EQ(model.index(0, 0).data().toString(), "The list is gone.");
+    EXPECT_THROW(model.sort(0), EException);
+    EXPECT_THROW(model.SetValues({TCity()}), EException);
+    EXPECT_EQ(model.rowCount(), 1) << "the new rows are there, if unsorted";
+}
+
+} // namespace

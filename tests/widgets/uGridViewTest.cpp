@@ -1,0 +1,255 @@
+#include "uGridViewSample.h"
+#include "uGuiTools.h"
+#include "uTestLoop.h"
+#include "widgets/uGridCopy.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QPainter>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+namespace {
+
+struct TPaintCounter : QObject
+{
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        Count += event->type() == QEvent::Paint;
+        return false;
+    }
+    int Count = 0;
+};
+
+struct TShownGrid
+{
+    explicit TShownGrid(std::vector<TCity> cities, TGridColumns<TCity> columns = CityColumns())
+        : Model(std::move(columns))
+    {
+        Grid.setModel(&Model);
+        Model.SetValues(std::move(cities));
+        Grid.resize(600, 300);
+        TGuiTools::Show(&Grid);
+        Grid.setFocus();
+    }
+
+    QString FocusedName() const
+    {
+        const auto city = Model.ItemAt(Grid.FocusedRow());
+        return city ? city->Name : QString();
+    }
+
+    TGridModel<TCity> Model;
+    TGridView Grid;
+};
+
+std::vector<TCity> ManyCities(int count)
+{
+    std::vector<TCity> cities;
+    for (int i = 0; i < count; ++i)
+        cities.push_back({QString("City %1").arg(i, 6, 10, QChar('0')), i});
+    return cities;
+}
+
+TEST(TGridView, RefillKeepsFocusSelectionScrollAndPaintsOnce)
+{
+    TShownGrid shown(ManyCities(100000));
+    shown.Grid.SetFocusedRow(50000);
+    shown.Grid.selectionModel()->select(shown.Model.index(50002, 0),
+                                        QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    const int scroll = shown.Grid.verticalScrollBar()->value();
+    ASSERT_GT(scroll, 0);
+    QSignalSpy focusChanges(&shown.Grid, &TGridView::OnFocusedChanged);
+    TTestLoop::Settle();
+    TPaintCounter paints;
+    shown.Grid.viewport()->installEventFilter(&paints);
+
+    std::vector<TCity> cities = ManyCities(100000);
+    cities.erase(cities.begin() + 10, cities.begin() + 15);
+    shown.Model.SetValues(std::move(cities));
+    TTestLoop::RunUntil([&] { return paints.Count > 0; });
+    TTestLoop::Settle();
+
+    EXPECT_EQ(shown.FocusedName(), "City 050000");
+    EXPECT_EQ(shown.Grid.SelectedRows(), std::vector<int>({49995, 49997}));
+    EXPECT_EQ(shown.Grid.verticalScrollBar()->value(), scroll);
+    EXPECT_EQ(paints.Count, 1);
+    EXPECT_EQ(focusChanges.count(), 1);
+}
+
+TEST(TGridView, RefillWithoutTheFocusedItemHasNoFocus)
+{
+    TShownGrid shown(Cities());
+    shown.Grid.SetFocusedRow(3);
+    std::vector<TCity> cities = Cities();
+    cities.pop_back();
+    QSignalSpy focusChanges(&shown.Grid, &TGridView::OnFocusedChanged);
+    shown.Model.SetValues(cities);
+    EXPECT_EQ(shown.Grid.FocusedRow(), -1);
+    EXPECT_TRUE(shown.Grid.SelectedRows().empty());
+    ASSERT_EQ(focusChanges.count(), 1);
+    EXPECT_EQ(focusChanges.first().first().toInt(), -1);
+    shown.Model.Clear();
+    EXPECT_EQ(shown.Model.ItemAt(shown.Grid.FocusedRow()), nullptr);
+}
+
+TEST(TGridView, StartsWithTheSortOfItsColumnsAndSortsByClick)
+{
+    TGridColumns<TCity> columns = CityColumns();
+    columns[1].Sort = gsDescending;
+    TShownGrid shown(Cities(), columns);
+    EXPECT_EQ(ColumnTexts(shown.Model, 1), QStringList({"2800", "10", "9", "9"}));
+    shown.Grid.SetFocusedRow(0);
+    QHeaderView *header = shown.Grid.header();
+    const QPoint place(header->sectionViewportPosition(1) + header->sectionSize(1) / 2,
+                       header->height() / 2);
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, place);
+    EXPECT_EQ(ColumnTexts(shown.Model, 1), QStringList({"9", "9", "10", "2800"}));
+    EXPECT_EQ(shown.FocusedName(), "Rome") << "the focus goes with the item";
+}
+
+TEST(TGridView, ActivatesByEnterAndDoubleClickButNotWhereACellIsEdited)
+{
+    TShownGrid shown(Cities());
+    QSignalSpy activated(&shown.Grid, &TGridView::OnActivated);
+    const auto doubleClick = [&](int column) {
+        const QPoint place = shown.Grid.visualRect(shown.Model.index(1, column)).center();
+        QTest::mouseClick(shown.Grid.viewport(), Qt::LeftButton, {}, place);
+        QTest::mouseDClick(shown.Grid.viewport(), Qt::LeftButton, {}, place);
+    };
+    QTest::keyClick(&shown.Grid, Qt::Key_Return);
+    const int withoutFocus = shown.Grid.FocusedRow() < 0 ? 0 : 1;
+    EXPECT_EQ(activated.count(), withoutFocus);
+    activated.clear();
+    doubleClick(1);
+    ASSERT_EQ(activated.count(), 1);
+    EXPECT_EQ(activated.last().first().toInt(), 1);
+    QTest::keyClick(&shown.Grid, Qt::Key_Enter);
+    EXPECT_EQ(activated.count(), 2);
+    doubleClick(0);
+    EXPECT_EQ(activated.count(), 2) << "the name is edited instead";
+}
+
+TEST(TGridView, SpaceTogglesTheCheckOfTheFocusedRow)
+{
+    TShownGrid shown(Cities());
+    shown.Grid.SetFocusedRow(0);
+    QTest::keyClick(&shown.Grid, Qt::Key_Space);
+    EXPECT_TRUE(shown.Model.ItemAt(0)->IsCapital);
+    QTest::keyClick(&shown.Grid, Qt::Key_Space);
+    EXPECT_FALSE(shown.Model.ItemAt(0)->IsCapital);
+}
+
+TEST(TGridView, ColumnsFitTheirTextsInAnyFont)
+{
+    std::vector<TCity> cities = Cities();
+    cities[0].Name = "Llanfairpwllgwyngyll";
+    TGridColumns<TCity> columns = CityColumns();
+    columns[1].Width = 12;
+    TShownGrid shown(cities, columns);
+    for (const double scale : {1.0, 2.0}) {
+        QFont font = QApplication::font();
+        font.setPointSizeF(font.pointSizeF() * scale);
+        shown.Grid.setFont(font);
+        const QFontMetrics metrics(font);
+        EXPECT_GT(shown.Grid.columnWidth(0), metrics.horizontalAdvance(cities[0].Name));
+        EXPECT_GT(shown.Grid.columnWidth(1), 12 * metrics.averageCharWidth());
+        EXPECT_GE(shown.Grid.visualRect(shown.Model.index(0, 0)).height(), metrics.height());
+    }
+}
+
+TEST(TGridView, ContextMenuPutsActionsOfThePageFirst)
+{
+    TShownGrid shown(Cities());
+    shown.Grid.addAction(new QAction("Open", &shown.Grid));
+    QStringList captions;
+    QTimer::singleShot(0, &shown.Grid, [&] {
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        for (const QAction *action : menu->actions())
+            captions.append(action->text());
+        menu->close();
+    });
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5), QPoint(5, 5));
+    QApplication::sendEvent(shown.Grid.viewport(), &event);
+    EXPECT_EQ(captions, QStringList({"Open", "", "Copy", "Copy with Headers", "Find"}));
+}
+
+struct TCopyCase
+{
+    const char *Name;
+    QAbstractItemView::SelectionBehavior Behavior;
+    std::vector<std::pair<int, int>> Cells; // selected, from the focused one on
+    bool WithHeaders;
+    const char *Expected;
+};
+
+class TGridCopying : public testing::TestWithParam<TCopyCase>
+{};
+
+TEST_P(TGridCopying, GivesTheText)
+{
+    QStandardItemModel model(3, 4);
+    const char *const texts[3][4] = {{"a", "two\nlines", "hidden", "d"},
+                                     {"", "tab\there", "hidden", "\"q\""},
+                                     {"x", "y", "h", "z"}};
+    for (int row = 0; row < 3; ++row)
+        for (int column = 0; column < 4; ++column)
+            model.setItem(row, column, new QStandardItem(QString(texts[row][column])));
+    model.setHorizontalHeaderLabels({"A", "B", "C", "D"});
+    QTableView view;
+    view.setModel(&model);
+    view.setSelectionBehavior(GetParam().Behavior);
+    view.setColumnHidden(2, true);
+    view.horizontalHeader()->moveSection(3, 0);
+    for (const auto &[row, column] : GetParam().Cells) {
+        QItemSelectionModel::SelectionFlags flags = QItemSelectionModel::Select;
+        flags.setFlag(QItemSelectionModel::Rows,
+                      GetParam().Behavior == QAbstractItemView::SelectRows);
+        view.selectionModel()->select(model.index(row, column), flags);
+    }
+    QString expected = GetParam().Expected;
+#ifdef Q_OS_WIN
+    expected.replace("$", "\r\n");
+#endif
+    EXPECT_EQ(TGridCopy::Text(view, GetParam().WithHeaders), expected.replace("$", "\n"));
+}
+
+constexpr auto Rows = QAbstractItemView::SelectRows;
+constexpr auto Cells = QAbstractItemView::SelectItems;
+
+INSTANTIATE_TEST_SUITE_P(
+    All, TGridCopying,
+    testing::Values(TCopyCase{"RowsAsTheUserSeesTheColumns", Rows, {{2, 0}}, false, "z\tx\ty"},
+                    TCopyCase{"WithHeaders", Rows, {{2, 0}}, true, "D\tA\tB$z\tx\ty"},
+                    TCopyCase{"RowsFromTopToBottomQuotedWhereNeeded",
+                              Rows,
+                              {{1, 0}, {0, 0}},
+                              false,
+                              "d\ta\t\"two\nlines\"$\"\"\"q\"\"\"\t\t\"tab\there\""},
+                    TCopyCase{"OneCellAsItIs", Cells, {{0, 1}}, false, "two\nlines"},
+                    TCopyCase{"OneCellWithItsHeader", Cells, {{2, 1}}, true, "B$y"},
+                    TCopyCase{"HolesStayEmpty", Cells, {{0, 0}, {2, 3}}, false, "\ta$z\t"},
+                    TCopyCase{"NothingFocusedOrSelected", Cells, {}, true, ""}),
+    [](const auto &info) { return info.param.Name; });
+
+TEST(TGridView, CopiesByKeys)
+{
+    TShownGrid shown(Cities());
+    shown.Grid.SetFocusedRow(1);
+    QTest::keyClick(&shown.Grid, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "bern\t10\t60.3\tyes");
+    shown.Grid.clearSelection();
+    QTest::keyClick(&shown.Grid, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(QApplication::clipboard()->text().startsWith("Name\tPPL\t%\tCapital"));
+    EXPECT_TRUE(QApplication::clipboard()->text().endsWith("bern\t10\t60.3\tyes"));
+}
+
+} // namespace

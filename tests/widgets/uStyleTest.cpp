@@ -1,0 +1,189 @@
+#include "widgets/uStyle.h"
+#include "widgets/uStyleSystem.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFile>
+#include <QFontInfo>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTabBar>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <set>
+
+namespace {
+
+constexpr double ReadableText = 4.5;
+constexpr double VisibleLine = 1.3; // a hairline is found by its neighbours, not read
+
+class TStyleOfTheme : public testing::TestWithParam<TAppTheme>
+{
+protected:
+    QColor Color(QPalette::ColorRole role) const { return Palette.color(role); }
+
+    const QPalette Palette = TAppPalette::Palette(GetParam());
+};
+
+TEST_P(TStyleOfTheme, HasReadableText)
+{
+    const std::pair<QPalette::ColorRole, QPalette::ColorRole> pairs[] = {
+        {QPalette::WindowText, QPalette::Window},
+        {QPalette::Text, QPalette::Base},
+        {QPalette::Text, QPalette::AlternateBase},
+        {QPalette::ButtonText, QPalette::Button},
+        {QPalette::HighlightedText, QPalette::Highlight},
+        {QPalette::ToolTipText, QPalette::ToolTipBase},
+        {QPalette::PlaceholderText, QPalette::Base},
+        {QPalette::Link, QPalette::Base},
+        {QPalette::LinkVisited, QPalette::Base},
+    };
+    for (const auto &[text, ground] : pairs)
+        EXPECT_GE(TAppPalette::Contrast(Color(text), Color(ground)), ReadableText)
+            << text << " on " << ground;
+    EXPECT_EQ(TAppPalette::ThemeOf(Palette), GetParam());
+}
+
+TEST_P(TStyleOfTheme, HasReadableColoursOfItsOwn)
+{
+    for (QPalette::ColorRole ground : {QPalette::Base, QPalette::AlternateBase}) {
+        std::set<QRgb> kinds;
+        for (TAppFieldKind kind :
+             {TAppFieldKind::fkString, TAppFieldKind::fkBoolean, TAppFieldKind::fkNumber,
+              TAppFieldKind::fkDate, TAppFieldKind::fkOther}) {
+            const QColor color = TAppFieldTypeColors::Color(kind, Palette);
+            EXPECT_GE(TAppPalette::Contrast(color, Color(ground)), ReadableText) << int(kind);
+            kinds.insert(color.rgb());
+        }
+        EXPECT_EQ(kinds.size(), 5u) << "one colour each";
+        EXPECT_GE(TAppPalette::Contrast(TAppPalette::ErrorText(Palette), Color(ground)),
+                  ReadableText);
+    }
+    for (QPalette::ColorRole ground : {QPalette::Base, QPalette::Window})
+        EXPECT_GE(TAppPalette::Contrast(TAppPalette::Line(Palette), Color(ground)), VisibleLine);
+}
+
+/// The most that any pixel of the picture differs from the ground.
+double Strongest(const QImage &image, const QColor &ground)
+{
+    double strongest = 1;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            strongest = std::max(strongest,
+                                 TAppPalette::Contrast(image.pixelColor(x, y), ground));
+    return strongest;
+}
+
+TEST_P(TStyleOfTheme, DrawsEveryControlSoThatItCanBeSeen)
+{
+    TAppStyle style;
+    const std::unique_ptr<QWidget> controls[] = {
+        std::make_unique<QPushButton>(), std::make_unique<QLineEdit>(),
+        std::make_unique<QCheckBox>(),   std::make_unique<QComboBox>(),
+        std::make_unique<QSpinBox>(),    std::make_unique<QGroupBox>(),
+    };
+    for (const auto &control : controls) {
+        control->setStyle(&style);
+        control->setPalette(Palette);
+        control->resize(control->sizeHint().expandedTo({60, 40}));
+        const QImage image = control->grab().toImage();
+        EXPECT_GE(Strongest(image, Color(QPalette::Window)), VisibleLine)
+            << control->metaObject()->className();
+    }
+}
+
+TEST_P(TStyleOfTheme, TellsTheSelectedTab)
+{
+    TAppStyle style;
+    QTabBar tabs;
+    tabs.setStyle(&style);
+    tabs.setPalette(Palette);
+    tabs.addTab("one");
+    tabs.addTab("two");
+    tabs.resize(tabs.sizeHint());
+    const auto has = [&](int tab) {
+        const QImage image = tabs.grab(tabs.tabRect(tab)).toImage();
+        for (int y = 0; y < image.height(); ++y)
+            if (image.pixelColor(image.width() / 2, y).rgb() ==
+                TAppPalette::Accent(Palette).rgb())
+                return true;
+        return false;
+    };
+    EXPECT_TRUE(has(0));
+    EXPECT_FALSE(has(1));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, TStyleOfTheme, testing::Values(atLight, atDark),
+                         [](const auto &info) { return info.param == atDark ? "Dark" : "Light"; });
+
+TEST(TStyleTest, MeasuresInUnitsOfTheFont)
+{
+    const QFont before = QApplication::font();
+    const QString styleBefore = QApplication::style()->name();
+    TAppStyle::Apply(*qApp);
+    const int indentation = qApp->style()->pixelMetric(QStyle::PM_TreeViewIndentation);
+    const int icon = qApp->style()->pixelMetric(QStyle::PM_SmallIconSize);
+    QFont twice = before;
+    twice.setPointSizeF(before.pointSizeF() * 2);
+    QApplication::setFont(twice);
+    EXPECT_NEAR(qApp->style()->pixelMetric(QStyle::PM_TreeViewIndentation), 2 * indentation, 2);
+    EXPECT_NEAR(qApp->style()->pixelMetric(QStyle::PM_SmallIconSize), 2 * icon, 3);
+    EXPECT_EQ(TAppStyle::MonospaceFont().pointSizeF(), twice.pointSizeF());
+    EXPECT_TRUE(QFontInfo(TAppStyle::MonospaceFont()).fixedPitch());
+    QApplication::setFont(before);
+    QApplication::setStyle(styleBefore);
+}
+
+TEST(TStyleTest, KeepsAThemeThatWasAskedFor)
+{
+    const QPalette before = QApplication::palette();
+    TAppStyle::Apply(*qApp);
+    TAppStyle::SetTheme(atDark);
+    EXPECT_EQ(TAppStyle::Theme(), atDark);
+    QWidget window;
+    QEvent changed(QEvent::ThemeChange);
+    QApplication::sendEvent(&window, &changed);
+    EXPECT_EQ(TAppStyle::Theme(), atDark);
+
+    TAppStyle::Apply(*qApp);
+    QApplication::sendEvent(&window, &changed);
+    EXPECT_EQ(TAppStyle::Theme(), atLight) << "the test's platform is a light one";
+    QApplication::setStyle("Fusion");
+    QApplication::setPalette(before);
+}
+
+struct TSettingsCase
+{
+    const char *Text;
+    TAppTheme Theme;
+};
+
+TEST(TStyleTest, ReadsTheDesktopsSettings)
+{
+    const TSettingsCase cases[] = {
+        {"[Settings]\ngtk-application-prefer-dark-theme=1\n", atDark},
+        {"[Settings]\ngtk-application-prefer-dark-theme=true\n", atDark},
+        {"[Settings]\ngtk-application-prefer-dark-theme=0\ngtk-theme-name=Adwaita\n", atLight},
+        {"[Settings]\ngtk-theme-name=Adwaita-dark\n", atDark},
+        {"no settings at all", atLight},
+    };
+    QTemporaryDir folder;
+    const QString name = folder.filePath("settings.ini");
+    EXPECT_EQ(TStyleSystem::ThemeOfGtkSettings(name), atLight) << "no file";
+    for (const TSettingsCase &row : cases) {
+        QFile file(name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(row.Text);
+        file.close();
+        EXPECT_EQ(TStyleSystem::ThemeOfGtkSettings(name), row.Theme) << row.Text;
+    }
+    EXPECT_EQ(TStyleSystem::Theme(TAppPalette::Palette(atDark)), atDark) << "the platform knows";
+}
+
+} // namespace

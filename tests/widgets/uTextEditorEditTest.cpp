@@ -1,0 +1,276 @@
+#include "uTextEditorFixture.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+namespace {
+
+class TTextEditorEdit : public TTextEditorFixture
+{};
+
+struct TCommentCase
+{
+    const char *Name;
+    const char *Before;
+    const char *After;
+    bool Back; // toggling again gives the text of before
+};
+
+const TCommentCase Comments[] = {
+    {"OneLine", "select 1", "-- select 1", true},
+    {"AtTheLeastIndent", "  a\n    b", "  -- a\n  --   b", true},
+    {"BlankLinesStay", "a\n\n  \nb", "-- a\n\n  \n-- b", true},
+    {"MixedGetsOneMore", "-- a\nb", "-- -- a\n-- b", true},
+    {"WithoutBlank", "--a\n-- b", "a\nb", false},
+    {"CrLf", "a\r\nb\r\n", "-- a\r\n-- b\r\n", true},
+    {"OnlyBlanks", "  ", "  ", true},
+};
+
+} // namespace
+
+TEST_F(TTextEditorEdit, TogglesComments)
+{
+    for (const TCommentCase &row : Comments) {
+        Load(row.Before);
+        Editor->SelectAll();
+        Press(Qt::Key_Slash, Qt::ControlModifier);
+        EXPECT_EQ(Editor->Text(), QString(row.After)) << row.Name;
+        if (!row.Back)
+            continue;
+        Editor->SelectAll();
+        Press(Qt::Key_Slash, Qt::ControlModifier);
+        EXPECT_EQ(Editor->Text(), QString(row.Before)) << row.Name;
+        Press(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(Editor->Text(), QString(row.After)) << row.Name;
+    }
+}
+
+TEST_F(TTextEditorEdit, CommentsTheCaretsLineOrWholeSelectedLines)
+{
+    Load("a\nb\nc", 1);
+    Press(Qt::Key_Slash, Qt::ControlModifier);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("a\n-- b\nc"));
+    Load("a\nb\nc");
+    Send(TSci::SCI_SETSEL, 0, 2); // up to the start of the second line
+    Press(Qt::Key_Slash, Qt::ControlModifier);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("-- a\nb\nc"));
+}
+
+TEST_F(TTextEditorEdit, IndentsWithBlanks)
+{
+    Load("");
+    Press(Qt::Key_Tab);
+    Type("a");
+    Press(Qt::Key_Return);
+    Type("b");
+    EXPECT_EQ(Editor->Text(), QStringLiteral("    a\n    b"));
+    Editor->SelectAll();
+    Press(Qt::Key_Tab);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("        a\n        b"));
+    Press(Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("    a\n    b"));
+}
+
+TEST_F(TTextEditorEdit, UndoesTypingInGroups)
+{
+    Load("");
+    Type("select");
+    Press(Qt::Key_Return);
+    Type("from");
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("select\n"));
+    Press(Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("select\nfrom"));
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    Press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("select\nfrom"));
+}
+
+TEST_F(TTextEditorEdit, TrimsTypedBlanksAsTheLineIsLeft)
+{
+    Load("");
+    Type("a  ");
+    EXPECT_EQ(Editor->Text(), QStringLiteral("a  ")) << "still on the line";
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("a\n"));
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("a  ")) << "one step with the new line";
+    Load("x\ny", 0, 1);
+    Type("  ");
+    Press(Qt::Key_Down);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("x\ny"));
+}
+
+TEST_F(TTextEditorEdit, TrimsTheBlanksOfTheAutoIndent)
+{
+    Load("    a", 0, 5);
+    Press(Qt::Key_Return);
+    Press(Qt::Key_Return);
+    Type("b");
+    EXPECT_EQ(Editor->Text(), QStringLiteral("    a\n\n    b"));
+    Type("  ");
+    Editor->TrimTrailingSpaces();
+    EXPECT_EQ(Editor->Text(), QStringLiteral("    a\n\n    b")) << "for saving";
+}
+
+TEST_F(TTextEditorEdit, LeavesBlanksThatWereNotTyped)
+{
+    Load("loaded  \nnext", 0, 8);
+    Type("x");
+    Press(Qt::Key_Backspace);
+    Press(Qt::Key_Down);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("loaded  \nnext"));
+    Load("\nnext");
+    Editor->PasteText("pasted  ");
+    Press(Qt::Key_Down);
+    Editor->TrimTrailingSpaces();
+    EXPECT_EQ(Editor->Text(), QStringLiteral("pasted  \nnext"));
+}
+
+TEST_F(TTextEditorEdit, LeavesBlanksInsideAString)
+{
+    Load("");
+    Type("select 'a  ");
+    Press(Qt::Key_Return);
+    Type("b'  ");
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("select 'a  \nb'\n"));
+}
+
+TEST_F(TTextEditorEdit, TrimmingDoesNotTakeTheRedoAway)
+{
+    Load("a\nb", 0, 1);
+    Type("  ");
+    Editor->SetCaret(1, 0);
+    Send(TSci::SCI_UNDO); // of the blanks, before the line counts as left
+    Settle();
+    EXPECT_TRUE(Send(TSci::SCI_CANREDO));
+    Press(Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("a  \nb"));
+}
+
+TEST_F(TTextEditorEdit, WritesBehindTheLineEnd)
+{
+    Load("ab", 0, 2);
+    Press(Qt::Key_Right);
+    Press(Qt::Key_Right);
+    Type("x");
+    EXPECT_EQ(Editor->Text(), QStringLiteral("ab  x"));
+    Press(Qt::Key_Right);
+    Editor->PasteText("y");
+    EXPECT_EQ(Editor->Text(), QStringLiteral("ab  x y"));
+}
+
+TEST_F(TTextEditorEdit, SelectsRectangles)
+{
+    Load("abc\nabc\nabc", 0, 1);
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right})
+        Press(key, Qt::AltModifier | Qt::ShiftModifier);
+    EXPECT_EQ(Editor->SelectedText().simplified(), QStringLiteral("b b b"));
+    Editor->PasteText("x");
+    EXPECT_EQ(Editor->Text().count(u'b'), 0);
+}
+
+TEST_F(TTextEditorEdit, LeavesTheKeysOfTheWindowsAround)
+{
+    const QKeySequence keys[] = {
+        {"Ctrl+N"},       {"Ctrl+Q"},  {"Ctrl+O"},       {"Ctrl+S"},        {"Ctrl+R"},
+        {"Ctrl+Shift+R"}, {"F5"},      {"Ctrl+F4"},      {"Ctrl+Shift+F4"}, {"Ctrl+L"},
+        {"Ctrl+T"},       {"Ctrl+U"},  {"Ctrl+Shift+T"}, {"Ctrl+Shift+U"},  {"Ctrl+Shift+L"},
+        {"Ctrl+["},       {"Ctrl+\\"}, {"Ctrl+G"},       {"Ctrl+E"},        {"Ctrl+Tab"},
+    };
+    Load("one\ntwo", 1);
+    for (const QKeySequence &key : keys) {
+        int calls = 0;
+        QShortcut shortcut(key, Editor.get());
+        QObject::connect(&shortcut, &QShortcut::activated, [&] { ++calls; });
+        Press(key[0].key(), key[0].keyboardModifiers());
+        EXPECT_EQ(calls, 1) << key.toString();
+        EXPECT_EQ(Editor->Text(), QStringLiteral("one\ntwo")) << key.toString();
+    }
+    for (const QKeySequence &key : keys) { // and nobody else wants them
+        Press(key[0].key(), key[0].keyboardModifiers());
+        EXPECT_EQ(Editor->Text(), QStringLiteral("one\ntwo")) << key.toString();
+    }
+}
+
+TEST_F(TTextEditorEdit, EscapeLeavesTheDialogAround)
+{
+    QDialog dialog;
+    auto *editor = new TTextEditor(&dialog);
+    (new QVBoxLayout(&dialog))->addWidget(editor);
+    dialog.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    editor->setFocus();
+    QTest::keyClick(editor->Editor(), Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClick(editor->Editor(), Qt::Key_Escape);
+    EXPECT_TRUE(dialog.isVisible()) << "closes the search bar only";
+    QTest::keyClick(editor->Editor(), Qt::Key_Escape);
+    EXPECT_FALSE(dialog.isVisible());
+}
+
+TEST_F(TTextEditorEdit, TabKeyGoesOnWhenItIsNoInput)
+{
+    QWidget window;
+    auto *editor = new TTextEditor(&window);
+    auto *next = new QLineEdit(&window);
+    auto *layout = new QVBoxLayout(&window);
+    layout->addWidget(editor);
+    layout->addWidget(next);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    editor->setFocus();
+    QTest::keyClick(editor->Editor(), Qt::Key_Tab);
+    EXPECT_EQ(editor->Text(), QStringLiteral("    "));
+    editor->SetTabInput(false);
+    QTest::keyClick(editor->Editor(), Qt::Key_Tab);
+    EXPECT_EQ(editor->Text(), QStringLiteral("    "));
+    EXPECT_TRUE(next->hasFocus());
+}
+
+TEST_F(TTextEditorEdit, MenuOffersWhatCanBeDone)
+{
+    const auto open = [this] {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5},
+                                Editor->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(Editor->Editor()->viewport(), &event);
+        return Part<QMenu>("editorMenu");
+    };
+    const auto enabled = [](QMenu *menu) {
+        QStringList captions;
+        for (const QAction *action : menu->actions())
+            if (!action->isSeparator() && action->isEnabled() && action->isVisible())
+                captions += action->text().section(u'\t', 0, 0);
+        return captions.join(u' ');
+    };
+    const auto close = [this](QMenu *menu) {
+        menu->close();
+        QCoreApplication::sendPostedEvents(menu, QEvent::DeferredDelete);
+    };
+    QApplication::clipboard()->setText("p");
+    Load("abc");
+    QMenu *menu = open();
+    EXPECT_EQ(enabled(menu), QStringLiteral("Paste Select All Find... Replace... Toggle Comment"));
+    close(menu);
+    Editor->SelectAll();
+    Editor->PasteText("x");
+    Editor->SelectAll();
+    menu = open();
+    EXPECT_EQ(enabled(menu), QStringLiteral("Undo Cut Copy Paste Delete Select All Find... "
+                                            "Replace... Toggle Comment"));
+    Part<QAction>("actCut")->trigger();
+    EXPECT_EQ(Editor->Text(), QString());
+    close(menu);
+    Part<QAction>("actPaste")->trigger();
+    Editor->SetReadOnly(true);
+    menu = open();
+    EXPECT_EQ(enabled(menu), QStringLiteral("Select All Find..."));
+    close(menu);
+}

@@ -1,0 +1,214 @@
+#include "uTextEditorFixture.h"
+
+#include "widgets/uTextEditorCodec.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMimeData>
+#include <QSignalSpy>
+
+namespace {
+
+struct TTextCase
+{
+    const char *Name;
+    QString Text;
+};
+
+QString Units(std::initializer_list<char16_t> units)
+{
+    return QString(reinterpret_cast<const QChar *>(units.begin()), qsizetype(units.size()));
+}
+
+const TTextCase Texts[] = {
+    {"Empty", QString()},
+    {"Nul", Units({u'a', 0, u'b', 0, 0, u'c'})},
+    {"OnlyNul", Units({0})},
+    {"ControlCharacters", Units({1, 7, 8, 0x1B, 0x7F, 0x80, 0x9F, u'x'})},
+    {"ByteOrderMarkAtTheFront", Units({0xFEFF, u'a', 0xFEFF})},
+    {"LineEndsOfAllKinds", QStringLiteral("a\r\nb\nc\rd\r\r\n\n\re")},
+    {"UnicodeLineEnds", Units({u'a', 0x2028, u'b', 0x2029, u'c', 0x85, u'd'})},
+    {"Scripts", QStringLiteral("äß Ω ж 日本語 한국어 العربية עברית ไทย")},
+    {"Pairs", QStringLiteral("😀𝒳\U0010FFFF")},
+    {"Noncharacters", Units({0xFFFE, 0xFFFF, 0xFDD0, 0xFFFD})},
+    {"LoneHighSurrogate", Units({u'a', 0xD800, u'b'})},
+    {"LoneLowSurrogateAtTheEnd", Units({u'a', 0xDFFF})},
+    {"SwappedPair", Units({0xDC00, 0xD800})},
+    {"LoneBeforePair", Units({0xD83D, 0xD83D, 0xDE00, 0xD83D})},
+    {"TrailingBlanksAndTabs", QStringLiteral("a  \n\t\n  b\t ")},
+};
+
+class TTextEditorText : public TTextEditorFixture, public testing::WithParamInterface<TTextCase>
+{};
+
+INSTANTIATE_TEST_SUITE_P(Texts, TTextEditorText, testing::ValuesIn(Texts),
+                         [](const auto &info) { return info.param.Name; });
+
+} // namespace
+
+TEST_P(TTextEditorText, ComesOutAsItWentIn)
+{
+    const QString text = GetParam().Text;
+    Editor->SetText(text);
+    Settle();
+    EXPECT_EQ(Editor->Text(), text);
+    EXPECT_FALSE(Editor->IsModified());
+    Editor->SelectAll();
+    EXPECT_EQ(Editor->SelectedText(), text);
+    Press(Qt::Key_End, Qt::ControlModifier);
+    EXPECT_EQ(Editor->Text(), text);
+}
+
+TEST_P(TTextEditorText, IsPastedIntoAnEmptyEditorAndUndoneInOneStep)
+{
+    const QString text = GetParam().Text;
+    const bool isMixed = text.count(u'\r') + text.count(u'\n') > 1;
+    Editor->PasteText(text);
+    if (!isMixed) { // mixed line ends become those of the first line
+        EXPECT_EQ(Editor->Text(), text);
+    }
+    EXPECT_EQ(Editor->IsModified(), !text.isEmpty());
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(Editor->Text(), QString());
+}
+
+TEST_P(TTextEditorText, GoesThroughTheClipboard)
+{
+    const QString text = GetParam().Text;
+    if (text.isEmpty() || text.contains(u'\r') || text.contains(u'\n'))
+        return; // nothing to copy; line ends are converted
+    Editor->SetText(text);
+    Editor->SelectAll();
+    Press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->mimeData()->text(), text);
+    Press(Qt::Key_End, Qt::ControlModifier);
+    Press(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(Editor->Text(), text + text);
+}
+
+TEST_P(TTextEditorText, CountsBytesAndUnitsAlike)
+{
+    const QString text = GetParam().Text;
+    const QByteArray bytes = TTextEditorCodec::Encode(text);
+    EXPECT_EQ(TTextEditorCodec::UnitsOf(bytes), text.size());
+    qsizetype from = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const bool insidePair = i > 0 && text[i].isLowSurrogate() && text[i - 1].isHighSurrogate();
+        if (insidePair)
+            continue;
+        const qsizetype at = TTextEditorCodec::BytesOf(bytes, i);
+        EXPECT_GE(at, from);
+        EXPECT_EQ(TTextEditorCodec::Decode(QByteArrayView(bytes).first(at)), text.first(i));
+        from = at + 1;
+    }
+}
+
+namespace {
+class TTextEditorState : public TTextEditorFixture
+{};
+} // namespace
+
+TEST_F(TTextEditorState, BrokenBytesInTheBufferBecomeReplacementCharacters)
+{
+    const QByteArray bytes("a\xFF\xED\xA0"
+                           "b\xF4\x90\x80\x80\xC0\x80\xE2\x82");
+    const QString text = TTextEditorCodec::Decode(bytes);
+    EXPECT_EQ(text.size(), TTextEditorCodec::UnitsOf(bytes));
+    EXPECT_EQ(text.count(QChar::ReplacementCharacter), text.size() - 2);
+    EXPECT_EQ(text[0], u'a');
+    EXPECT_EQ(text[4], u'b');
+}
+
+TEST_F(TTextEditorState, NewLinesEndAsTheFirstLineDoes)
+{
+    const QString rows[][2] = {
+        {"a\r\nb\n", "\r\n"}, {"a\nb\r\n", "\n"}, {"a\rb", "\r"}, {"a", "\n"}};
+    for (const auto &[text, lineEnd] : rows) {
+        Load(text);
+        Press(Qt::Key_Return);
+        EXPECT_EQ(Editor->Text(), lineEnd + text);
+        Load(text);
+        Editor->PasteText("x\ny\r\nz\r");
+        const QString pasted = QStringList{"x", "y", "z", text}.join(lineEnd);
+        EXPECT_EQ(Editor->Text(), text == u"a" ? "x\ny\nz\na" : pasted);
+    }
+}
+
+TEST_F(TTextEditorState, PasteReplacesTheSelectionAsOneStep)
+{
+    Load("one two three");
+    Send(TSci::SCI_SETSEL, 4, 7);
+    Editor->PasteText(QStringLiteral("2\n2"));
+    EXPECT_EQ(Editor->Text(), QStringLiteral("one 2\n2 three"));
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("one two three"));
+}
+
+TEST_F(TTextEditorState, ModifiedMarkFollowsChangesUndoAndTheOwner)
+{
+    Load("a");
+    EXPECT_FALSE(Editor->IsModified());
+    Type("x");
+    EXPECT_TRUE(Editor->IsModified());
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_FALSE(Editor->IsModified());
+    Editor->SetModified(true);
+    EXPECT_TRUE(Editor->IsModified());
+    Editor->SetModified(false);
+    EXPECT_FALSE(Editor->IsModified());
+    Editor->SetText("b");
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("b"));
+}
+
+TEST_F(TTextEditorState, TellsOfEveryChange)
+{
+    Load("select 1");
+    QSignalSpy spy(Editor.get(), &TTextEditor::OnChange);
+    const auto told = [&](const char *what) {
+        Settle();
+        EXPECT_GT(spy.count(), 0) << what;
+        spy.clear();
+    };
+    Type("x");
+    told("typing");
+    Press(Qt::Key_Right);
+    told("caret");
+    Press(Qt::Key_Right, Qt::ShiftModifier);
+    told("selection");
+    Editor->SetModified(false);
+    told("modified mark");
+    Editor->SetReadOnly(true);
+    told("read-only");
+    Editor->SetText("y");
+    told("new text");
+    Editor->SetReadOnly(true);
+    Settle();
+    EXPECT_EQ(spy.count(), 0) << "nothing changed";
+}
+
+TEST_F(TTextEditorState, ReadOnlyTakesNoInputButNewText)
+{
+    Editor->SetReadOnly(true);
+    Editor->SetText("fixed");
+    Type("x");
+    Press(Qt::Key_Return);
+    Press(Qt::Key_Slash, Qt::ControlModifier);
+    Editor->PasteText("y");
+    EXPECT_EQ(Editor->Text(), QStringLiteral("fixed"));
+    EXPECT_TRUE(Editor->IsReadOnly());
+}
+
+TEST_F(TTextEditorState, CaretGoesByCharactersNotBytes)
+{
+    Load(QStringLiteral("ä😀x\n日本"), 0, 3);
+    EXPECT_EQ(Editor->CaretColumn(), 3);
+    Type("|");
+    Editor->SetCaret(1, 99);
+    EXPECT_EQ(Editor->CaretLine(), 1);
+    EXPECT_EQ(Editor->CaretColumn(), 2);
+    Editor->SetCaret(99, -1);
+    EXPECT_EQ(Editor->CaretLine(), 1);
+    EXPECT_EQ(Editor->CaretColumn(), 0);
+    EXPECT_EQ(Editor->Text(), QStringLiteral("ä😀|x\n日本"));
+}

@@ -1,0 +1,221 @@
+#include "uVTDataFixture.h"
+
+#include <QScrollBar>
+
+#include <stdexcept>
+
+namespace {
+
+class TVTDataUpdateCycle : public TVTData
+{};
+
+struct TRefreshCase
+{
+    const char *Name;
+    QStringList Before;
+    QStringList After;
+};
+
+class TVTRefresh : public TVTData, public testing::WithParamInterface<TRefreshCase>
+{};
+
+TEST_P(TVTRefresh, LeavesWhatWasAddedAgainInOrder)
+{
+    Fill(GetParam().Before);
+    QHash<QString, TVTDataItem *> kept;
+    for (const QString &id : GetParam().After)
+        kept.insert(id, Manager.FindNode(id));
+    Fill(GetParam().After);
+    QStringList ordered = GetParam().After;
+    ordered.sort();
+    EXPECT_EQ(Shown(), ordered);
+    for (const QString &id : GetParam().Before)
+        EXPECT_EQ(Manager.FindNode(id) != nullptr, ordered.contains(id)) << qPrintable(id);
+    for (const QString &id : ordered)
+        EXPECT_TRUE(!kept[id] || kept[id] == Manager.FindNode(id)) << qPrintable(id);
+    for (int i = 0; i < ordered.size(); ++i)
+        EXPECT_EQ(Manager.FindNode(ordered[i]), Manager.DataList()->Items(i));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, TVTRefresh,
+    testing::Values(TRefreshCase{"FirstFill", {}, {"b", "a", "c"}},
+                    TRefreshCase{"Same", {"a", "b"}, {"b", "a"}},
+                    TRefreshCase{"Emptied", {"a", "b"}, {}},
+                    TRefreshCase{"FirstGoes", {"a", "b", "c"}, {"b", "c"}},
+                    TRefreshCase{"EverySecondGoes", {"a", "b", "c", "d", "e"}, {"a", "c", "e"}},
+                    TRefreshCase{"OthersInstead", {"a", "c"}, {"d", "b"}},
+                    TRefreshCase{"NewOnesBetween", {"a", "c", "e"}, {"e", "d", "c", "b", "a"}}),
+    [](const auto &info) { return info.param.Name; });
+
+TEST_F(TVTDataUpdateCycle, MarksUntilAddedAgain)
+{
+    Fill({"a", "b"});
+    Add(Manager.FindNode("a")->DataList(), "a1");
+    Manager.BeginUpdate();
+    EXPECT_EQ(Manager.DataList()->GetCountUsed(), 0);
+    EXPECT_TRUE(Manager.FindNode("a1")->IsDeleted());
+    Manager.DataList()->Add("A", nullptr, {}, {"a"});
+    Add(Manager.DataList(), "new");
+    EXPECT_EQ(Manager.DataList()->GetCountUsed(), 2);
+    EXPECT_EQ(Shown(), QStringList({"a", "b"})) << "the view is told at the end";
+    Manager.EndUpdate();
+    EXPECT_EQ(Shown(), QStringList({"a", "new"}));
+    EXPECT_EQ(Manager.FindNode("a1"), nullptr) << "its parent stayed, it did not";
+    EXPECT_FALSE(Manager.FindNode("a")->HasChildren());
+}
+
+TEST_F(TVTDataUpdateCycle, IsToldOnceWhenNested)
+{
+    Fill({"a", "b"});
+    Add(Manager.FindNode("a")->DataList(), "gone");
+    {
+        const TVTDataUpdate outer(&Manager);
+        TVTDataItem *a = Add(Manager.DataList(), "a");
+        {
+            const TVTDataUpdate inner(a->DataList());
+            Add(a->DataList(), "a2")->DataList()->Add("deep", nullptr, {}, {"deep"});
+            Add(a->DataList(), "a1");
+        }
+        EXPECT_EQ(Manager.FindNode("gone"), nullptr);
+        EXPECT_TRUE(Manager.IsUpdating());
+        EXPECT_NE(Manager.FindNode("b"), nullptr) << "it is for the outer cycle to sweep";
+    }
+    EXPECT_EQ(Shown(), QStringList{"a"});
+    EXPECT_EQ(ShownBelow("a"), QStringList({"a1", "a2"}));
+    EXPECT_EQ(ShownBelow("a2"), QStringList{"deep"});
+}
+
+TEST_F(TVTDataUpdateCycle, SweepsWhatADrawingThatThrewDidNotReach)
+{
+    Fill({"a", "b", "c"});
+    Manager.SetFocusedItem(Manager.FindNode("c"));
+    TVTSignals raised(Manager);
+    EXPECT_THROW(
+        {
+            const TVTDataUpdate update(&Manager);
+            Add(Manager.DataList(), "a");
+            throw std::runtime_error("list cannot be read");
+        },
+        std::runtime_error);
+    EXPECT_FALSE(Manager.IsUpdating());
+    EXPECT_EQ(Shown(), QStringList{"a"});
+    EXPECT_TRUE(View->updatesEnabled());
+    TTestLoop::Settle();
+    EXPECT_EQ(raised.Raised, QStringList{"focus a"});
+}
+
+TEST_F(TVTDataUpdateCycle, KeepsExpansionFocusAndPlaceOnTheScreen)
+{
+    const auto fill = [&](const QStringList &more, int skipped) {
+        const TVTDataUpdate update(&Manager);
+        for (int i = 0; i < 50; ++i) {
+            if (i + 10 == skipped)
+                continue;
+            TVTDataItem *item = Add(Manager.DataList(), QStringLiteral("node%1").arg(i + 10));
+            for (int j = 0; j < 3; ++j)
+                Add(item->DataList(), QStringLiteral("%1.%2").arg(item->Id()).arg(j));
+        }
+        for (const QString &id : more)
+            Add(Manager.DataList(), id);
+    };
+    fill({}, -1);
+    Manager.FindNode("node20")->SetExpanded(true);
+    Manager.FindNode("node30")->SetExpanded(true);
+    Manager.SetFocusedItem(Manager.FindNode("node30.1"));
+    View->scrollTo(Manager.Model()->IndexOf(Manager.FindNode("node29")), View->PositionAtTop);
+    View->verticalScrollBar()->setValue(View->verticalScrollBar()->value() + 5);
+    const int top = TopOf("node30.1");
+    ASSERT_GT(top, 0);
+    TVTSignals raised(Manager);
+    fill({"another", "before"}, 10);
+    EXPECT_EQ(FocusedId(), "node30.1");
+    EXPECT_TRUE(Manager.FindNode("node20")->IsExpanded());
+    EXPECT_TRUE(Manager.FindNode("node30")->IsExpanded());
+    EXPECT_FALSE(Manager.FindNode("node21")->IsExpanded());
+    EXPECT_EQ(TopOf("node30.1"), top);
+    EXPECT_EQ(raised.Raised, QStringList());
+}
+
+TEST_F(TVTDataUpdateCycle, ShowsWhatIsNewAtTheTopWhenNotScrolled)
+{
+    Fill(QString("bcdefghijklmnopqrstuvwxyz").split(QString(), Qt::SkipEmptyParts));
+    ASSERT_GT(View->verticalScrollBar()->maximum(), 0);
+    Fill(QString("abcdefghijklmnopqrstuvwxyz").split(QString(), Qt::SkipEmptyParts));
+    EXPECT_EQ(TopOf("a"), 0);
+}
+
+TEST_F(TVTDataUpdateCycle, IsPaintedOnce)
+{
+    class TPaintCounter : public QObject
+    {
+    public:
+        int Count = 0;
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            Count += event->type() == QEvent::Paint;
+            return false;
+        }
+    };
+    const QStringList many = QString("a b c d e f g h i j k l m n o p q r s t u v w").split(' ');
+    Fill(many);
+    TTestLoop::Settle();
+    TPaintCounter counter;
+    View->viewport()->installEventFilter(&counter);
+    {
+        const TVTDataUpdate update(&Manager);
+        for (const QString &id : many) {
+            Add(Manager.DataList(), id + "2");
+            TTestLoop::Settle();
+        }
+    }
+    EXPECT_EQ(counter.Count, 0);
+    TTestLoop::Settle();
+    EXPECT_EQ(counter.Count, 1);
+}
+
+struct THeirCase
+{
+    const char *Name;
+    QString Focused;
+    QStringList Roots; // left after the refresh
+    QStringList Leaves; // left below "b", when that is left
+    QString Heir;
+};
+
+class TVTFocusHeir : public TVTData, public testing::WithParamInterface<THeirCase>
+{
+protected:
+    void Draw(const QStringList &roots, const QStringList &leaves)
+    {
+        const TVTDataUpdate update(&Manager);
+        for (const QString &id : roots) {
+            TVTDataItem *item = Add(Manager.DataList(), id);
+            for (const QString &leaf : id == "b" ? leaves : QStringList())
+                Add(item->DataList(), leaf);
+        }
+    }
+};
+
+TEST_P(TVTFocusHeir, TakesOverFromANodeThatVanished)
+{
+    Draw({"a", "b", "c"}, {"b1", "b2", "b3"});
+    Manager.SetFocusedItem(Manager.FindNode(GetParam().Focused));
+    TVTSignals raised(Manager);
+    Draw(GetParam().Roots, GetParam().Leaves);
+    EXPECT_EQ(FocusedId(), GetParam().Heir);
+    const QString heir = GetParam().Heir.isEmpty() ? "-" : GetParam().Heir;
+    EXPECT_EQ(raised.Raised, QStringList{"focus " + heir});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, TVTFocusHeir,
+    testing::Values(THeirCase{"NextSibling", "b1", {"a", "b", "c"}, {"b3"}, "b3"},
+                    THeirCase{"PreviousWithoutNext", "b3", {"a", "b", "c"}, {"b1", "b2"}, "b2"},
+                    THeirCase{"ParentWithoutSiblings", "b2", {"a", "b", "c"}, {}, "b"},
+                    THeirCase{"SiblingOfTheParent", "b2", {"a", "c"}, {}, "c"},
+                    THeirCase{"NobodyLeft", "b2", {}, {}, ""},
+                    THeirCase{"NewNodesDoNotCount", "c", {"a", "b", "d"}, {}, "b"}),
+    [](const auto &info) { return info.param.Name; });
+
+} // namespace
