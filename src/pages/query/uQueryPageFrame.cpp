@@ -1,0 +1,444 @@
+#include "pages/query/uQueryPageFrame.h"
+
+#include "app/uAppConfig.h"
+#include "core/uDbmErrorNames.h"
+#include "model/uDbmManager.h"
+#include "pages/data/uDataFrame.h"
+#include "pages/data/uFieldKinds.h"
+#include "pages/query/uEditorFrame.h"
+#include "pages/query/uQueryExplainFrame.h"
+#include "pages/query/uQueryLogFrame.h"
+#include "pages/query/uQueryPageControls.h"
+#include "shell/uAppDialogs.h"
+#include "shell/uAppMessages.h"
+#include "shell/uFileDialogs.h"
+#include "shell/uGuard.h"
+#include "support/uFormat.h"
+#include "widgets/uDropDownCombo.h"
+#include "widgets/uTextEditor.h"
+#include "widgets/uWaitCursor.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QFileInfo>
+#include <QGuiApplication>
+
+TQueryPageFrame::TQueryPageFrame(QWidget *owner) : TPageFrame(owner) {}
+
+TQueryPageFrame::~TQueryPageFrame() = default;
+
+void TQueryPageFrame::InitializeFromFile(TDbmManager *manager, const QString &fileName,
+                                         int resultHeight, const QString &usedDatabaseName)
+{
+    InitializeFromText(manager, {}, resultHeight, usedDatabaseName);
+    FFileName = fileName;
+}
+
+void TQueryPageFrame::InitializeFromText(TDbmManager *manager, const QString &text,
+                                         int resultHeight, const QString &usedDatabaseName)
+{
+    FManager = manager;
+    FText = text;
+    FResultHeight = resultHeight;
+    FUsedDatabaseName = usedDatabaseName;
+}
+
+void TQueryPageFrame::DoCreate()
+{
+    TPageFrame::DoCreate();
+    FControls = new TQueryPageControls(this);
+    ConnectActions();
+}
+
+void TQueryPageFrame::ConnectActions()
+{
+    const auto on = [this](QAction *action, auto work) {
+        connect(action, &QAction::triggered, this, [this, work] { TGuard::Run(work); });
+    };
+    on(FControls->actExecute, [this] { ExecuteQuery(false); });
+    on(FControls->actExecuteSelected, [this] { ExecuteQuery(true); });
+    on(FControls->actSave, [this] { Save(); });
+    on(FControls->actSaveAs, [this] { SaveAs(); });
+    on(FControls->actDuplicate, [this] { Q_EMIT OnDuplicate(); });
+    on(FControls->actExportAsCVS, [this] { Q_EMIT OnExportAsCvs(); });
+    on(FControls->actExportAsText, [this] { Q_EMIT OnExportAsText(); });
+    on(FControls->actGotoResult, [this] { GotoTab(qrtResult); });
+    on(FControls->actGotoExplain, [this] { GotoTab(qrtExplain); });
+    on(FControls->actGotoLog, [this] { GotoTab(qrtLog); });
+    connect(FControls->cbxUse, &TDropDownCombo::OnDropDown, this, [this] {
+        TGuard::Run([this] {
+            FManager->Databases().RequestProcess();
+            FillDatabases();
+        });
+    });
+}
+
+void TQueryPageFrame::DoLoad()
+{
+    FControls->SetResultHeight(FResultHeight > 0 ? FResultHeight : height() / 2);
+    const bool bound = FManager->IsDatabaseConnection();
+    FControls->SetUseVisible(!bound);
+    LoadEditor();
+    MarkTabsDirty();
+    FControls->actGotoResult->trigger();
+    if (!bound) {
+        FillDatabases();
+        FControls->cbxUse->setCurrentIndex(
+            std::max(0, FControls->cbxUse->findText(
+                            FUsedDatabaseName, Qt::MatchFixedString | Qt::MatchCaseSensitive)));
+    }
+    DisplayResults();
+    UpdateActions();
+}
+
+void TQueryPageFrame::LoadEditor()
+{
+    FEditorFrame = New<TSqlEditorFrame>(FControls->panEditor);
+    FEditorFrame->MoveTo(FControls->panEditor);
+    FEditorFrame->Editor().setAccessibleName("SQL");
+    if (FFileName.isEmpty()) {
+        FEditorFrame->SetText(FText);
+    } else {
+        TWaitCursor::Show();
+        FEditorFrame->SetText(FFile.Load(FFileName));
+        FEditorFrame->Editor().SetReadOnly(FFile.IsUndecodable());
+    }
+    connect(FEditorFrame, &TEditorFrame::OnChange, this, &TQueryPageFrame::UpdateActions);
+}
+
+void TQueryPageFrame::DoActivate()
+{
+    if (FEditorFrame)
+        FEditorFrame->setFocus();
+}
+
+void TQueryPageFrame::FillDatabases()
+{
+    TDropDownCombo *combo = FControls->cbxUse;
+    const QString selected = combo->currentIndex() > 0 ? combo->currentText() : QString();
+    QStringList names = {"(none)"};
+    FManager->Databases().ForEach([&](TDbmDatabaseItem &item) { names += item.Name(); });
+    const QSignalBlocker blocker(combo);
+    combo->clear();
+    combo->addItems(names);
+    combo->setCurrentIndex(selected.isEmpty() ? 0 : std::max(0, int(names.indexOf(selected))));
+}
+
+void TQueryPageFrame::ExecuteQuery(bool selectedOnly)
+{
+    DetachResult();
+    UseDatabase();
+    const QString text =
+        selectedOnly ? FEditorFrame->Editor().SelectedText() : FEditorFrame->Text();
+    FMySqlError.reset();
+    FIsResult = true;
+    RunStatements(text);
+    FExecuted = true;
+    FExecutedText = text;
+    DisplayResults();
+    UpdateActions();
+}
+
+// The grid must never refer to a dataset that is gone.
+void TQueryPageFrame::DetachResult()
+{
+    if (!FDataFrame)
+        return;
+    FDataFrame->SetNullParams();
+    // The next answer comes in the order that its statement asks for.
+    FDataFrame->SetSort({}, true);
+    if (FExplainFrame)
+        FExplainFrame->InitializeNull();
+    if (FLogFrame)
+        FLogFrame->InitializeNull();
+    FExecResult.Release();
+    FExecResult.ExecTime = 0;
+}
+
+void TQueryPageFrame::UseDatabase()
+{
+    const QString name = FManager->IsDatabaseConnection() ? FManager->GetUsedDatabase()->Name()
+                                                          : GetUsedDatabaseName();
+    if (!name.isEmpty())
+        FManager->Commands().Databases().ExecuteUse(name);
+}
+
+void TQueryPageFrame::RunStatements(const QString &text)
+{
+    try {
+        FExecResult =
+            FManager->Command().ExecQuery(text, {qoExplain, qoLongStrings, qoLog}, nullptr, ";");
+    } catch (const EDacMySqlError &e) {
+        FMySqlError = std::make_unique<EDacMySqlError>(e);
+    }
+}
+
+void TQueryPageFrame::MarkTabsDirty()
+{
+    for (bool &dirty : FTabDirty)
+        dirty = true;
+}
+
+void TQueryPageFrame::DisplayResults()
+{
+    MarkTabsDirty();
+    DisplayError();
+    PrepareResultTab(FControls->ActiveTab());
+    UpdateActions();
+    DisplayStatus();
+}
+
+void TQueryPageFrame::DisplayError()
+{
+    if (!FIsResult || !FMySqlError) {
+        FControls->ShowError({});
+        return;
+    }
+    FControls->ShowError(
+        TFormat::Format("%s (%d) - %s", {TDbmErrorCodeParser::Parse(FMySqlError->ErrorCode()),
+                                         FMySqlError->ErrorCode(), FMySqlError->ErrorMessage()}));
+}
+
+void TQueryPageFrame::DisplayStatus()
+{
+    QString rows = "-";
+    QString time = "-";
+    if (FExecuted) {
+        if (const TMyQuery *dataset = ActiveDataset())
+            rows = QString::number(dataset->RecordCount());
+        time = TFormat::Format("%.2f ms", {FExecResult.ExecTime * 1000});
+    }
+    FControls->SetStatus(TFormat::Format("Rows: %s", {rows}), TFormat::Format("Time: %s", {time}),
+                         TFormat::Format("File name: %s", {FFileName}));
+}
+
+void TQueryPageFrame::GotoTab(int tab)
+{
+    PrepareResultTab(tab);
+    FControls->SetActiveTab(tab);
+}
+
+void TQueryPageFrame::PrepareResultTab(int tab)
+{
+    const bool dirty = FTabDirty[tab];
+    FTabDirty[tab] = false;
+    switch (tab) {
+    case qrtResult:
+        PrepareDataTab(dirty);
+        break;
+    case qrtExplain:
+        PrepareExplainTab(dirty);
+        break;
+    default:
+        PrepareLogTab(dirty);
+    }
+}
+
+void TQueryPageFrame::PrepareDataTab(bool dirty)
+{
+    if (!FDataFrame) {
+        FDataFrame = New<TDataFrame>(FControls->tshTabs[qrtResult]);
+        FDataFrame->MoveTo(FControls->tshTabs[qrtResult]);
+        FDataFrame->SetOnGetColumnColor([this](const QString &fieldName, QColor &color) {
+            const TField *field =
+                FDataFrame->Dataset() ? FDataFrame->Dataset()->FindField(fieldName) : nullptr;
+            if (field)
+                color = TAppFieldTypeColors::Color(FieldKindOf(field->DataType()));
+        });
+    }
+    if (!dirty)
+        return;
+    if (FIsResult && FExecResult.Query)
+        FDataFrame->SetParams(FExecResult.Query);
+    else
+        FDataFrame->SetNullParams();
+    FDataFrame->Process();
+}
+
+void TQueryPageFrame::PrepareExplainTab(bool dirty)
+{
+    if (!FExplainFrame) {
+        FExplainFrame = New<TQueryExplainFrame>(FControls->tshTabs[qrtExplain]);
+        FExplainFrame->MoveTo(FControls->tshTabs[qrtExplain]);
+    }
+    if (!dirty)
+        return;
+    if (FIsResult && FExecResult.Explain)
+        FExplainFrame->Initialize(FExecResult.Explain.get());
+    else
+        FExplainFrame->InitializeNull();
+    FExplainFrame->Process();
+}
+
+void TQueryPageFrame::PrepareLogTab(bool dirty)
+{
+    if (!FLogFrame) {
+        FLogFrame = New<TQueryLogFrame>(FControls->tshTabs[qrtLog]);
+        FLogFrame->MoveTo(FControls->tshTabs[qrtLog]);
+    }
+    if (!dirty)
+        return;
+    if (FIsResult)
+        FLogFrame->Initialize(FExecResult.Log.get(), FExecResult.ExecTime);
+    else
+        FLogFrame->InitializeNull();
+    FLogFrame->Process();
+}
+
+TMyQuery *TQueryPageFrame::ActiveDataset() const
+{
+    return FExecResult.Query && FExecResult.Query->Active() ? FExecResult.Query : nullptr;
+}
+
+void TQueryPageFrame::UpdateActions()
+{
+    if (!FEditorFrame)
+        return;
+    const bool exportable = ActiveDataset() != nullptr;
+    FControls->actSave->setEnabled(FEditorFrame->Editor().IsModified() || FFileName.isEmpty());
+    // The delimited export has no work yet.
+    FControls->actExportAsCVS->setEnabled(false);
+    FControls->actExportAsText->setEnabled(exportable);
+    TAppMessages::SendQueryPageStatusChanged();
+}
+
+bool TQueryPageFrame::MayOverwrite()
+{
+    return !FFile.IsChangedOnDisk() ||
+           TAppDialogs::Execute(
+               TFormat::Format("The file \"%s\" was changed by another program. Overwrite it?",
+                               {FFileName}),
+               [] {});
+}
+
+void TQueryPageFrame::Save()
+{
+    if (FFileName.isEmpty()) {
+        SaveAs();
+        return;
+    }
+    if (!MayOverwrite())
+        return;
+    FEditorFrame->Editor().TrimTrailingSpaces();
+    FFile.Save(FEditorFrame->Text());
+    FEditorFrame->Editor().SetModified(false);
+    UpdateActions();
+}
+
+void TQueryPageFrame::SaveAs()
+{
+    SaveAsTo();
+}
+
+bool TQueryPageFrame::SaveAsTo()
+{
+    const QFileInfo file(FFileName);
+    const TFileDialogs::TOptions options = {
+        .Folder = FFileName.isEmpty() ? TAppConfig::ReadLastQueryFolder() : file.path(),
+        .DefaultName = FFileName.isEmpty() ? QString() : file.fileName(),
+        .Extension = "sql"};
+    QString fileName;
+    if (!TFileDialogs::Save(this, options, fileName))
+        return false;
+    TAppConfig::WriteLastQueryFolder(QFileInfo(fileName).path());
+    FEditorFrame->Editor().TrimTrailingSpaces();
+    FFile.SaveAs(fileName, FEditorFrame->Text());
+    FEditorFrame->Editor().SetModified(false);
+    FFileName = fileName;
+    UpdateActions();
+    DisplayStatus();
+    UpdateId("query." + fileName);
+    UpdateTitle();
+    return true;
+}
+
+QString TQueryPageFrame::DoGetTitle() const
+{
+    return FFileName.isEmpty() ? QString("Query") : QFileInfo(FFileName).fileName();
+}
+
+// A modified page with a file is saved without asking, but never over somebody else's change and
+// never lost by a disk that refuses: then the user decides.
+bool TQueryPageFrame::DoCloseQuery()
+{
+    if (!FEditorFrame || FFileName.isEmpty() || !FEditorFrame->Editor().IsModified())
+        return true;
+    TGuard::Run([this] { Save(); });
+    FCloseAsked = !FEditorFrame->Editor().IsModified() ||
+                  TAppDialogs::Execute(
+                      TFormat::Format("\"%s\" is not saved. Close it all the same?", {FFileName}),
+                      [] {});
+    return FCloseAsked;
+}
+
+void TQueryPageFrame::DoUnload()
+{
+    if (!FCloseAsked)
+        DoCloseQuery();
+    if (FDataFrame)
+        FDataFrame->SetNullParams();
+    if (FExplainFrame)
+        FExplainFrame->InitializeNull();
+    if (FLogFrame)
+        FLogFrame->InitializeNull();
+    FExecResult.Release();
+    FEditorFrame->disconnect(this);
+}
+
+QString TQueryPageFrame::GetText() const
+{
+    return FEditorFrame ? FEditorFrame->Text() : FText;
+}
+
+int TQueryPageFrame::GetResultHeight() const
+{
+    return FEditorFrame ? FControls->ResultHeight() : FResultHeight;
+}
+
+QString TQueryPageFrame::GetUsedDatabaseName() const
+{
+    if (!FEditorFrame)
+        return FUsedDatabaseName;
+    return FControls->cbxUse->currentIndex() >= 1 ? FControls->cbxUse->currentText() : QString();
+}
+
+void TQueryPageFrame::PasteText(const QString &text)
+{
+    QGuiApplication::clipboard()->setText(text);
+    FEditorFrame->PasteText(text);
+}
+
+QAction *TQueryPageFrame::GetSaveAction() const
+{
+    return FControls->actSave;
+}
+
+QAction *TQueryPageFrame::GetSaveAsAction() const
+{
+    return FControls->actSaveAs;
+}
+
+QAction *TQueryPageFrame::GetExecuteAction() const
+{
+    return FControls->actExecute;
+}
+
+QAction *TQueryPageFrame::GetExecuteSelectedAction() const
+{
+    return FControls->actExecuteSelected;
+}
+
+QAction *TQueryPageFrame::GetExportAsCvsAction() const
+{
+    return FControls->actExportAsCVS;
+}
+
+QAction *TQueryPageFrame::GetExportAsTextAction() const
+{
+    return FControls->actExportAsText;
+}
+
+QAction *TQueryPageFrame::GetDuplicateAction() const
+{
+    return FControls->actDuplicate;
+}

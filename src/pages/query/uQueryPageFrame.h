@@ -1,0 +1,110 @@
+#pragma once
+
+#include "core/uDacMySqlError.h"
+#include "core/uDbmCommand.h"
+#include "pages/query/uTextDocumentFile.h"
+#include "shell/uPageFrame.h"
+
+#include <memory>
+
+class QAction;
+class TDataFrame;
+class TDbmManager;
+class TQueryExplainFrame;
+class TQueryLogFrame;
+class TQueryPageControls;
+class TSqlEditorFrame;
+
+/// A SQL editor above the result of what was run: rows, plan and log. Running blocks the page until
+/// the server has answered. The text, its file, the chosen database and the height of the result
+/// area are what a session keeps.
+class TQueryPageFrame : public TPageFrame
+{
+    Q_OBJECT
+public:
+    explicit TQueryPageFrame(QWidget *owner);
+    ~TQueryPageFrame() override;
+
+    /// One of the two, before the page loads. `resultHeight` in pixels, 0 for half of the page. The
+    /// manager is not owned.
+    void InitializeFromFile(TDbmManager *manager, const QString &fileName, int resultHeight,
+                            const QString &usedDatabaseName);
+    void InitializeFromText(TDbmManager *manager, const QString &text, int resultHeight,
+                            const QString &usedDatabaseName);
+
+    QString GetText() const;
+    QString GetFileName() const { return FFileName; }
+    int GetResultHeight() const;
+    QString GetUsedDatabaseName() const;
+    /// Puts the text on the clipboard and pastes it at the caret.
+    void PasteText(const QString &text);
+
+    QAction *GetSaveAction() const;
+    QAction *GetSaveAsAction() const;
+    QAction *GetExecuteAction() const;
+    QAction *GetExecuteSelectedAction() const;
+    QAction *GetExportAsCvsAction() const;
+    QAction *GetExportAsTextAction() const;
+    QAction *GetDuplicateAction() const;
+
+    /// The text that was submitted last, and the outcome of the last run; owned by the page.
+    const QString &GetExecutedText() const { return FExecutedText; }
+    const TDbmCommandExecQueryResult &GetExecResult() const { return FExecResult; }
+
+Q_SIGNALS:
+    void OnDuplicate();
+    void OnExportAsText();
+    void OnExportAsCvs();
+
+protected:
+    QString DoGetTitle() const override;
+    bool DoCloseQuery() override;
+    void DoCreate() override;
+    void DoLoad() override;
+    void DoUnload() override;
+    void DoActivate() override;
+
+private:
+    void ConnectActions();
+    void LoadEditor();
+    void FillDatabases();
+    void ExecuteQuery(bool selectedOnly);
+    void DetachResult();
+    void UseDatabase();
+    void RunStatements(const QString &text);
+    void DisplayResults();
+    void DisplayError();
+    void DisplayStatus();
+    void MarkTabsDirty();
+    void GotoTab(int tab);
+    void PrepareResultTab(int tab);
+    void PrepareDataTab(bool dirty);
+    void PrepareExplainTab(bool dirty);
+    void PrepareLogTab(bool dirty);
+    TMyQuery *ActiveDataset() const; // nullptr without rows
+    void UpdateActions();
+    void Save();
+    void SaveAs();
+    bool SaveAsTo();
+    bool MayOverwrite();
+
+    TDbmManager *FManager = nullptr;
+    QString FFileName;
+    QString FText;
+    QString FUsedDatabaseName;
+    int FResultHeight = 0;
+    TTextDocumentFile FFile;
+    bool FExecuted = false;
+    QString FExecutedText;
+    TDbmCommandExecQueryResult FExecResult;
+    bool FIsResult = false;
+    std::unique_ptr<EDacMySqlError> FMySqlError;
+    bool FTabDirty[3] = {true, true, true};
+    bool FCloseAsked = false;
+
+    TQueryPageControls *FControls = nullptr; // child
+    TSqlEditorFrame *FEditorFrame = nullptr; // child widgets
+    TDataFrame *FDataFrame = nullptr;
+    TQueryExplainFrame *FExplainFrame = nullptr;
+    TQueryLogFrame *FLogFrame = nullptr;
+};

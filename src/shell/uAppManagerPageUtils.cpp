@@ -1,0 +1,148 @@
+#include "shell/uAppManagerPageUtils.h"
+
+#include "model/uDbmManager.h"
+#include "pages/query/uEditorPageFrame.h"
+#include "pages/query/uQueryPageFrame.h"
+#include "shell/uPageManagerFrame.h"
+#include "tools/uDbmQueryTextResultFormatter.h"
+#include "widgets/uIcons.h"
+
+#include <QFileInfo>
+
+TAppManagerPageUtils::TAppManagerPageUtils(TDbmManager *manager, TPageManagerFrame *pageManager)
+    : FManager(manager), FPageManager(pageManager)
+{}
+
+void TAppManagerPageUtils::SelectPrevPage()
+{
+    FPageManager->SelectPrevPage();
+}
+
+void TAppManagerPageUtils::SelectNextPage()
+{
+    FPageManager->SelectNextPage();
+}
+
+TPageFrame *TAppManagerPageUtils::Show(const QString &id, const QIcon &image, bool activate,
+                                       const TCreateAction &createAction)
+{
+    return FPageManager->AddPage(id, createAction, image, activate);
+}
+
+void TAppManagerPageUtils::ShowQueryFromText(const QString &text, const QString &usedDatabaseName,
+                                             int editorHeight, bool activate)
+{
+    Show({}, TIcons::Icon("query"), activate, [&](QWidget *owner) {
+        auto *page = TBaseFrame::New<TQueryPageFrame>(owner);
+        page->InitializeFromText(FManager, text, editorHeight, usedDatabaseName);
+        HookQueryPage(page);
+        return page;
+    });
+}
+
+void TAppManagerPageUtils::ShowQueryFromFile(const QString &fileName,
+                                             const QString &usedDatabaseName, int editorHeight,
+                                             bool activate)
+{
+    if (!QFileInfo(fileName).isFile())
+        return;
+    Show("query." + fileName, TIcons::Icon("query"), activate, [&](QWidget *owner) {
+        auto *page = TBaseFrame::New<TQueryPageFrame>(owner);
+        page->InitializeFromFile(FManager, fileName, editorHeight, usedDatabaseName);
+        HookQueryPage(page);
+        return page;
+    });
+}
+
+void TAppManagerPageUtils::HookQueryPage(TQueryPageFrame *page)
+{
+    QObject::connect(page, &TQueryPageFrame::OnDuplicate, page, [this, page] {
+        ShowQueryFromText(page->GetText(), page->GetUsedDatabaseName(), page->GetResultHeight(),
+                          true);
+    });
+    QObject::connect(page, &TQueryPageFrame::OnExportAsText, page, [this, page] {
+        ShowExportQueryAsText(page->GetExecutedText(), page->GetExecResult());
+    });
+}
+
+void TAppManagerPageUtils::ShowExportQueryAsText(const QString &sql,
+                                                 const TDbmCommandExecQueryResult &execResult)
+{
+    QString text;
+    TDbmQueryTextResultFormatter formatter;
+    formatter.Execute(sql, execResult.Query, text, execResult.ExecTime);
+    ShowPanelEditor("Result as text", text, false, false);
+}
+
+void TAppManagerPageUtils::ShowPanelEditor(const QString &caption, const QString &fileNameOrText,
+                                           bool useFileName, bool readOnly)
+{
+    Show({}, TIcons::Icon("text-page"), true, [&](QWidget *owner) {
+        auto *page = TBaseFrame::New<TEditorPageFrame>(owner);
+        page->Initialize(caption, fileNameOrText, useFileName, readOnly);
+        return page;
+    });
+}
+
+void TAppManagerPageUtils::PasteText(const QString &text)
+{
+    if (!IsQueryPageActive())
+        ShowQueryFromText({}, {}, 0, true);
+    ActiveQueryPage()->PasteText(text);
+}
+
+TPageFrame *TAppManagerPageUtils::GetActivePage() const
+{
+    return FPageManager->ActivePage();
+}
+
+bool TAppManagerPageUtils::IsQueryPageActive() const
+{
+    return ActiveQueryPage() != nullptr;
+}
+
+TQueryPageFrame *TAppManagerPageUtils::ActiveQueryPage() const
+{
+    return qobject_cast<TQueryPageFrame *>(FPageManager->ActivePage());
+}
+
+QAction *TAppManagerPageUtils::QueryPageAction(TGetAction getAction) const
+{
+    TQueryPageFrame *page = ActiveQueryPage();
+    return page ? (page->*getAction)() : nullptr;
+}
+
+QAction *TAppManagerPageUtils::GetQueryPageSaveAction() const
+{
+    return QueryPageAction(&TQueryPageFrame::GetSaveAction);
+}
+
+QAction *TAppManagerPageUtils::GetQueryPageSaveAsAction() const
+{
+    return QueryPageAction(&TQueryPageFrame::GetSaveAsAction);
+}
+
+QAction *TAppManagerPageUtils::GetQueryPageExecuteAction() const
+{
+    return QueryPageAction(&TQueryPageFrame::GetExecuteAction);
+}
+
+QAction *TAppManagerPageUtils::GetQueryPageExecuteSelectedAction() const
+{
+    return QueryPageAction(&TQueryPageFrame::GetExecuteSelectedAction);
+}
+
+QAction *TAppManagerPageUtils::GetQueryPageExportAsCvsAction() const
+{
+    return QueryPageAction(&TQueryPageFrame::GetExportAsCvsAction);
+}
+
+QAction *TAppManagerPageUtils::GetQueryPageExportAsTextAction() const
+{
+    return QueryPageAction(&TQueryPageFrame::GetExportAsTextAction);
+}
+
+QAction *TAppManagerPageUtils::GetQueryPageDuplicateAction() const
+{
+    return QueryPageAction(&TQueryPageFrame::GetDuplicateAction);
+}

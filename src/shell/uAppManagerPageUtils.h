@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QIcon>
+#include <QString>
+#include <functional>
+
+class QAction;
+class QWidget;
+class TDbmManager;
+class TPageFrame;
+class TPageManagerFrame;
+class TQueryPageFrame;
+struct TDbmCommandExecQueryResult;
+
+/// Opens the pages of one workspace, or finds them by their identity: asking for a page that is
+/// open brings it to the front. Refers to the workspace's manager and tab set, which outlive it.
+class TAppManagerPageUtils
+{
+public:
+    TAppManagerPageUtils(TDbmManager *manager, TPageManagerFrame *pageManager); // not owned
+
+    void SelectPrevPage();
+    void SelectNextPage();
+    /// A new query page without identity. `editorHeight` is the height of its result area, 0 for
+    /// half of the page.
+    void ShowQueryFromText(const QString &text, const QString &usedDatabaseName, int editorHeight,
+                           bool activate);
+    /// Only if the file exists; found again by the file's name.
+    void ShowQueryFromFile(const QString &fileName, const QString &usedDatabaseName,
+                           int editorHeight, bool activate);
+    void ShowExportQueryAsText(const QString &sql, const TDbmCommandExecQueryResult &execResult);
+    void ShowPanelEditor(const QString &caption, const QString &fileNameOrText, bool useFileName,
+                         bool readOnly);
+    /// Into the active query page, or a new one if another kind of page is active.
+    void PasteText(const QString &text);
+
+    TPageFrame *GetActivePage() const;
+    bool IsQueryPageActive() const;
+    /// Actions of the active query page for the main menu; nullptr without such a page.
+    QAction *GetQueryPageSaveAction() const;
+    QAction *GetQueryPageSaveAsAction() const;
+    QAction *GetQueryPageExecuteAction() const;
+    QAction *GetQueryPageExecuteSelectedAction() const;
+    QAction *GetQueryPageExportAsCvsAction() const;
+    QAction *GetQueryPageExportAsTextAction() const;
+    QAction *GetQueryPageDuplicateAction() const;
+
+private:
+    using TCreateAction = std::function<TPageFrame *(QWidget *owner)>;
+    using TGetAction = QAction *(TQueryPageFrame::*)() const;
+
+    TPageFrame *Show(const QString &id, const QIcon &image, bool activate,
+                     const TCreateAction &createAction);
+    void HookQueryPage(TQueryPageFrame *page);
+    TQueryPageFrame *ActiveQueryPage() const;
+    QAction *QueryPageAction(TGetAction getAction) const;
+
+    TDbmManager *FManager;
+    TPageManagerFrame *FPageManager;
+};

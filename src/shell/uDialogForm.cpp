@@ -1,0 +1,101 @@
+#include "shell/uDialogForm.h"
+
+#include "shell/uGuard.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <memory>
+
+bool TDialogForm::Run(QWidget *owner, const TFactory &factory, const TResultAction &takeResult)
+{
+    if (!owner)
+        owner = QApplication::activeWindow();
+    const std::unique_ptr<TDialogForm> form(new TDialogForm(owner));
+    form->SetFrame(factory(form.get()));
+    if (form->exec() != QDialog::Accepted)
+        return false;
+    if (takeResult)
+        takeResult(*form->FDialogFrame);
+    return true;
+}
+
+TDialogForm::TDialogForm(QWidget *owner) : QDialog(owner)
+{
+    setObjectName("frmDialog");
+    setModal(true);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+
+    auto *bottom = new QFrame(this);
+    bottom->setObjectName("panBottom");
+    auto *row = new QHBoxLayout(bottom);
+    row->addStretch(1);
+    butOK = new QPushButton(bottom);
+    butOK->setObjectName("butOK");
+    butOK->setDefault(true);
+    butCancel = new QPushButton("Cancel", bottom);
+    butCancel->setObjectName("butCancel");
+    butCancel->setAutoDefault(false);
+    row->addWidget(butOK);
+    row->addWidget(butCancel);
+    column->addWidget(bottom);
+
+    connect(butOK, &QPushButton::clicked, this, &TDialogForm::ProcessAndAccept);
+    connect(butCancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+TDialogForm::~TDialogForm()
+{
+    if (FDialogFrame)
+        FDialogFrame->PrepareDestroy();
+}
+
+void TDialogForm::SetFrame(TDialogFrame *frame)
+{
+    FDialogFrame = frame;
+    setWindowTitle(frame->GetTitle());
+    butOK->setText(frame->GetOkButtonTitle());
+    connect(frame, &TDialogFrame::OnProcess, this, &TDialogForm::ProcessAndAccept);
+    connect(frame, &TDialogFrame::OnEnableOkButton, butOK, &QPushButton::setEnabled);
+    static_cast<QVBoxLayout *>(layout())->insertWidget(0, frame, 1);
+    frame->show();
+    frame->ApplyStyle();
+    frame->Prepare();
+    // The frame's wish counts as far as the screen has room.
+    resize(sizeHint().boundedTo(screen()->availableSize() * 9 / 10));
+}
+
+// A failure leaves the window open with its input, and is shown.
+void TDialogForm::ProcessAndAccept()
+{
+    if (TGuard::Run([this] { FDialogFrame->Process(); }))
+        accept();
+}
+
+void TDialogForm::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    if (FShown)
+        return;
+    FShown = true;
+    FocusFirstControl();
+}
+
+void TDialogForm::FocusFirstControl()
+{
+    QWidget *first = FDialogFrame;
+    while (first && !(FDialogFrame->isAncestorOf(first) && first->isVisible() &&
+                      first->isEnabled() && (first->focusPolicy() & Qt::TabFocus))) {
+        first = first->nextInFocusChain();
+        if (first == FDialogFrame)
+            return;
+    }
+    if (first)
+        first->setFocus(Qt::TabFocusReason);
+}

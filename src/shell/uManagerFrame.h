@@ -1,0 +1,68 @@
+#pragma once
+
+#include "shell/uPageFrame.h"
+
+#include <memory>
+
+class QLabel;
+class QSplitter;
+class TAppManagerPageUtils;
+class TAppManagerUtils;
+class TDbmManager;
+class TPageManagerFrame;
+
+/// The workspace of one connection: an area for panels at the left, the tabs of its pages at the
+/// right, a status bar. Owns the connection.
+class TManagerFrame : public TPageFrame
+{
+    Q_OBJECT
+public:
+    explicit TManagerFrame(QWidget *owner);
+    ~TManagerFrame() override;
+
+    void Initialize(std::unique_ptr<TDbmManager> manager, const QString &profileName,
+                    const QString &sessionId);
+    /// Marks everything stale and redraws what is visible; the rest is read when it is looked at.
+    void RefreshManager();
+    QStringList GetPagesCaption() const;
+    int GetActivePageIndex() const;
+    void SetActivePageIndex(int value);
+    void CloseActivePage();
+    void CloseAllPages();
+
+    TDbmManager &Manager() { return *FManager; }
+    TAppManagerPageUtils &PageUtils() { return *FPageUtils; }
+    TAppManagerUtils &Utils() { return *FUtils; }
+    TPageManagerFrame &PageManager() { return *FPageManagerFrame; }
+    const QString &SessionId() const { return FSessionId; }
+
+Q_SIGNALS:
+    /// Ahead of every statement of this workspace.
+    void OnCommandBeforeExecute(const QString &CommandText);
+
+protected:
+    QString DoGetTitle() const override;
+    void DoCreate() override;
+    void DoLoad() override;
+    bool DoCloseQuery() override;
+    void DoUnload() override;
+    void DoProcess() override;
+
+private:
+    void BuildLayout();
+    void HookManager();
+    void RegisterMessages();
+    void FillStatusBar();
+
+    std::unique_ptr<TDbmManager> FManager;
+    QString FProfileName;
+    QString FSessionId;
+    TPageManagerFrame *FPageManagerFrame = nullptr; // child widget
+    std::unique_ptr<TAppManagerPageUtils> FPageUtils;
+    std::unique_ptr<TAppManagerUtils> FUtils;
+    QSplitter *splMain = nullptr;
+    QWidget *panPanels = nullptr;
+    QWidget *panPages = nullptr;
+    QLabel *labProfile = nullptr;
+    QLabel *labServerVersion = nullptr;
+};
