@@ -184,6 +184,20 @@ private:
     TIconv FDecoder, FEncoder;
 };
 
+// What is a fullwidth backslash in the system's set is the plain one in the server's, which writes
+// it so whenever it converts.
+class TSjisCodec : public TIconvCodec
+{
+public:
+    using TIconvCodec::TIconvCodec;
+    bool TryDecode(QByteArrayView bytes, QString &text) const override
+    {
+        const bool good = TIconvCodec::TryDecode(bytes, text);
+        text.replace(QChar(0xFF3C), u'\\');
+        return good;
+    }
+};
+
 struct TEncoding
 {
     const char *Charset; // the server's name
@@ -196,7 +210,7 @@ struct TEncoding
 const TEncoding Encodings[] = {
     {"armscii8", "ARMSCII-8", 1},
     {"ascii", "US-ASCII", 1},
-    {"big5", "BIG5", 2},
+    {"big5", "CP950", 2},
     {"cp1250", "CP1250", 1},
     {"cp1251", "CP1251", 1},
     {"cp1256", "CP1256", 1},
@@ -227,7 +241,7 @@ const TEncoding Encodings[] = {
     {"swe7", "SEN_850200_B", 1},
     {"tis620", "TIS-620", 1},
     {"ucs2", "UTF-16BE", 2},
-    {"ujis", "EUC-JP", 3},
+    {"ujis", "EUC-JP-MS", 3},
     {"utf16", "UTF-16BE", 4},
     {"utf16le", "UTF-16LE", 4},
     {"utf32", "UTF-32BE", 4},
@@ -239,8 +253,12 @@ TCodec CreateByIconv(const TEncoding &encoding)
         const TIconv decoder("UTF-16LE", encoding.Encoding);
         return decoder.Works() ? std::make_shared<TTableCodec>(encoding.Charset, decoder) : nullptr;
     }
-    auto codec =
-        std::make_shared<TIconvCodec>(encoding.Charset, encoding.MaxBytes, encoding.Encoding);
+    std::shared_ptr<TIconvCodec> codec;
+    if (encoding.Charset == QByteArray("sjis"))
+        codec = std::make_shared<TSjisCodec>(encoding.Charset, 2, encoding.Encoding);
+    else
+        codec =
+            std::make_shared<TIconvCodec>(encoding.Charset, encoding.MaxBytes, encoding.Encoding);
     return codec->Works() ? codec : nullptr;
 }
 
@@ -266,10 +284,4 @@ QString TCharsetCodec::Decode(QByteArrayView bytes) const
     QString text;
     TryDecode(bytes, text);
     return text;
-}
-
-bool TCharsetCodec::BringsBack(const QString &text, QByteArrayView bytes) const
-{
-    QByteArray again;
-    return TryEncode(text, again) && again == bytes;
 }

@@ -23,8 +23,6 @@ public:
     virtual bool TryEncode(QStringView text, QByteArray &bytes) const = 0;
 
     QString Decode(QByteArrayView bytes) const;
-    /// Whether encoding the text gives these bytes again.
-    bool BringsBack(const QString &text, QByteArrayView bytes) const;
 
 protected:
     TCharsetCodec(const QByteArray &name, int maxBytes) : FName(name), FMaxBytes(maxBytes) {}

@@ -122,9 +122,7 @@ TVariant DateTimeValue(const TFieldInfo &info, QByteArrayView bytes)
 TVariant TextValue(const TFieldInfo &info, QByteArrayView bytes)
 {
     QString text;
-    if (info.Codec->TryDecode(bytes, text) && info.Codec->BringsBack(text, bytes))
-        return text;
-    return bytes.toByteArray();
+    return info.Codec->TryDecode(bytes, text) ? TVariant(text) : TVariant(bytes.toByteArray());
 }
 
 QString HexText(QByteArrayView bytes)

@@ -17,7 +17,6 @@ namespace {
 
 // Codes of newer servers than the library's header.
 constexpr int ClientInteractionTimeout = 4031; // MySQL: idle for too long, told ahead of the end
-constexpr int SecureTransportRequired = 3159;
 constexpr int SessionWasKilled = 3169;
 constexpr int ConnectionKilled = 1927; // MariaDB
 
@@ -115,9 +114,9 @@ void TMySession::Open(const TSessionParams &params)
         try {
             OpenHandle(params, false);
         } catch (const EMyError &error) {
-            if (error.ErrorCode() == SecureTransportRequired)
-                throw tlsError;
-            throw;
+            // A server that insists on TLS says so in one of several ways.
+            throw EMyError(error.ErrorCode(),
+                           TFormat::Format("%s (%s)", {error.Message(), tlsError.Message()}));
         }
     }
 }

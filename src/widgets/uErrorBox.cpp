@@ -50,17 +50,15 @@ public:
         // The bar's room is kept free so that a last word does not bring the bar up.
         const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
         const QSize screenSize = screen()->availableSize();
-        const int widest =
-            std::min(TAppStyle::Px(WideText), int(screenSize.width() * ScreenWidth));
+        const int widest = std::min(TAppStyle::Px(WideText), int(screenSize.width() * ScreenWidth));
         // What lies beyond these characters has to be scrolled to in any case.
-        const QString text = toPlainText().left(20000);
+        const QString text = toPlainText().left(6000);
         const QRect room(0, 0, widest - around - bar, INT_MAX / 2);
         const QRect needed = fontMetrics().boundingRect(
             room, Qt::TextWordWrap | Qt::TextWrapAnywhere | Qt::TextExpandTabs, text);
         const int width = std::max(needed.width() + around + bar, TAppStyle::Px(NarrowText));
         const int height = needed.height() + fontMetrics().lineSpacing() / 2 + around;
-        return {std::min(width, widest),
-                std::min(height, int(screenSize.height() * ScreenHeight))};
+        return {std::min(width, widest), std::min(height, int(screenSize.height() * ScreenHeight))};
     }
 
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -124,8 +122,8 @@ QWidget *TErrorBox::MakeMessageRow()
     sign->setPixmap(Sign(QStringLiteral("error"), this));
     layout->addWidget(sign, 0, Qt::AlignTop);
     // Plain text: a server's message may hold what looks like markup.
-    auto *message = new TTextView(QStringLiteral("edMessage"), QStringLiteral("Message"), FMessage,
-                                  row);
+    auto *message =
+        new TTextView(QStringLiteral("edMessage"), QStringLiteral("Message"), FMessage, row);
     message->setFrameShape(QFrame::NoFrame);
     message->viewport()->setAutoFillBackground(false);
     layout->addWidget(message, 1);
@@ -134,8 +132,8 @@ QWidget *TErrorBox::MakeMessageRow()
 
 QPlainTextEdit *TErrorBox::MakeDetails()
 {
-    auto *view = new TTextView(QStringLiteral("edDetails"), QStringLiteral("Details"), FDetails,
-                               this);
+    auto *view =
+        new TTextView(QStringLiteral("edDetails"), QStringLiteral("Details"), FDetails, this);
     view->setFont(TAppStyle::MonospaceFont());
     view->setMinimumHeight(TAppStyle::Px(DetailsHeight));
     view->hide();

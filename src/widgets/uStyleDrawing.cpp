@@ -192,8 +192,9 @@ void DrawCheckBox(const QStyleOption &option, QPainter &painter)
     const bool enabled = Has(option, QStyle::State_Enabled);
     const bool on = option.state & (QStyle::State_On | QStyle::State_NoChange);
     const bool hot = Has(option, QStyle::State_MouseOver | QStyle::State_Enabled);
-    const QColor ground =
-        option.palette.color(on ? QPalette::Highlight : enabled ? QPalette::Base : QPalette::Window);
+    const QColor ground = option.palette.color(on        ? QPalette::Highlight
+                                               : enabled ? QPalette::Base
+                                                         : QPalette::Window);
     const QColor line = option.palette.color(QPalette::PlaceholderText);
     DrawRounded(painter, option.rect, ground, on ? ground : hot ? AccentOf(option) : line);
     if (!on)
@@ -314,8 +315,8 @@ bool TStyleDrawing::DrawControl(QStyle::ControlElement element, const QStyleOpti
     }
 }
 
-void TStyleDrawing::FinishComplexControl(QStyle::ComplexControl control,
-                                         const QStyleOption &option, QPainter &painter)
+void TStyleDrawing::FinishComplexControl(QStyle::ComplexControl control, const QStyleOption &option,
+                                         QPainter &painter)
 {
     if (const auto *spin = qstyleoption_cast<const QStyleOptionSpinBox *>(&option);
         control == QStyle::CC_SpinBox && spin && spin->frame)

@@ -38,10 +38,8 @@ const TRoleColors RoleColors[] = {
 };
 
 const TRoleColors DisabledColors[] = {
-    {QPalette::WindowText, 0x98a0aa, 0x6c7581},
-    {QPalette::Text, 0x98a0aa, 0x6c7581},
-    {QPalette::ButtonText, 0x98a0aa, 0x6c7581},
-    {QPalette::Base, 0xf2f4f6, 0x23272d},
+    {QPalette::WindowText, 0x98a0aa, 0x6c7581}, {QPalette::Text, 0x98a0aa, 0x6c7581},
+    {QPalette::ButtonText, 0x98a0aa, 0x6c7581}, {QPalette::Base, 0xf2f4f6, 0x23272d},
     {QPalette::Highlight, 0xb7bfc8, 0x4a525d},
 };
 

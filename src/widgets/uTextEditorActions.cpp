@@ -5,8 +5,6 @@
 #include "widgets/uTextEditorControl.h"
 
 #include <QAction>
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QMenu>
 
 struct TTextEditorActions::TEntry
@@ -28,10 +26,10 @@ TTextEditorActions::TTextEditorActions(TTextEditor *editor) : QObject(editor), F
     const TEntry entries[] = {
         {"actUndo", tr("Undo"), {key("Ctrl+Z")}, false, send(TSci::SCI_UNDO)},
         {"actRedo", tr("Redo"), {key("Ctrl+Y")}, false, send(TSci::SCI_REDO)},
-        {"actCut", tr("Cut"), {key("Ctrl+X")}, false, send(TSci::SCI_CUT)},
+        {"actCut", tr("Cut"), {key("Ctrl+X")}, false, [=] { control->Cut(); }},
         {"actCopy", tr("Copy"), {key("Ctrl+C")}, false, send(TSci::SCI_COPY)},
-        {"actPaste", tr("Paste"), {key("Ctrl+V")}, false, send(TSci::SCI_PASTE)},
-        {"actDelete", tr("Delete"), {key("Del")}, false, send(TSci::SCI_CLEAR)},
+        {"actPaste", tr("Paste"), {key("Ctrl+V")}, false, [=] { control->Paste(); }},
+        {"actDelete", tr("Delete"), {key("Del")}, false, [=] { control->DeleteSelection(); }},
         {"actSelectAll", tr("Select All"), {key("Ctrl+A")}, false, send(TSci::SCI_SELECTALL)},
         {"actFind", tr("Find..."), {key("Ctrl+F")}, true, [=] { editor->OpenSearch(false); }},
         {"actFindNext", tr("Find Next"), {key("F3")}, true, [=] { editor->FindNext(true); }},

@@ -147,8 +147,7 @@ void TTextEditorCommands::Paste(TTextEditorControl &control, const QString &text
         AdoptLineEnds(control, text);
     const QByteArray bytes = WithLineEnds(TTextEditorCodec::Encode(text), LineEndOf(control));
     control.Send(QsciScintilla::SCI_BEGINUNDOACTION);
-    if (!control.Send(QsciScintilla::SCI_GETSELECTIONEMPTY))
-        control.Send(QsciScintilla::SCI_CLEAR);
+    control.DeleteSelection();
     const long beyond = control.Send(QsciScintilla::SCI_GETSELECTIONNCARETVIRTUALSPACE, 0);
     const QByteArray filled = QByteArray(beyond, ' ') + bytes;
     control.Send(QsciScintilla::SCI_ADDTEXT, filled.size(), filled.constData());

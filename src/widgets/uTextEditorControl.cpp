@@ -1,8 +1,11 @@
 #include "widgets/uTextEditorControl.h"
 
 #include "widgets/uTextEditorCodec.h"
+#include "widgets/uTextEditorCommands.h"
 
+#include <QClipboard>
 #include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <algorithm>
@@ -11,6 +14,10 @@
 namespace {
 
 const int TabWidth = 4; // columns
+
+// A selection that is shorter than this, in bytes, has nothing in it that a long line hides: so
+// much is always shown around the caret.
+const qsizetype NeverHidden = 1024;
 
 // The keys with Ctrl and a character that the component may keep. All others stay with the
 // windows around it, which have their own use for most of them.
@@ -112,10 +119,48 @@ bool TTextEditorControl::HasPopup() const
     return Send(SCI_AUTOCACTIVE) || Send(SCI_CALLTIPACTIVE);
 }
 
-bool TTextEditorControl::IsBound(const QKeyEvent *event) const
+QsciCommand *TTextEditorControl::CommandOf(const QKeyEvent *event) const
 {
     const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
-    return standardCommands()->boundTo(event->key() | int(modifiers)) != nullptr;
+    return standardCommands()->boundTo(event->key() | int(modifiers));
+}
+
+void TTextEditorControl::Cut()
+{
+    if (isReadOnly())
+        return;
+    Send(SCI_COPY);
+    DeleteSelection();
+}
+
+void TTextEditorControl::Paste()
+{
+    const QString text = QGuiApplication::clipboard()->text();
+    if (text.contains(QChar::Null)) {
+        TTextEditorCommands::Paste(*this, text);
+        return;
+    }
+    Send(SCI_BEGINUNDOACTION);
+    DeleteLongSelection();
+    Send(SCI_PASTE);
+    Send(SCI_ENDUNDOACTION);
+}
+
+void TTextEditorControl::DeleteSelection()
+{
+    if (!DeleteLongSelection() && !Send(SCI_GETSELECTIONEMPTY))
+        Send(SCI_CLEAR);
+}
+
+bool TTextEditorControl::DeleteLongSelection()
+{
+    const qsizetype from = Send(SCI_GETSELECTIONSTART);
+    const qsizetype length = Send(SCI_GETSELECTIONEND) - from;
+    if (length < NeverHidden || Send(SCI_SELECTIONISRECTANGLE) || isReadOnly())
+        return false;
+    Send(SCI_DELETERANGE, from, length);
+    Send(SCI_SETEMPTYSELECTION, from);
+    return true;
 }
 
 bool TTextEditorControl::event(QEvent *event)
@@ -139,19 +184,50 @@ void TTextEditorControl::keyPressEvent(QKeyEvent *event)
     }
     const bool control =
         (event->modifiers() & Qt::ControlModifier) && !(event->modifiers() & Qt::AltModifier);
-    if (control && !HasPopup() && !IsBound(event)) {
+    const QsciCommand *command = CommandOf(event);
+    if (command && command->command() == QsciCommand::Paste) {
+        Paste();
+        return;
+    }
+    if (control && !HasPopup() && !command) {
         // Else the component would write the key's character into the text.
         event->ignore();
         return;
     }
-    if (!IsEnter(event) || HasPopup() || isReadOnly()) {
+    if (HasPopup() || isReadOnly())
         QsciScintilla::keyPressEvent(event);
-        return;
-    }
-    Send(SCI_BEGINUNDOACTION);
-    QsciScintilla::keyPressEvent(event);
-    Q_EMIT OnNewLine();
-    Send(SCI_ENDUNDOACTION);
+    else
+        Edit(event);
+}
+
+void TTextEditorControl::Edit(QKeyEvent *event)
+{
+    const QsciCommand *command = CommandOf(event);
+    if (command && command->command() == QsciCommand::SelectionCut)
+        return Cut();
+    const bool isDelete = command && (command->command() == QsciCommand::Delete ||
+                                      command->command() == QsciCommand::DeleteBack);
+    const bool isText = !command && !event->text().isEmpty() && event->text().at(0).isPrint();
+    const bool isReplaced = (isDelete || isText || IsEnter(event)) &&
+                            Send(SCI_GETSELECTIONEND) - Send(SCI_GETSELECTIONSTART) >= NeverHidden;
+    // A group of its own for each letter would be undone letter by letter.
+    const bool isGroup = isReplaced || IsEnter(event);
+    if (isGroup)
+        Send(SCI_BEGINUNDOACTION);
+    const bool isDeleted = isReplaced && DeleteLongSelection();
+    if (!isDeleted || !isDelete)
+        QsciScintilla::keyPressEvent(event);
+    if (IsEnter(event))
+        Q_EMIT OnNewLine();
+    if (isGroup)
+        Send(SCI_ENDUNDOACTION);
+}
+
+void TTextEditorControl::inputMethodEvent(QInputMethodEvent *event)
+{
+    if (!event->commitString().isEmpty())
+        DeleteLongSelection();
+    QsciScintilla::inputMethodEvent(event);
 }
 
 void TTextEditorControl::contextMenuEvent(QContextMenuEvent *event)
@@ -184,8 +260,7 @@ QMimeData *TTextEditorControl::toMimeData(const QByteArray &text, bool rectangul
 {
     std::unique_ptr<QMimeData> data(QsciScintilla::toMimeData(text, rectangular));
     // The component hands a copy over in which each NUL has become a blank.
-    const QByteArrayView selected =
-        Range(Send(SCI_GETSELECTIONSTART), Send(SCI_GETSELECTIONEND));
+    const QByteArrayView selected = Range(Send(SCI_GETSELECTIONSTART), Send(SCI_GETSELECTIONEND));
     const bool isSelected = !rectangular && selected.size() == text.size();
     data->setText(TTextEditorCodec::Decode(isSelected ? selected : QByteArrayView(text)));
     return data.release();

@@ -30,6 +30,12 @@ public:
     qsizetype LineEnd(qsizetype line) const { return Send(SCI_GETLINEENDPOSITION, line); }
     qsizetype CaretPosition() const { return Send(SCI_GETCURRENTPOS); }
 
+    // As the component's own commands, but pasting keeps NULs, and text that a long line hides is
+    // taken away with the rest of the selection, which the component refuses.
+    void Cut();
+    void Paste();
+    void DeleteSelection();
+
     /// Whether the Tab key indents; else it moves the focus.
     void SetTabInput(bool enabled) { FTabInput = enabled; }
 
@@ -43,6 +49,7 @@ Q_SIGNALS:
 protected:
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     bool focusNextPrevChild(bool next) override;
     QByteArray fromMimeData(const QMimeData *source, bool &rectangular) const override;
@@ -52,7 +59,9 @@ private:
     void LimitKeys();
     void SetOptions();
     bool HasPopup() const;
-    bool IsBound(const QKeyEvent *event) const;
+    void Edit(QKeyEvent *event);
+    bool DeleteLongSelection();
+    QsciCommand *CommandOf(const QKeyEvent *event) const;
 
     bool FTabInput = true;
 };

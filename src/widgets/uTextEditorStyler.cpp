@@ -12,7 +12,7 @@ const qsizetype LongLine = 64 * 1024;        // bytes; measuring as many takes s
 const qsizetype ShownAround = 16 * 1024;     // bytes shown of a long line to each side of the caret
 const qsizetype EdgeDistance = 1024;         // bytes; nearer to the edge the shown part moves on
 const qsizetype FirstPiece = 1024 * 1024;    // bytes styled at once in a paint
-const qsizetype LaterPiece = 1024 * 1024; // bytes styled at once between events
+const qsizetype LaterPiece = 1024 * 1024;    // bytes styled at once between events
 const qsizetype BlockSize = 64 * 1024;       // bytes given to the component at once
 const qsizetype StateDistance = 1024 * 1024; // bytes read at most for the state of a line
 
@@ -92,6 +92,8 @@ void TTextEditorStyler::Modified(int position, int type, int length)
         if (position < FChangedEnd)
             FChangedEnd += length;
         FChangedEnd = std::max<qsizetype>(FChangedEnd, position + length);
+        if (length > LongLine)
+            HideLongLines(position, position + length);
     } else if (type & QsciScintilla::SC_MOD_DELETETEXT) {
         const auto shift = [&](qsizetype end) {
             return end > position ? std::max<qsizetype>(position, end - length) : end;
@@ -118,8 +120,23 @@ void TTextEditorStyler::StyleUpTo(qsizetype target, qsizetype byteLimit)
         }
     }
     FValidEnd = std::max(FValidEnd, place.Position);
-    if (place.Position > FChangedEnd)
+    if (place.Position > FChangedEnd || place.Position == FControl->Size())
         FChangedEnd = -1;
+}
+
+void TTextEditorStyler::HideLongLines(qsizetype from, qsizetype to)
+{
+    // The caret may be measured before the first paint asks for styles.
+    const qsizetype styledTo = std::min(StyledTo(), from);
+    const qsizetype last = FControl->LineOf(to);
+    for (qsizetype line = FControl->LineOf(from); line <= last; ++line) {
+        if (!IsLongLine(line))
+            continue;
+        FControl->Send(QsciScintilla::SCI_STARTSTYLING, FControl->LineStart(line));
+        FControl->Send(QsciScintilla::SCI_SETSTYLING,
+                       FControl->Send(QsciScintilla::SCI_LINELENGTH, line), HiddenStyle);
+    }
+    FControl->Send(QsciScintilla::SCI_STARTSTYLING, styledTo);
 }
 
 TTextEditorStyler::TPlace TTextEditorStyler::PlaceAt(qsizetype position) const
@@ -132,6 +149,8 @@ TTextEditorStyler::TPlace TTextEditorStyler::PlaceAt(qsizetype position) const
 
 bool TTextEditorStyler::StyleBlock(TPlace &place, qsizetype target)
 {
+    if (FStyles.capacity() > size_t(FirstPiece))
+        FStyles = {}; // held the styles of a huge line
     FStyles.clear();
     while (place.Position < target && qsizetype(FStyles.size()) < BlockSize) {
         const bool isUnchanged = place.Position > FChangedEnd && place.Position < FValidEnd;

@@ -48,6 +48,7 @@ private:
     void Modified(int position, int type, int length);
     void UpdateUi(int updated);
     void Continue();
+    void HideLongLines(qsizetype from, qsizetype to);
     TPlace PlaceAt(qsizetype position) const;
     void StyleUpTo(qsizetype target, qsizetype byteLimit);
     /// Styles some lines into FStyles; true when the rest is styled rightly already.

@@ -61,8 +61,7 @@ private:
 
     TVTDataList(TVTDataManager *manager, TVTDataItem *parentItem)
         : FManager(manager), FParentItem(parentItem)
-    {
-    }
+    {}
 
     static QString Key(const QString &id) { return id.toCaseFolded(); }
     bool IsShown() const { return !FParentItem || FParentItem->FRow >= 0; }

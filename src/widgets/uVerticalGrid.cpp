@@ -58,6 +58,7 @@ TVerticalRow *TVerticalGrid::Add(TRowKind kind, const QString &name, const QStri
         FLayout->addWidget(row->FLabel, line, 0);
         FLayout->addWidget(row->FEditor, line, 1);
         row->FLabel->installEventFilter(this);
+        FByCell.insert(row->FLabel, row);
     }
     if (FRows.empty())
         setFocusProxy(row->Control());
@@ -162,6 +163,10 @@ bool TVerticalGrid::eventFilter(QObject *watched, QEvent *event)
         if (auto *label = qobject_cast<QLabel *>(watched); label != nullptr && label->buddy())
             label->buddy()->setFocus(Qt::TabFocusReason);
         return false;
+    case QEvent::FontChange:
+        if (row != nullptr && watched == row->FLabel)
+            row->UpdateMargins();
+        return false;
     case QEvent::FocusIn:
         if (row != nullptr) {
             SetFocusedRow(row);
@@ -264,13 +269,4 @@ void TVerticalGrid::PaintBody()
             painter.fillRect(
                 QRect(row->FLabel->geometry().right() + 1, cell.top(), 1, cell.height()), line);
     }
-}
-
-void TVerticalGrid::changeEvent(QEvent *event)
-{
-    QScrollArea::changeEvent(event);
-    if (event->type() != QEvent::FontChange)
-        return;
-    for (TVerticalRow *row : FRows)
-        row->UpdateMargins();
 }

@@ -44,9 +44,6 @@ Q_SIGNALS:
     /// The user gave a row another value; comes after the row's own OnChanged.
     void OnRowChanged(TVerticalRow *row);
 
-protected:
-    void changeEvent(QEvent *event) override;
-
 private:
     friend class TVerticalRow;
 

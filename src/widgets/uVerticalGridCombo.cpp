@@ -54,7 +54,8 @@ void TVerticalComboEditor::SetValue(const QVariant &value)
 void TVerticalComboEditor::ShowValue()
 {
     // A value that is not in the list is shown and kept: the list may know less than the server.
-    int index = FCombo->findData(FValue);
+    // An empty one is shown by the grey text, not by the item for it.
+    int index = FValue.isEmpty() && !FWhenEmpty.isEmpty() ? -1 : FCombo->findData(FValue);
     const bool isShownByEdit = FCombo->isEditable() || FValue.isEmpty();
     if (index < 0 && !isShownByEdit) {
         FCombo->addItem(FValue, FValue);

@@ -42,7 +42,7 @@ TVerticalGridEditor *TVerticalGridEditor::Create(TRowKind kind, QWidget *parent)
 TVerticalGridEditor::TVerticalGridEditor(QWidget *parent)
     : QWidget(parent), FLayout(new QHBoxLayout(this))
 {
-    FLayout->setContentsMargins(0, 0, 0, 0);
+    FLayout->setContentsMargins(fontMetrics().height() / 4, 0, 0, 0);
     FLayout->setSpacing(1);
 }
 

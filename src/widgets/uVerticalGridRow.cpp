@@ -27,7 +27,6 @@ TVerticalRow::TVerticalRow(TRowKind kind, const QString &name, const QString &ca
         MakeCells(body);
     Control()->setObjectName(name);
     SetCaption(caption);
-    UpdateMargins();
 }
 
 void TVerticalRow::MakeHeader(QWidget *body)
@@ -62,6 +61,7 @@ void TVerticalRow::SetCaption(const QString &caption)
         FLabel->setText(LabelText(caption));
     else
         FHeader->setText(LabelText(caption));
+    UpdateMargins();
     Control()->setAccessibleName(caption);
 }
 
@@ -243,8 +243,9 @@ void TVerticalRow::UpdateMargins()
     if (FLabel == nullptr)
         return;
     const int unit = FLabel->fontMetrics().height();
-    FLabel->setContentsMargins(unit / 2 + Level() * unit, 0, unit, 0);
-    FLabel->setMinimumHeight(unit * 3 / 2);
+    FLabel->setIndent(unit / 2 + Level() * unit);
+    // Contents margins would be lost: a frame forgets those that do not fit its first size.
+    FLabel->setMinimumSize(FLabel->sizeHint().width() + unit, unit * 3 / 2);
 }
 
 QRect TVerticalRow::Geometry() const

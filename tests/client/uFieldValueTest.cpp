@@ -135,16 +135,25 @@ class TFieldValueOnServer : public ::testing::Test
 {
 protected:
     /// What is read is written as a literal into a second table, which must then be the same.
-    void Survives(TTestServer &server, const TValue &value)
+    template <typename TValues>
+    void Survive(TTestServer &server, const TValues &values)
     {
-        SCOPED_TRACE((value.Type + " " + value.Literal).toStdString());
         TTestDatabase database(server);
+        TTestSession check(server, database.Name());
         TMyConnection connection;
         Aim(connection, server, database.Name());
         connection.Execute("SET sql_mode = 'ALLOW_INVALID_DATES'");
-        connection.Execute("CREATE TABLE a (v " + value.Type + ") CHARACTER SET utf8mb4");
-        connection.Execute("CREATE TABLE b LIKE a");
-        connection.Execute("INSERT INTO a VALUES (" + value.Literal + ")");
+        for (const TValue &value : values) {
+            SCOPED_TRACE((value.Type + " " + value.Literal).toStdString());
+            connection.Execute("CREATE TABLE a (v " + value.Type + ") CHARACTER SET utf8mb4");
+            connection.Execute("CREATE TABLE b LIKE a");
+            connection.Execute("INSERT INTO a VALUES (" + value.Literal + ")");
+            Survives(connection, check, value);
+            connection.Execute("DROP TABLE a, b");
+        }
+    }
+    void Survives(TMyConnection &connection, TTestSession &check, const TValue &value)
+    {
         TMyQuery query(&connection);
         query.SetSQL("SELECT v FROM a");
         query.Execute();
@@ -153,30 +162,25 @@ protected:
         EXPECT_EQ(field.IsNull(), value.Literal == "NULL");
         EXPECT_EQ(KindOf(field.Value()), value.Kind) << field.Value().ToString().toStdString();
         connection.Execute("INSERT INTO b VALUES (" + LiteralOf(field.Value()) + ")");
-        EXPECT_EQ(database.Bytes("SELECT v FROM b"), database.Bytes("SELECT v FROM a"));
-        EXPECT_EQ(database.Value("SELECT COUNT(*) FROM a, b WHERE HEX(a.v) <=> HEX(b.v)"), u"1"_s);
-        if (field.Info().IsText || field.IsNumeric() || field.DataType() == ftTime ||
-            field.DataType() == ftDateTime || field.DataType() == ftDate) {
-            EXPECT_EQ(field.DisplayText(), database.Value("SELECT v FROM a"));
+        EXPECT_EQ(check.Bytes("SELECT v FROM b"), check.Bytes("SELECT v FROM a"));
+        EXPECT_EQ(check.Value("SELECT COUNT(*) FROM a, b WHERE HEX(a.v) <=> HEX(b.v)"), u"1"_s);
+        if (!field.Info().IsBinary() && field.DataType() != ftBit) {
+            EXPECT_EQ(field.DisplayText(), check.Value("SELECT v FROM a"));
         }
     }
 };
 
 TEST_F(TFieldValueOnServer, SurvivesReadingAndWritingOnMariaDb)
 {
-    for (const TValue &value : Values)
-        Survives(TTestServer::Instance(), value);
-    for (const TValue &value : MariaDbValues)
-        Survives(TTestServer::Instance(), value);
+    Survive(TTestServer::Instance(), Values);
+    Survive(TTestServer::Instance(), MariaDbValues);
 }
 
 TEST_F(TFieldValueOnServer, SurvivesReadingAndWritingOnMySql)
 {
     SKIP_WITHOUT_MYSQL9();
-    for (const TValue &value : Values)
-        Survives(*TTestServer::MySql9(), value);
-    for (const TValue &value : MySqlValues)
-        Survives(*TTestServer::MySql9(), value);
+    Survive(*TTestServer::MySql9(), Values);
+    Survive(*TTestServer::MySql9(), MySqlValues);
 }
 
 class TFieldTest : public TClientTest

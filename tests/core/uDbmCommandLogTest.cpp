@@ -25,18 +25,6 @@ TEST(TCommandLog, ItemsShowWhatTheyHold)
     EXPECT_TRUE(bad.IsError());
 }
 
-TEST(TCommandLog, ACountOfZeroIsNoLimit)
-{
-    TDbmCommandLog unlimited(10, 0);
-    TDbmCommandLog limited(10, 2);
-    for (int i = 0; i < 1000; ++i) {
-        unlimited.Add("x", nullptr, 0);
-        limited.Add("x", nullptr, 0);
-    }
-    EXPECT_EQ(unlimited.Count(), 1000);
-    EXPECT_EQ(limited.Count(), 3);
-}
-
 TEST(TCommandLog, TimeHasSecondsInEveryLocale)
 {
     TDbmCommandLog log(10, 0);

@@ -82,14 +82,6 @@ TEST_F(TProvider, ResolvesANameFirst)
                                        OpeningMessage(Server().Port())));
 }
 
-TEST_F(TProvider, ServerVersionConnectsAndOutlivesTheSession)
-{
-    FProvider.SetParams(Profile());
-    const QString version = FProvider.ServerVersion();
-    EXPECT_EQ(version, Value("SELECT VERSION()"));
-    EXPECT_TRUE(FProvider.Connection().Connected());
-}
-
 struct TBadProfileRow
 {
     const char *Name;
@@ -224,14 +216,6 @@ TEST_F(TTunnelledProvider, AFailedConnectLeavesTheTunnelForTheNextTry)
     FProvider.SetParams(TunnelProfile());
     EXPECT_EQ(Log().Connected, 0);
     EXPECT_EQ(OpenError(), "no error");
-}
-
-TEST_F(TTunnelledProvider, ClosingEndsSessionAndTunnel)
-{
-    FProvider.OpenConnection();
-    FProvider.CloseConnection();
-    EXPECT_FALSE(FProvider.Connection().Connected());
-    EXPECT_EQ(Log().Connected, 0);
 }
 
 TEST_F(TTunnelledProvider, ABrokenTunnelIsReopenedByTheNextRun)

@@ -8,97 +8,54 @@ namespace {
 
 using TFeatures = TDbmServerFeatures;
 
-struct TFlag
+struct TGateRow
 {
-    const char *Name;
-    bool TFeatures::*Field;
+    const char *Last;  // the last version without it
+    const char *First; // the first with it
+    std::vector<bool TFeatures::*> Flags;
 };
 
-const TFlag Flags[] = {
-    {"Events", &TFeatures::Events},
-    {"Plugins", &TFeatures::Plugins},
-    {"ISVariables", &TFeatures::ISVariables},
-    {"ISStatus", &TFeatures::ISStatus},
-    {"ISEvents", &TFeatures::ISEvents},
-    {"ISEventsTimeZone", &TFeatures::ISEventsTimeZone},
-    {"ISEventsBody", &TFeatures::ISEventsBody},
-    {"ISEventsDefinition", &TFeatures::ISEventsDefinition},
-    {"ISEventsOriginator", &TFeatures::ISEventsOriginator},
-    {"ISEventsCharsetClient", &TFeatures::ISEventsCharsetClient},
-    {"ISEventsCollationConnection", &TFeatures::ISEventsCollationConnection},
-    {"ISEventsDatabaseCollation", &TFeatures::ISEventsDatabaseCollation},
-    {"ISEventsStatusSlaveSideDisabled", &TFeatures::ISEventsStatusSlaveSideDisabled},
-    {"CreateEventDefiner", &TFeatures::CreateEventDefiner},
-    {"ISPlugins", &TFeatures::ISPlugins},
-    {"ISPluginsLicense", &TFeatures::ISPluginsLicense},
-    {"ISProcessList", &TFeatures::ISProcessList},
-    {"ISEngines", &TFeatures::ISEngines},
-    {"ISStatistics", &TFeatures::ISStatistics},
-    {"ISRefConstraints", &TFeatures::ISRefConstraints},
-    {"GlobalFKs", &TFeatures::GlobalFKs},
+const TGateRow Gates[] = {
+    {"4.1.22", "5.0.0-alpha", {&TFeatures::ISStatistics}},
+    {"5.1.4", "5.1.05", {&TFeatures::Plugins, &TFeatures::ISPlugins}},
+    {"5.1.05", "5.1.6", {&TFeatures::Events, &TFeatures::ISEvents}},
+    {"5.1.06", "5.1.07", {&TFeatures::ISProcessList}},
+    {"5.1.9", "5.1.10", {&TFeatures::ISRefConstraints, &TFeatures::GlobalFKs}},
+    {"5.1.11-log",
+     "5.1.12-log",
+     {&TFeatures::ISVariables, &TFeatures::ISStatus, &TFeatures::ISEventsBody,
+      &TFeatures::ISEventsDefinition, &TFeatures::ISPluginsLicense}},
+    {"5.1.16", "5.1.17", {&TFeatures::ISEventsTimeZone, &TFeatures::CreateEventDefiner}},
+    {"5.1.17",
+     "5.1.18",
+     {&TFeatures::ISEventsOriginator, &TFeatures::ISEventsStatusSlaveSideDisabled}},
+    {"5.1.20",
+     "5.1.21",
+     {&TFeatures::ISEventsCharsetClient, &TFeatures::ISEventsCollationConnection,
+      &TFeatures::ISEventsDatabaseCollation}},
+    {"5.1.24", "5.1.25", {&TFeatures::ISEngines}},
 };
 
-/// Flags that the second version has and the first has not, in the order of the table above.
-QStringList Gained(const QString &before, const QString &after)
-{
-    TFeatures old;
-    TFeatures now;
-    if (!before.isEmpty())
-        old.SetParams(before);
-    now.SetParams(after);
-    QStringList names;
-    for (const TFlag &flag : Flags)
-        if (now.*flag.Field && !(old.*flag.Field))
-            names << flag.Name;
-    return names;
-}
-
-struct TStepRow
-{
-    const char *Before;
-    const char *After;
-    const char *Gained;
-};
-
-const TStepRow Steps[] = {
-    {"", "4.1.22", ""},
-    {"4.1.22", "5.0.0-alpha", "ISStatistics"},
-    {"5.0.0", "5.1.4", ""},
-    {"5.1.4", "5.1.05", "Plugins ISPlugins"},
-    {"5.1.05", "5.1.6", "Events ISEvents"},
-    {"5.1.6", "5.1.07", "ISProcessList"},
-    {"5.1.07", "5.1.10", "ISRefConstraints GlobalFKs"},
-    {"5.1.11", "5.1.12-log",
-     "ISVariables ISStatus ISEventsBody ISEventsDefinition ISPluginsLicense"},
-    {"5.1.12", "5.1.17", "ISEventsTimeZone CreateEventDefiner"},
-    {"5.1.17", "5.1.18", "ISEventsOriginator ISEventsStatusSlaveSideDisabled"},
-    {"5.1.18", "5.1.21",
-     "ISEventsCharsetClient ISEventsCollationConnection ISEventsDatabaseCollation"},
-    {"5.1.21", "5.1.25", "ISEngines"},
-    {"5.1.25", "5.5.30", ""},
-    {"5.5.30", "10.0.5-MariaDB-1:10.0.5", ""},
-    {"5.0.95", "9.7.4", // versions are numbers: 10 and 9 are above 5
-     "Events Plugins ISVariables ISStatus ISEvents ISEventsTimeZone ISEventsBody "
-     "ISEventsDefinition ISEventsOriginator ISEventsCharsetClient ISEventsCollationConnection "
-     "ISEventsDatabaseCollation ISEventsStatusSlaveSideDisabled CreateEventDefiner ISPlugins "
-     "ISPluginsLicense ISProcessList ISEngines ISRefConstraints GlobalFKs"},
-    {"", "no version", ""},
-};
-
-TEST(TServerFeatures, GrowWithTheVersion)
-{
-    for (const TStepRow &row : Steps)
-        EXPECT_EQ(Gained(row.Before, row.After).join(' ').toStdString(), row.Gained)
-            << "from " << row.Before << " to " << row.After;
-}
-
-TEST(TServerFeatures, AreTakenAnewForEachServer)
+bool Has(const char *version, bool TFeatures::*flag)
 {
     TFeatures features;
-    features.SetParams("5.5.30");
-    features.SetParams("5.0.95-log");
-    EXPECT_FALSE(features.Events);
-    EXPECT_TRUE(features.ISStatistics);
+    features.SetParams(version);
+    return features.*flag;
+}
+
+TEST(TServerFeatures, BeginWithTheirVersion)
+{
+    for (const TGateRow &row : Gates) {
+        for (const auto flag : row.Flags) {
+            EXPECT_FALSE(TFeatures().*flag);
+            EXPECT_FALSE(Has("no version", flag));
+            EXPECT_FALSE(Has(row.Last, flag)) << row.Last;
+            EXPECT_TRUE(Has(row.First, flag)) << row.First;
+            for (const char *newer : {"5.5.30", "9.7.4", "10.0.5-MariaDB-1:10.0.5"})
+                EXPECT_TRUE(Has(newer, flag)) << newer;
+            EXPECT_EQ(Has("5.0.95-log", flag), flag == &TFeatures::ISStatistics);
+        }
+    }
 }
 
 TEST(TServerFeatures, HoldPrivilegesFromTheFirstServerOn)
@@ -128,7 +85,11 @@ TEST(TServerFeatures, FollowTheVersionThatAServerTells)
     provider.SetParams(profile);
 
     EXPECT_EQ(provider.ServerVersion().toStdString(), "5.0.95-log");
-    EXPECT_EQ(Gained("", provider.ServerVersion()), QStringList{"ISStatistics"});
+    TFeatures features;
+    features.SetParams("5.5.30");
+    features.SetParams(provider.ServerVersion());
+    EXPECT_FALSE(features.Events);
+    EXPECT_TRUE(features.ISStatistics);
 }
 
 } // namespace

@@ -5,10 +5,10 @@
 #include <QList>
 
 #include <thread>
-#include <vector>
 
 /// Stands in for an SSH session: the forwarded port is a plain TCP relay to the destination, served
-/// on a thread of its own. What the tunnels asked for is kept in Log() for the test.
+/// on a thread of its own, one connection at a time. What the tunnels asked for is kept in Log()
+/// for the test.
 class TRelayTransport : public TSSHTransport
 {
 public:
@@ -43,20 +43,13 @@ public:
     void Break() { Disconnect(); }
 
 private:
-    struct TPair
-    {
-        int Client;
-        int Server;
-    };
     void Serve();
-    bool Accept();
-    static bool Pump(int from, int to);
+    void Relay(int client);
 
     bool FConnected = false;
     int FListener = -1;
     int FWake[2] = {-1, -1};
     QByteArray FDestHost;
     quint16 FDestPort = 0;
-    std::vector<TPair> FPairs; // the thread's
     std::thread FThread;
 };

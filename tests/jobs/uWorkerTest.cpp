@@ -13,6 +13,15 @@
 
 namespace {
 
+class TMainThreadReady : public ::testing::Environment
+{
+public:
+    void SetUp() override { TMainThread::Initialize(); }
+};
+
+[[maybe_unused]] const auto *const Ready =
+    ::testing::AddGlobalTestEnvironment(new TMainThreadReady);
+
 /// Collects what a job says.
 struct TListener
 {

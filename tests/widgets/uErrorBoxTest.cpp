@@ -1,4 +1,5 @@
 #include "widgets/uErrorBox.h"
+#include "widgets/uIcons.h"
 #include "widgets/uWaitCursor.h"
 
 #include "uGuiTools.h"
@@ -16,7 +17,13 @@
 
 namespace {
 
-TEST(TErrorBoxTest, ShowsCopiesAndUnfolds)
+class TErrorBoxTest : public testing::Test
+{
+protected:
+    TErrorBoxTest() { TIcons::SetFolder(QStringLiteral(KORVANE_SOURCE_DIR "/data/images")); }
+};
+
+TEST_F(TErrorBoxTest, ShowsCopiesAndUnfolds)
 {
     TModalDriver driver;
     driver.Expect("frmErrorBox", [](QWidget *box) {
@@ -45,7 +52,7 @@ struct TLengthCase
     QString Message;
 };
 
-class TErrorBoxOfLength : public testing::TestWithParam<TLengthCase>
+class TErrorBoxOfLength : public TErrorBoxTest, public testing::WithParamInterface<TLengthCase>
 {};
 
 TEST_P(TErrorBoxOfLength, StaysOnTheScreen)
@@ -69,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(
                     TLengthCase{"ManyLines", QString("line\n").repeated(5000)}),
     [](const auto &info) { return info.param.Name; });
 
-TEST(TQuestionBoxTest, AsksYesOrNo)
+TEST_F(TErrorBoxTest, AsksYesOrNo)
 {
     TModalDriver driver;
     const auto answer = [](const QString &button) {
@@ -105,7 +112,7 @@ TEST(TWaitCursorTest, IsHiddenAtOnceHoweverOftenShown)
     QApplication::restoreOverrideCursor();
 }
 
-TEST(TWaitCursorTest, MakesWayForABox)
+TEST_F(TErrorBoxTest, TakesTheWaitCursorAway)
 {
     TModalDriver driver;
     TWaitCursor::Show();

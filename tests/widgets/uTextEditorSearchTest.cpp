@@ -21,7 +21,7 @@ const TFindCase Finds[] = {
     {"AnyCaseBeyondAscii", QStringLiteral("ÄÖ äö"), QStringLiteral("äÖ"), "", {0, 3}},
     {"WholeWord", "id idx _id id", "id", "w", {0, 11}},
     {"WholeWordBeyondAscii", QStringLiteral("äid id"), "id", "w", {4}},
-    {"NoWordAtTheEdges", "a.b .b .", ".", "w", {6, 8}},
+    {"NoWordAtTheEdges", "a.b .b .", ".", "w", {7}},
     {"CharactersOfExpressionsArePlain", "a.c abc a*", "a.c", "", {0}},
     {"Expression", "a1 b22 c", "[a-z]\\d+", "r", {0, 3}},
     {"ExpressionLineByLine", "a\r\nab\na\r\n", "^a$", "r", {0, 6}},

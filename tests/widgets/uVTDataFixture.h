@@ -77,8 +77,7 @@ public:
     {
         const auto note = [&](auto signal, const char *name) {
             QObject::connect(&manager, signal, &FContext, [this, name](TVTDataItem *item) {
-                Raised << QStringLiteral("%1 %2").arg(QLatin1String(name),
-                                                      item ? item->Id() : "-");
+                Raised << QStringLiteral("%1 %2").arg(QLatin1String(name), item ? item->Id() : "-");
             });
         };
         note(&TVTDataManager::OnFocusChanged, "focus");

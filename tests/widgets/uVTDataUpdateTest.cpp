@@ -178,7 +178,7 @@ struct THeirCase
 {
     const char *Name;
     QString Focused;
-    QStringList Roots; // left after the refresh
+    QStringList Roots;  // left after the refresh
     QStringList Leaves; // left below "b", when that is left
     QString Heir;
 };

@@ -8,7 +8,7 @@
 
 namespace {
 
-enum TOption { opUnknown, opCascaded, opLocal };
+enum TOption { opUnknown, opCascaded, opLocal, opUnlisted };
 
 struct TNamed
 {
@@ -146,11 +146,11 @@ TEST_F(TPropertyRowsTest, StoreLeavesTheEntityAloneWhenARowHasNoValue)
 
 TEST_F(TPropertyRowsTest, AnUnknownCodeShowsNothingAndStays)
 {
-    Note.Option = TOption(7);
+    Note.Option = opUnlisted;
     Rows.Load(Grid, Note);
     EXPECT_EQ(Grid.Row("rowCheckOption")->Text(), "");
     Rows.Store(Grid, Note);
-    EXPECT_EQ(int(Note.Option), 7);
+    EXPECT_EQ(Note.Option, opUnlisted);
 }
 
 TEST_F(TPropertyRowsTest, DependentRowsFollowChanges)

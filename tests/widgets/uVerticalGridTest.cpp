@@ -253,6 +253,7 @@ TEST_F(TVerticalGridTest, FixedComboKnowsItsItemsByIndex)
     QTest::keyClick(Find<QComboBox>(Grid, "rowType")->view(), Qt::Key_Home);
     QTest::keyClick(Find<QComboBox>(Grid, "rowType")->view(), Qt::Key_Return);
     EXPECT_EQ(row->Text(), "") << "the text for the empty value is an item that empties";
+    EXPECT_EQ(Find<QComboBox>(Grid, "rowType")->currentIndex(), -1) << "shown in grey";
 }
 
 TEST_F(TVerticalGridTest, ButtonsTellTheirCaption)
@@ -297,7 +298,15 @@ TEST_F(TVerticalGridTest, NothingIsClippedInALargeFont)
     Dialog.setFont(font);
     TTestLoop::Settle();
     for (const QLabel *label : Grid->findChildren<QLabel *>())
-        EXPECT_GE(label->width(), label->sizeHint().width()) << label->text().toStdString();
+        EXPECT_GT(label->width() - label->indent(),
+                  QFontMetrics(font).horizontalAdvance(label->text()))
+            << label->text().toStdString();
+    EXPECT_GT(
+        qobject_cast<QLabel *>(
+            Grid->childAt(5, Find<QWidget>(Grid, "rowCharset")->mapTo(Grid, QPoint(0, 5)).y()))
+            ->indent(),
+        QFontMetrics(font).height())
+        << "indented under its parent";
     for (const TVerticalRow *row : Grid->Rows()) {
         const auto *control = Find<QWidget>(Grid, row->Name());
         EXPECT_GE(control->height(), control->minimumSizeHint().height())

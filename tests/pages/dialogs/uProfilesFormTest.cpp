@@ -1,0 +1,222 @@
+#include "app/uAppPathUtils.h"
+#include "app/uAppProfiles.h"
+#include "shell/uAppDialogs.h"
+#include "shell/uAppUtils.h"
+#include "shell/uManagerFrame.h"
+#include "shell/uWorkbenchFixture.h"
+#include "uTcpProxy.h"
+#include "widgets/uGridView.h"
+#include "widgets/uVTDataManager.h"
+#include "widgets/uVerticalGrid.h"
+
+#include <QAction>
+#include <QFile>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+class TProfilesTest : public TWorkbenchTest
+{
+protected:
+    void Store(const QString &alias, const TDbmConnectionProfile &connection)
+    {
+        TAppProfiles profiles;
+        profiles.Clear();
+        auto profile = std::make_shared<TAppProfile>();
+        profile->Alias = alias;
+        profile->Id = TAppProfile::NewId();
+        profile->ConnectionProfile = connection;
+        profiles.Add(profile);
+        profiles.Write();
+    }
+    static QStringList Stored()
+    {
+        TAppProfiles profiles;
+        profiles.Read();
+        QStringList names;
+        for (const TAppProfilePtr &profile : profiles.GetArray())
+            names += profile->GetDisplayString();
+        names.sort();
+        return names;
+    }
+    void OpenProfiles(TModalDriver::THandler handler)
+    {
+        Driver.Expect("frmProfiles", std::move(handler));
+        Trigger("actNewConnection");
+    }
+    static TVerticalRow *Row(QWidget *form, const QString &name)
+    {
+        return Find<TVerticalGrid>(form, "vgProfile")->Row(name);
+    }
+    static void Edit(QWidget *form, const QString &row, const QString &text)
+    {
+        TGuiTools::Retype(Find<QWidget>(form, row), text);
+    }
+    /// Waits inside the job window for its end and closes it.
+    static void CloseJob(QWidget *form, const QString &text)
+    {
+        auto *log = Find<QPlainTextEdit>(form, "memLog");
+        EXPECT_TRUE(TTestLoop::RunUntil([&] { return form->windowTitle().endsWith("Finished"); }));
+        EXPECT_TRUE(log->toPlainText().contains(text)) << log->toPlainText().toStdString();
+        EXPECT_EQ(Find<QPushButton>(form, "butClose")->text(), "Close");
+        TGuiTools::Click(form, "butClose");
+    }
+};
+
+TEST_F(TProfilesTest, OneKeyConnects)
+{
+    Store("Mine", Profile());
+    Driver.Allow("frmWorker");
+    OpenProfiles([](QWidget *form) {
+        EXPECT_EQ(form->windowTitle(), "Profiles");
+        EXPECT_EQ(Find<QPushButton>(form, "butOpen")->text(), "Connect");
+        QTest::keyClick(Find<TVTTreeView>(form, "lvProfiles"), Qt::Key_Return);
+    });
+    ASSERT_TRUE(TAppUtils::Instance().IsConnectionOpened());
+    EXPECT_EQ(Window->GetActiveManagerFrame()->GetTitle(), "Mine");
+}
+
+TEST_F(TProfilesTest, AFailedConnectionKeepsTheWindowsOpen)
+{
+    TDbmConnectionProfile wrong = Profile();
+    wrong.UserName = "nobody";
+    wrong.Password = "wrong";
+    Store("Wrong", wrong);
+    OpenProfiles([this](QWidget *form) {
+        Driver.Expect("frmWorker",
+                      [](QWidget *job) { CloseJob(job, "ER_ACCESS_DENIED_ERROR"); });
+        TGuiTools::Click(form, "butOpen");
+        EXPECT_TRUE(form->isVisible());
+        TGuiTools::Click(form, "butClose");
+    });
+    EXPECT_FALSE(TAppUtils::Instance().IsConnectionOpened());
+}
+
+TEST_F(TProfilesTest, CreatesEditsAndDeletesProfiles)
+{
+    Store("First", Profile());
+    OpenProfiles([this](QWidget *form) {
+        Driver.Expect("New profile", [](QWidget *dialog) {
+            EXPECT_EQ(Find<QPushButton>(dialog, "butOK")->text(), "Create");
+            EXPECT_EQ(Row(dialog, "rowHostName")->Text(), "localhost");
+            EXPECT_EQ(Row(dialog, "rowPort")->Number(), 3306);
+            EXPECT_TRUE(Row(dialog, "rowCompression")->IsChecked());
+            EXPECT_FALSE(Row(dialog, "rowSSHHostName")->IsSeen());
+            Edit(dialog, "rowHostName", "db.example");
+            Edit(dialog, "rowPort", "3307");
+            TGuiTools::Click(dialog, "butOK");
+        });
+        QTest::keyClick(Find<TVTTreeView>(form, "lvProfiles"), Qt::Key_Insert);
+
+        Driver.Expect("Edit profile", [](QWidget *dialog) {
+            EXPECT_EQ(Row(dialog, "rowHostName")->Text(), "db.example");
+            Edit(dialog, "rowProfileName", "Second");
+            TGuiTools::Click(dialog, "butOK");
+        });
+        TGuiTools::Trigger(form, "actUpdate");
+
+        Driver.Expect("New profile", [](QWidget *dialog) {
+            Edit(dialog, "rowProfileName", "never stored");
+            TGuiTools::Click(dialog, "butCancel");
+        });
+        TGuiTools::Trigger(form, "actCreate");
+        TGuiTools::Click(form, "butClose");
+    });
+    EXPECT_EQ(Stored(), (QStringList{"First", "Second"})) << "stored without a connection";
+
+    OpenProfiles([this](QWidget *form) {
+        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butNo"); });
+        TGuiTools::Trigger(form, "actDelete");
+        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+        TGuiTools::Trigger(form, "actDelete");
+        TGuiTools::Click(form, "butClose");
+    });
+    EXPECT_EQ(Stored().size(), 1);
+}
+
+TEST_F(TProfilesTest, SshRowsShowForATunnelOnly)
+{
+    Store("First", Profile());
+    OpenProfiles([this](QWidget *form) {
+        Driver.Expect("Edit profile", [](QWidget *dialog) {
+            TVerticalRow *type = Row(dialog, "rowConnectionType");
+            auto *combo = Find<QComboBox>(dialog, "rowConnectionType");
+            combo->setFocus();
+            QTest::keyClick(combo, Qt::Key_Down);
+            EXPECT_EQ(type->Text(), "ssh tunnel");
+            EXPECT_TRUE(Row(dialog, "rowSSHHostName")->IsSeen());
+            EXPECT_EQ(Row(dialog, "rowSSHAuthentication")->Text(), "password");
+            TGuiTools::Click(dialog, "butCancel");
+        });
+        TGuiTools::Trigger(form, "actUpdate");
+        TGuiTools::Click(form, "butClose");
+    });
+}
+
+TEST_F(TProfilesTest, TestsAConnectionFromTheDialog)
+{
+    Store("First", Profile());
+    OpenProfiles([this](QWidget *form) {
+        Driver.Expect("Edit profile", [this](QWidget *dialog) {
+            Driver.Expect("frmWorker", [](QWidget *job) {
+                CloseJob(job, "successfully completed.\n\n---\nTask completed (");
+            });
+            TGuiTools::Trigger(dialog, "actTestConnection");
+            Edit(dialog, "rowUserName", "nobody");
+            Driver.Expect("frmWorker",
+                          [](QWidget *job) { CloseJob(job, "\n---\nER_ACCESS_DENIED_ERROR\n"); });
+            TGuiTools::Trigger(dialog, "actTestConnection");
+            TGuiTools::Click(dialog, "butCancel");
+        });
+        TGuiTools::Trigger(form, "actUpdate");
+        TGuiTools::Click(form, "butClose");
+    });
+}
+
+TEST_F(TProfilesTest, SelectsADatabaseOfTheServer)
+{
+    Store("First", Profile());
+    const QString name = Database().Name();
+    OpenProfiles([this, name](QWidget *form) {
+        Driver.Expect("Edit profile", [this, name](QWidget *dialog) {
+            Driver.Expect("Select Database", [name](QWidget *select) {
+                auto *list = Find<TGridView>(select, "lvList");
+                for (int row = 0; row < list->model()->rowCount(); ++row)
+                    if (list->model()->index(row, 0).data().toString() == name)
+                        list->SetFocusedRow(row);
+                TGuiTools::Click(select, "butOK");
+            });
+            TVerticalRow *row = Row(dialog, "rowDatabase");
+            Q_EMIT row->OnButton(row, "select");
+            EXPECT_EQ(row->Text(), name);
+            // A wrong password is told, and the row stays.
+            Edit(dialog, "rowUserName", "nobody");
+            ExpectError("Access denied");
+            Q_EMIT row->OnButton(row, "select");
+            EXPECT_EQ(row->Text(), name);
+            TGuiTools::Click(dialog, "butCancel");
+        });
+        TGuiTools::Trigger(form, "actUpdate");
+        TGuiTools::Click(form, "butClose");
+    });
+}
+
+TEST_F(TProfilesTest, ADamagedFileIsToldAndLeftAlone)
+{
+    const QByteArray damaged = "<config><group name='0'>";
+    {
+        QFile file(TAppPathUtils::ProfilesFile());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(damaged);
+    }
+    ExpectError("profiles.xml");
+    OpenProfiles([](QWidget *form) { TGuiTools::Click(form, "butClose"); });
+    QFile file(TAppPathUtils::ProfilesFile());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), damaged);
+}
+
+} // namespace

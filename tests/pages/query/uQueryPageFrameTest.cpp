@@ -1,0 +1,365 @@
+#include "pages/query/uQueryPageFrame.h"
+#include "pages/data/uDataFrame.h"
+#include "pages/query/uEditorPageFrame.h"
+#include "pages/query/uTextDocumentFile.h"
+#include "shell/uAppManagerPageUtils.h"
+#include "shell/uManagerFrame.h"
+#include "shell/uPageManagerFrame.h"
+#include "shell/uWorkbenchFixture.h"
+#include "support/uFileUtils.h"
+#include "widgets/uDataSetGrid.h"
+#include "widgets/uDropDownCombo.h"
+#include "widgets/uGridView.h"
+#include "widgets/uTextEditor.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QFile>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+class TQueryPageTest : public TWorkbenchTest
+{
+protected:
+    QString LabelText(const QString &name) { return Find<QLabel>(&QueryPage(), name)->text(); }
+    QString ErrorText()
+    {
+        const auto *box = Find<QPlainTextEdit>(&QueryPage(), "memError");
+        return box->isVisible() ? box->toPlainText() : QString();
+    }
+    /// Rows of a view's model, cells joined by "|".
+    static QStringList Rows(const QAbstractItemView *view)
+    {
+        QStringList rows;
+        for (int row = 0; row < view->model()->rowCount(); ++row) {
+            QStringList cells;
+            for (int column = 0; column < view->model()->columnCount(); ++column)
+                cells += view->model()->index(row, column).data().toString();
+            rows += cells.join('|');
+        }
+        return rows;
+    }
+    QStringList ResultRows() { return Rows(Find<TDataSetGrid>(&QueryPage(), "grdData")); }
+    void Goto(const char *action) { TGuiTools::Trigger(&QueryPage(), action); }
+    QByteArray Bytes(const QString &fileName)
+    {
+        QFile file(fileName);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << fileName.toStdString();
+        return file.readAll();
+    }
+    void WriteBytes(const QString &fileName, const QByteArray &bytes)
+    {
+        QFile file(fileName);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+    void OpenFile(const QString &fileName)
+    {
+        Driver.ExpectFile(fileName);
+        Trigger("actQueryOpen");
+    }
+};
+
+TEST_F(TQueryPageTest, StartsWithNothingRun)
+{
+    OpenWorkspace();
+    Trigger("actQueryNew");
+    EXPECT_EQ(LabelText("labRows"), "Rows: -");
+    EXPECT_EQ(LabelText("labTime"), "Time: -");
+    EXPECT_EQ(LabelText("labFileName"), "File name: ");
+    EXPECT_EQ(ErrorText(), "");
+    EXPECT_TRUE(IsEnabled("actQuerySave")) << "a page without a file can always be saved";
+    EXPECT_TRUE(IsEnabled("actQueryExecuteSelected"));
+    EXPECT_FALSE(IsEnabled("actQueryExportAsText"));
+}
+
+TEST_F(TQueryPageTest, ShowsRowsPlanAndLogOfOneRun)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, name VARCHAR(20)); ");
+    Exec("INSERT INTO t VALUES (1, 'Ångström'), (2, NULL), (3, '中文')");
+    OpenWorkspace(Database().Name());
+    NewQuery("");
+    RunQuery("SELECT * FROM t ORDER BY id;\nSET @x = 1;\n");
+    EXPECT_EQ(ResultRows(), (QStringList{"1|Ångström", "2|NULL", "3|中文"}));
+    EXPECT_EQ(LabelText("labRows"), "Rows: 3");
+    EXPECT_TRUE(QRegularExpression("^Time: \\d+\\.\\d\\d ms$").match(LabelText("labTime")).hasMatch());
+    Goto("actGotoExplain");
+    const QStringList plan = Rows(Find<TGridView>(&QueryPage(), "lvExplain"));
+    ASSERT_EQ(plan.size(), 1);
+    EXPECT_TRUE(plan[0].startsWith("1|SIMPLE|t|")) << plan[0].toStdString();
+    Goto("actGotoLog");
+    auto *log = Find<TGridView>(&QueryPage(), "lvLog");
+    EXPECT_EQ(log->model()->rowCount(), 2);
+    EXPECT_EQ(log->model()->index(0, 4).data().toString(), "OK");
+    EXPECT_EQ(log->model()->index(1, 5).data().toString(), "SET @x = 1");
+}
+
+TEST_F(TQueryPageTest, StaysOnItsTabAndFillsTheOthersWhenTheyAreLookedAt)
+{
+    OpenWorkspace();
+    NewQuery("");
+    RunQuery("SELECT 1 AS a");
+    Goto("actGotoLog");
+    RunQuery("SELECT 2 AS a");
+    EXPECT_TRUE(Find<TGridView>(&QueryPage(), "lvLog")->isVisible());
+    Goto("actGotoResult");
+    EXPECT_EQ(ResultRows(), QStringList("2"));
+}
+
+TEST_F(TQueryPageTest, AFailureStandsInTheErrorBox)
+{
+    OpenWorkspace();
+    NewQuery("");
+    RunQuery("SELECT 1");
+    RunQuery("SELECT 1; \nSELECT * FROM no_such_db.t;\nSELECT 2;");
+    EXPECT_EQ(LabelText("labRows"), "Rows: 1") << "one statement a line: the first line ran";
+    RunQuery("SELECT 1;\nSELECT * FROM no_such_db.t;\nSELECT 2;");
+    EXPECT_TRUE(ErrorText().startsWith("ER_NO_SUCH_TABLE (1146) - ")) << ErrorText().toStdString();
+    EXPECT_EQ(LabelText("labRows"), "Rows: -");
+    EXPECT_TRUE(ResultRows().isEmpty());
+    Goto("actGotoExplain");
+    EXPECT_TRUE(Rows(Find<TGridView>(&QueryPage(), "lvExplain")).isEmpty());
+    RunQuery("SELECT 3");
+    EXPECT_EQ(ErrorText(), "");
+}
+
+TEST_F(TQueryPageTest, RunsTheSelectionAlone)
+{
+    OpenWorkspace();
+    TQueryPageFrame &page = NewQuery("SELECT 1 AS a;\nSELECT 2 AS a;");
+    auto *editor = Find<TTextEditor>(&page, "edEditor");
+    editor->SetCaret(1, 0);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_End, Qt::ShiftModifier);
+    Trigger("actQueryExecuteSelected");
+    EXPECT_EQ(page.GetExecutedText(), "SELECT 2 AS a;");
+    EXPECT_EQ(ResultRows(), QStringList("2"));
+}
+
+TEST_F(TQueryPageTest, UseChoosesTheDatabaseOfEachRun)
+{
+    Exec("CREATE TABLE t (a INT); ");
+    OpenWorkspace();
+    TQueryPageFrame &page = NewQuery("");
+    auto *use = Find<TDropDownCombo>(&page, "cbxUse");
+    EXPECT_EQ(use->itemText(0), "(none)");
+    EXPECT_EQ(page.GetUsedDatabaseName(), "");
+    RunQuery("SELECT DATABASE()");
+    EXPECT_EQ(ResultRows(), QStringList("NULL"));
+    use->setCurrentText(Database().Name());
+    EXPECT_EQ(page.GetUsedDatabaseName(), Database().Name());
+    RunQuery("SELECT COUNT(*), DATABASE() FROM t");
+    EXPECT_EQ(ResultRows(), QStringList("0|" + Database().Name()));
+
+    // Another session drops and makes databases: the list follows when it is opened.
+    const QString other = Database().Name() + "_b";
+    Server().Exec("CREATE DATABASE " + other);
+    use->showPopup();
+    EXPECT_GE(use->findText(other), 0);
+    EXPECT_EQ(use->currentText(), Database().Name()) << "the choice stays";
+    use->hidePopup();
+    Server().Exec("DROP DATABASE " + other);
+}
+
+TEST_F(TQueryPageTest, ABoundConnectionUsesItsDatabase)
+{
+    OpenWorkspace(Database().Name());
+    TQueryPageFrame &page = NewQuery("");
+    EXPECT_FALSE(Find<TDropDownCombo>(&page, "cbxUse")->isVisible());
+    RunQuery("SELECT DATABASE()");
+    EXPECT_EQ(ResultRows(), QStringList(Database().Name()));
+}
+
+TEST_F(TQueryPageTest, ALostSessionComesBackByItself)
+{
+    TManagerFrame &workspace = OpenWorkspace();
+    NewQuery("");
+    RunQuery("SELECT CONNECTION_ID()");
+    Server().Exec("KILL " + ResultRows().value(0));
+    RunQuery("SELECT 5");
+    EXPECT_EQ(ResultRows(), QStringList("5")) << ErrorText().toStdString();
+    EXPECT_TRUE(workspace.Manager().Provider().Connection().Connected());
+}
+
+TEST_F(TQueryPageTest, ExportsTheResultAsText)
+{
+    TManagerFrame &workspace = OpenWorkspace();
+    NewQuery("");
+    RunQuery("SELECT 7 AS n, 'x' AS s");
+    Trigger("actQueryExportAsText");
+    auto *page = qobject_cast<TEditorPageFrame *>(workspace.PageUtils().GetActivePage());
+    ASSERT_NE(page, nullptr);
+    EXPECT_EQ(page->GetTitle(), "Result as text");
+    EXPECT_TRUE(page->GetText().startsWith("SELECT 7 AS n, 'x' AS s\r\n---\r\nn s\r\n"))
+        << page->GetText().toStdString();
+    EXPECT_TRUE(page->GetText().contains("Fetched 1 row(s) for "));
+    EXPECT_FALSE(IsEnabled("actQueryExecute")) << "a text page has nothing to run";
+    Driver.ExpectFile(FilePath("out.txt"));
+    TGuiTools::Trigger(page, "actSave");
+    EXPECT_TRUE(Bytes(FilePath("out.txt")).contains("Fetched 1 row(s)"));
+}
+
+TEST_F(TQueryPageTest, DuplicatesTextDatabaseAndHeight)
+{
+    OpenWorkspace();
+    TQueryPageFrame &first = NewQuery("SELECT 1");
+    Find<TDropDownCombo>(&first, "cbxUse")->setCurrentText(Database().Name());
+    Trigger("actQueryDuplicate");
+    EXPECT_NE(&QueryPage(), &first);
+    EXPECT_EQ(QueryPage().GetText(), "SELECT 1");
+    EXPECT_EQ(QueryPage().GetUsedDatabaseName(), Database().Name());
+    EXPECT_EQ(QueryPage().GetResultHeight(), first.GetResultHeight());
+}
+
+TEST_F(TQueryPageTest, SavesAndOpensAFile)
+{
+    TManagerFrame &workspace = OpenWorkspace();
+    NewQuery("SELECT 'Ж'");
+    const QString file = FilePath("query.sql");
+    Driver.ExpectFile(file);
+    Trigger("actQuerySaveAs");
+    EXPECT_EQ(QueryPage().GetTitle(), "query.sql");
+    EXPECT_EQ(LabelText("labFileName"), "File name: " + file);
+    EXPECT_EQ(Bytes(file), "\xEF\xBB\xBFSELECT '\xD0\x96'") << "a new file is UTF-8 with mark";
+    EXPECT_FALSE(IsEnabled("actQuerySave")) << "nothing to save";
+    OpenFile(file);
+    EXPECT_EQ(workspace.GetPagesCaption(), QStringList("query.sql")) << "it is open already";
+    Find<TTextEditor>(&QueryPage(), "edEditor")->PasteText("-- more\n");
+    EXPECT_TRUE(IsEnabled("actQuerySave"));
+    workspace.CloseAllPages(); // saves without asking
+    EXPECT_TRUE(Bytes(file).contains("-- more"));
+    Trigger("actQueryNew");
+    Driver.ExpectFile({});
+    Trigger("actQuerySaveAs"); // cancelled
+    EXPECT_EQ(QueryPage().GetTitle(), "Query");
+}
+
+struct TFileForm
+{
+    const char *Name;
+    QByteArray Bytes;
+    QByteArray WithX; // after an X was typed at the start and the file was saved
+};
+
+class TFileForms : public TQueryPageTest, public ::testing::WithParamInterface<TFileForm>
+{
+};
+
+TEST_P(TFileForms, ComeBackAsTheyCame)
+{
+    const QString file = FilePath("form.sql");
+    WriteBytes(file, GetParam().Bytes);
+    OpenWorkspace();
+    OpenFile(file);
+    auto *editor = Find<TTextEditor>(&QueryPage(), "edEditor");
+    editor->SetCaret(0, 0);
+    editor->PasteText("X");
+    Trigger("actQuerySave");
+    EXPECT_EQ(Bytes(file), GetParam().WithX);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Forms, TFileForms,
+    ::testing::Values(
+        TFileForm{"Utf8WithoutMark", "\xD0\x96\na", "X\xD0\x96\na"},
+        TFileForm{"Utf8WithMarkAndCrLf", "\xEF\xBB\xBF\xD0\x96\r\n", "\xEF\xBB\xBFX\xD0\x96\r\n"},
+        TFileForm{"MixedLineEnds", "a\r\nb\nc\rd", "Xa\r\nb\nc\rd"},
+        TFileForm{"NulBytes", QByteArray("a\0b", 3), QByteArray("Xa\0b", 4)}),
+    [](const auto &info) { return std::string(info.param.Name); });
+
+TEST_F(TQueryPageTest, AFileThatCannotBeDecodedIsReadOnly)
+{
+    const QString file = FilePath("broken.sql");
+    const QByteArray bytes("SELECT '\xff\xfe\xfa'");
+    WriteBytes(file, bytes);
+    OpenWorkspace();
+    OpenFile(file);
+    auto *editor = Find<TTextEditor>(&QueryPage(), "edEditor");
+    EXPECT_TRUE(editor->IsReadOnly());
+    QTest::keyClick(QApplication::focusWidget(), 'x');
+    Window->GetActiveManagerFrame()->CloseAllPages();
+    EXPECT_EQ(Bytes(file), bytes);
+}
+
+TEST_F(TQueryPageTest, AFileChangedByOthersIsNotOverwrittenWithoutAQuestion)
+{
+    const QString file = FilePath("shared.sql");
+    WriteBytes(file, "mine");
+    OpenWorkspace();
+    OpenFile(file);
+    Find<TTextEditor>(&QueryPage(), "edEditor")->PasteText("more ");
+    WriteBytes(file, "somebody else's longer text");
+    const auto answer = [this](const char *button) {
+        Driver.Expect([button](QWidget *box) { TGuiTools::Click(box, button); });
+    };
+    answer("butNo");
+    Trigger("actQuerySave");
+    EXPECT_EQ(Bytes(file), "somebody else's longer text");
+    EXPECT_TRUE(IsEnabled("actQuerySave")) << "still unsaved";
+    answer("butYes");
+    Trigger("actQuerySave");
+    EXPECT_TRUE(Bytes(file).contains("more mine"));
+}
+
+TEST_F(TQueryPageTest, AFolderThatTakesNothingKeepsTheText)
+{
+    OpenWorkspace();
+    NewQuery("SELECT 'precious'");
+    WriteBytes(FilePath("file"), "a file, not a folder");
+    const QString impossible = FilePath("file/below.sql");
+    EXPECT_THROW(TTextDocumentFile().SaveAs(impossible, "x"), EException);
+    const QString file = FilePath("gone/query.sql");
+    ASSERT_TRUE(QDir().mkpath(FilePath("gone")));
+    Driver.ExpectFile(file);
+    Trigger("actQuerySaveAs");
+    ASSERT_TRUE(QDir(FilePath("gone")).removeRecursively());
+    Find<TTextEditor>(&QueryPage(), "edEditor")->PasteText("more ");
+    // Closing saves; that fails, says so and asks; No keeps the page.
+    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); }); // the file is gone: overwrite
+    ExpectError("gone/query.sql");
+    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butNo"); });
+    Window->GetActiveManagerFrame()->CloseActivePage();
+    EXPECT_TRUE(QueryPage().GetText().contains("more "));
+    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+    ExpectError("gone/query.sql");
+    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+    Window->GetActiveManagerFrame()->CloseActivePage();
+    EXPECT_EQ(Window->GetActiveManagerFrame()->GetPagesCaption(), QStringList());
+}
+
+TEST_F(TQueryPageTest, OddAnswersAreShown)
+{
+    OpenWorkspace();
+    NewQuery("");
+    RunQuery("SELECT '' AS ``, 1 AS a, 2 AS A, 3 AS a");
+    EXPECT_EQ(ResultRows(), QStringList("|1|2|3"));
+    QStringList columns;
+    for (int i = 1; i <= 4096; ++i)
+        columns += QString::number(i);
+    RunQuery("SELECT " + columns.join(','));
+    EXPECT_EQ(Find<TDataSetGrid>(&QueryPage(), "grdData")->model()->columnCount(), 4096);
+    RunQuery("");
+    EXPECT_EQ(LabelText("labRows"), "Rows: -");
+    EXPECT_NE(LabelText("labTime"), "Time: -");
+}
+
+TEST_F(TQueryPageTest, PastesThroughTheClipboard)
+{
+    TManagerFrame &workspace = OpenWorkspace();
+    workspace.PageUtils().PasteText("NOW()"); // no query page: a new one comes
+    EXPECT_EQ(QueryPage().GetText(), "NOW()");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "NOW()");
+}
+
+TEST_F(TQueryPageTest, AMissingFileOpensNothing)
+{
+    TManagerFrame &workspace = OpenWorkspace();
+    workspace.PageUtils().ShowQueryFromFile(FilePath("missing.sql"), {}, 0, true);
+    EXPECT_TRUE(workspace.GetPagesCaption().isEmpty());
+}
+
+} // namespace

@@ -1,0 +1,179 @@
+#include "pages/query/uQueryPageFrame.h"
+#include "shell/uAppMessages.h"
+#include "shell/uAppUtils.h"
+#include "shell/uManagerFrame.h"
+#include "shell/uPageManagerFrame.h"
+#include "shell/uWorkbenchFixture.h"
+#include "widgets/uGridView.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+QStringList BarCaptions(const QMainWindow &window)
+{
+    QStringList captions;
+    for (const QAction *action : window.menuBar()->actions())
+        if (action->isVisible())
+            captions += action->text();
+    return captions;
+}
+
+/// Captions of a menu, "-" for a separator.
+QStringList Entries(const QMenu *menu)
+{
+    QStringList captions;
+    for (const QAction *action : menu->actions())
+        if (action->isVisible())
+            captions += action->isSeparator() ? QString("-") : action->text();
+    return captions;
+}
+
+using TMainFormTest = TWorkbenchTest;
+
+TEST_F(TMainFormTest, WithoutAConnectionThereAreFileAndHelp)
+{
+    EXPECT_EQ(Window->windowTitle(), "Korvane");
+    EXPECT_EQ(BarCaptions(*Window), (QStringList{"&File", "&Help"}));
+    EXPECT_FALSE(IsEnabled("actCloseConnection"));
+    EXPECT_FALSE(IsEnabled("actQueryExecute"));
+    const auto *windowMenu = Find<QMenu>(Window.get(), "menWindow");
+    EXPECT_EQ(Entries(windowMenu), (QStringList{"Close Page", "Close All Pages"}));
+    EXPECT_FALSE(windowMenu->actions()[0]->isEnabled());
+    QTest::keyClick(Window.get(), Qt::Key_F5); // no page: nothing happens
+    EXPECT_FALSE(TAppUtils::Instance().IsConnectionOpened());
+}
+
+TEST_F(TMainFormTest, AConnectionBringsItsMenus)
+{
+    OpenWorkspace();
+    EXPECT_EQ(BarCaptions(*Window), (QStringList{"&File", "&View", "&Schema", "&Query", "&Tools",
+                                                 "&Window", "&Help"}));
+    EXPECT_EQ(Entries(Find<QMenu>(Window.get(), "menSchema")),
+              (QStringList{"Create...", "-", "Open", "-", "Create Table...", "Create View...",
+                           "Create Procedure...", "Create Function...", "Create Event...", "-",
+                           "Migrate...", "Clone...", "Create SQL Dump...", "-",
+                           "Checksum Data (CRC32)...", "-", "Modify...", "Delete..."}));
+    EXPECT_EQ(Entries(Find<QMenu>(Window.get(), "menQuery")),
+              (QStringList{"New", "Open...", "-", "Save", "Save As...", "-", "Duplicate", "-",
+                           "Execute", "Execute Selected", "-", "Export as CVS...",
+                           "Export as Text"}));
+    EXPECT_EQ(Entries(Find<QMenu>(Window.get(), "menTools")),
+              (QStringList{"Execute SQL Dump...", "-", "Server", "Other"}));
+    for (const char *action : {"actCloseConnection", "actRefresh", "actQueryNew", "actQueryOpen",
+                               "actToolsCharset"})
+        EXPECT_TRUE(IsEnabled(action)) << action;
+    EXPECT_FALSE(IsEnabled("actQuerySave")) << "there is no query page";
+}
+
+TEST_F(TMainFormTest, ABoundConnectionCannotMakeOrDropDatabases)
+{
+    OpenWorkspace(Database().Name());
+    EXPECT_FALSE(Find<QAction>(Window.get(), "actSchemaCreate")->isVisible());
+    EXPECT_FALSE(Find<QAction>(Window.get(), "actSchemaDelete")->isVisible());
+    EXPECT_TRUE(Find<QAction>(Window.get(), "actSchemaUpdate")->isVisible());
+    OpenWorkspace();
+    EXPECT_TRUE(Find<QAction>(Window.get(), "actSchemaCreate")->isVisible());
+}
+
+TEST_F(TMainFormTest, TheWorkspaceSaysWhereItIs)
+{
+    TManagerFrame &workspace = OpenWorkspace();
+    EXPECT_EQ(workspace.GetTitle(), "Test server");
+    EXPECT_EQ(Find<QLabel>(&workspace, "labProfile")->text(), Profile().GetDisplayString());
+    EXPECT_EQ(Find<QLabel>(&workspace, "labServerVersion")->text(), Value("SELECT VERSION()"));
+}
+
+TEST_F(TMainFormTest, TheWindowMenuFollowsThePages)
+{
+    OpenWorkspace();
+    NewQuery("SELECT 1");
+    NewQuery("SELECT 2");
+    auto *menu = Find<QMenu>(Window.get(), "menWindow");
+    EXPECT_EQ(Entries(menu),
+              (QStringList{"Close Page", "Close All Pages", "-", "Query", "Query"}));
+    EXPECT_TRUE(menu->actions()[4]->isChecked());
+    menu->actions()[3]->trigger();
+    EXPECT_EQ(QueryPage().GetText(), "SELECT 1");
+    Find<QAction>(menu, "actWindowClosePage")->trigger();
+    EXPECT_EQ(QueryPage().GetText(), "SELECT 2");
+    Find<QAction>(menu, "actWindowCloseAllPages")->trigger();
+    EXPECT_FALSE(IsEnabled("actQueryExecute"));
+}
+
+TEST_F(TMainFormTest, GlobalKeysTurnPagesAndRunTheQuery)
+{
+    OpenWorkspace();
+    NewQuery("SELECT 1");
+    NewQuery("SELECT 42 AS answer");
+    QWidget *editor = QApplication::focusWidget();
+    ASSERT_NE(editor, nullptr);
+    QTest::keyClick(editor, Qt::Key_F5);
+    EXPECT_EQ(QueryPage().GetExecutedText(), "SELECT 42 AS answer");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_EQ(QueryPage().GetText(), "SELECT 1");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab,
+                    Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(QueryPage().GetText(), "SELECT 42 AS answer");
+}
+
+TEST_F(TMainFormTest, ClosingTheLastConnectionBringsTheProfilesBack)
+{
+    OpenWorkspace();
+    Driver.Expect("frmProfiles", [](QWidget *form) { TGuiTools::Click(form, "butClose"); });
+    Trigger("actCloseConnection");
+    EXPECT_TRUE(TTestLoop::RunUntil([this] { return Driver.Pending() == 0; }));
+    EXPECT_FALSE(TAppUtils::Instance().IsConnectionOpened());
+}
+
+TEST_F(TMainFormTest, ClosingTheWindowDoesNot)
+{
+    OpenWorkspace();
+    Window->close();
+    TTestLoop::Settle(); // an unexpected dialog would be the driver's failure
+    EXPECT_FALSE(Window->isVisible());
+}
+
+TEST_F(TMainFormTest, RefreshReadsAnewWhatIsLookedAt)
+{
+    TManagerFrame &workspace = OpenWorkspace();
+    int statements = 0;
+    QObject::connect(&workspace, &TManagerFrame::OnCommandBeforeExecute, &workspace,
+                     [&] { ++statements; });
+    TDbmDatabaseList &databases = workspace.Manager().Databases();
+    databases.Count();
+    Trigger("actRefresh");
+    EXPECT_EQ(statements, 1) << "a refresh only marks";
+    databases.Count();
+    EXPECT_EQ(statements, 2);
+}
+
+TEST_F(TMainFormTest, ACharsetIsChosenFromTheServersList)
+{
+    TManagerFrame &workspace = OpenWorkspace();
+    Driver.Expect("Select Charset", [](QWidget *form) {
+        const auto *list = Find<TGridView>(form, "lvCharsets");
+        EXPECT_EQ(list->model()->index(list->FocusedRow(), 0).data().toString(), "utf8mb4");
+        EXPECT_GT(list->model()->rowCount(), 20);
+        TGuiTools::Click(form, "butOK");
+    });
+    Trigger("actToolsCharset");
+    EXPECT_FALSE(workspace.Manager().Provider().Connection().Connected())
+        << "the session is dropped and comes back with the next statement";
+}
+
+TEST_F(TMainFormTest, AboutTellsTheVersion)
+{
+    Driver.Expect("frmAbout", [](QWidget *box) {
+        EXPECT_TRUE(Find<QLabel>(box, "labAbout")->text().contains("Korvane 6"));
+        TGuiTools::Click(box, "butOK");
+    });
+    Trigger("actAbout");
+}
+
+} // namespace

@@ -1,0 +1,91 @@
+#include "shell/uAppMessages.h"
+#include "shell/uMessaging.h"
+
+#include <QStringList>
+#include <gtest/gtest.h>
+
+namespace {
+
+class TBusTest : public ::testing::Test
+{
+protected:
+    ~TBusTest() override
+    {
+        TMessenger::Unregister(&First);
+        TMessenger::Unregister(&Second);
+    }
+    void ListenToRedraw(QObject &recipient, const QString &name)
+    {
+        TMessenger::Register<TRedrawUIMessage>(
+            &recipient, [this, name](const TRedrawUIMessage &) { Heard += name; });
+    }
+
+    QObject First, Second;
+    QStringList Heard;
+};
+
+TEST_F(TBusTest, CallsTheRecipientsOfExactlyThisClassInTheirOrder)
+{
+    ListenToRedraw(Second, "second");
+    ListenToRedraw(First, "first");
+    ListenToRedraw(Second, "second again");
+    TMessenger::Register<TManagerPagesChangeMessage>(
+        &First, [this](const TManagerPagesChangeMessage &) { Heard += "pages"; });
+    TAppMessages::SendRedrawUI();
+    EXPECT_EQ(Heard, (QStringList{"second", "first", "second again"}));
+    Heard.clear();
+    TAppMessages::SendManagerPagesChange();
+    TAppMessages::SendQueryPageStatusChanged(); // nobody listens
+    EXPECT_EQ(Heard, QStringList("pages"));
+}
+
+TEST_F(TBusTest, UnregisteringRemovesEveryEntryOfARecipient)
+{
+    ListenToRedraw(First, "a");
+    ListenToRedraw(First, "b");
+    ListenToRedraw(Second, "c");
+    TMessenger::Unregister(&First);
+    TAppMessages::SendRedrawUI();
+    EXPECT_EQ(Heard, QStringList("c"));
+}
+
+TEST_F(TBusTest, ARecipientMayUnregisterDuringTheDispatch)
+{
+    TMessenger::Register<TRedrawUIMessage>(&First, [this](const TRedrawUIMessage &) {
+        Heard += "leaves";
+        TMessenger::Unregister(&First);
+        ListenToRedraw(First, "late");
+    });
+    ListenToRedraw(Second, "stays");
+    TAppMessages::SendRedrawUI();
+    EXPECT_EQ(Heard, (QStringList{"leaves", "stays"}));
+}
+
+TEST_F(TBusTest, ARecipientThatDiedIsSkipped)
+{
+    auto third = std::make_unique<QObject>();
+    ListenToRedraw(*third, "dead");
+    TMessenger::Register<TRedrawUIMessage>(&First, [&](const TRedrawUIMessage &) { third.reset(); });
+    auto fourth = std::make_unique<QObject>();
+    ListenToRedraw(*fourth, "alive");
+    TAppMessages::SendRedrawUI();
+    TAppMessages::SendRedrawUI();
+    EXPECT_EQ(Heard, (QStringList{"dead", "alive", "alive"}));
+}
+
+TEST_F(TBusTest, CarriesWhatItSays)
+{
+    auto *manager = reinterpret_cast<TDbmManager *>(&First);
+    TMessenger::Register<TTableRenamedMessage>(&First, [&](const TTableRenamedMessage &message) {
+        EXPECT_EQ(message.Manager, manager);
+        Heard += {message.DatabaseName, message.TableName, message.NewTableName};
+    });
+    TMessenger::Register<TEventDeletedMessage>(&First, [&](const TEventDeletedMessage &message) {
+        Heard += {message.DatabaseName, message.EventName};
+    });
+    TAppMessages::SendTableRenamed(manager, "d", "old", "new");
+    TAppMessages::SendEventDeleted(manager, "d", "e");
+    EXPECT_EQ(Heard, (QStringList{"d", "old", "new", "d", "e"}));
+}
+
+} // namespace

@@ -1,0 +1,105 @@
+#include "shell/uWorkbenchFixture.h"
+
+#include "app/uAppConfig.h"
+#include "app/uAppPathUtils.h"
+#include "core/uDbmErrorNames.h"
+#include "core/uServerProfile.h"
+#include "model/uDbmManager.h"
+#include "pages/query/uQueryPageFrame.h"
+#include "shell/uAppManagerPageUtils.h"
+#include "shell/uAppStart.h"
+#include "shell/uManagerFrame.h"
+#include "shell/uMainDataModule.h"
+#include "widgets/uTextEditor.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+TWorkbenchTest::TWorkbenchTest()
+{
+    TAppPathUtils::SetBaseFolders(FFolder.filePath("data"), FFolder.filePath("documents"),
+                                  KORVANE_SOURCE_DIR);
+    TAppStart::Prepare();
+    const TMainDataModule dataModule;
+    Window = std::make_unique<TMainForm>();
+    // The profiles dialog opens by itself at the first idle moment; tests that are not about it
+    // dismiss it.
+    Driver.Expect("frmProfiles", [](QWidget *form) { TGuiTools::Click(form, "butClose"); });
+    TGuiTools::Show(Window.get());
+    TTestLoop::RunUntil([this] { return Driver.Pending() == 0; });
+    TTestLoop::Settle();
+}
+
+TWorkbenchTest::~TWorkbenchTest()
+{
+    Window->close();
+    TTestLoop::Settle();
+    Window.reset();
+    TAppStart::Finish();
+}
+
+TDbmConnectionProfile TWorkbenchTest::Profile(const QString &database) const
+{
+    TDbmConnectionProfile profile = ServerProfile(Server());
+    profile.Database = database;
+    return profile;
+}
+
+TManagerFrame &TWorkbenchTest::OpenWorkspace(const QString &database)
+{
+    return OpenWorkspaceOn(Profile(database));
+}
+
+TManagerFrame &TWorkbenchTest::OpenWorkspaceOn(const TDbmConnectionProfile &profile)
+{
+    auto manager = TDbmManager::Create();
+    manager->SetParams(profile);
+    manager->Connect();
+    Window->NewConnection(std::move(manager), "Test server", "{id}");
+    return *Window->GetActiveManagerFrame();
+}
+
+TQueryPageFrame &TWorkbenchTest::QueryPage()
+{
+    auto *page = qobject_cast<TQueryPageFrame *>(
+        Window->GetActiveManagerFrame()->PageUtils().GetActivePage());
+    if (!page)
+        throw std::runtime_error("the active page is no query page");
+    return *page;
+}
+
+TQueryPageFrame &TWorkbenchTest::NewQuery(const QString &text)
+{
+    Trigger("actQueryNew");
+    Find<TTextEditor>(&QueryPage(), "edEditor")->PasteText(text);
+    return QueryPage();
+}
+
+TQueryPageFrame &TWorkbenchTest::RunQuery(const QString &text)
+{
+    auto *editor = Find<TTextEditor>(&QueryPage(), "edEditor");
+    editor->SelectAll();
+    editor->PasteText(text);
+    Trigger("actQueryExecute");
+    return QueryPage();
+}
+
+bool TWorkbenchTest::IsEnabled(const QString &action) const
+{
+    return Find<QAction>(Window.get(), action)->isEnabled();
+}
+
+void TWorkbenchTest::ExpectError(const QString &text)
+{
+    Driver.Expect("frmErrorBox", [text](QWidget *box) {
+        QString shown;
+        for (const QPlainTextEdit *view : box->findChildren<QPlainTextEdit *>())
+            shown += view->toPlainText() + u'\n';
+        for (const QLabel *label : box->findChildren<QLabel *>())
+            shown += label->text() + u'\n';
+        EXPECT_TRUE(shown.contains(text)) << shown.toStdString();
+        static_cast<QDialog *>(box)->accept();
+    });
+}
