@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-/// Rows as they come from the server, at the price of their bytes: blocks of about 1 MiB, each row
+/// Rows as they come from the server, at the price of their bytes: blocks of up to 2 MiB, each row
 /// the end offsets of its fields and their bytes back to back, one pointer per row. NULL is the
 /// offset's highest bit. Growing may raise std::bad_alloc; the rows held so far stay whole.
 class TRowArena

@@ -3,6 +3,19 @@
 #include "jobs/uDbmOpenManagerWorker.h"
 #include "jobs/uDbmTestConnectionWorker.h"
 #include "jobs/uWorkerForm.h"
+#include "widgets/uWaitCursor.h"
+
+namespace {
+
+// A cancelled job runs to its end before its results are settled and it can be freed.
+void WaitFor(TWorker &worker)
+{
+    TWaitCursor::Show();
+    worker.Finish();
+    TWaitCursor::Hide();
+}
+
+} // namespace
 
 TAppWorkers &TAppWorkers::Instance()
 {
@@ -14,14 +27,14 @@ bool TAppWorkers::TryOpenManager(const TDbmConnectionProfile &profile,
                                  std::unique_ptr<TDbmManager> &manager)
 {
     manager.reset();
-    // Freeing the job waits for its end; only then are its results settled.
     auto worker = std::make_unique<TDbmOpenManagerWorker>();
     worker->FProfile = profile;
-    TWorkerForm::ShowWorker(
+    const bool completed = TWorkerForm::ShowWorker(
         Owner(), *worker, true,
         TFormat::Format("Open connection to \"%s\"", {profile.GetDisplayString()}));
-    worker->Finish();
-    if (worker->FIsSuccess)
+    WaitFor(*worker);
+    // A connection that opens behind the back of who has cancelled it is not wanted.
+    if (completed && worker->FIsSuccess)
         manager = std::move(worker->FManager);
     return manager != nullptr;
 }
@@ -33,6 +46,6 @@ bool TAppWorkers::TestConnection(const TDbmConnectionProfile &profile)
     TWorkerForm::ShowWorker(
         Owner(), *worker,
         TFormat::Format("Test connection to \"%s\"", {profile.GetDisplayString()}));
-    worker->Finish();
+    WaitFor(*worker);
     return worker->FIsSuccess;
 }

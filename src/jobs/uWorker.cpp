@@ -7,6 +7,18 @@
 
 #include <atomic>
 
+namespace {
+
+// Takes the event by copy: a window that closes inside its event clears all of them.
+template <typename TEvent, typename... TArgs>
+void Fire(TEvent event, TArgs &&...args)
+{
+    if (event)
+        event(std::forward<TArgs>(args)...);
+}
+
+} // namespace
+
 struct TWorker::TShared
 {
     std::atomic<bool> StopRequest = false;
@@ -46,10 +58,7 @@ bool TWorker::StopRequest() const
 
 void TWorker::SendLog(const QString &text, TWorkerLogType logType)
 {
-    TMainThread::Synchronize([&] {
-        if (FEvents.OnLog)
-            FEvents.OnLog(this, text, logType);
-    });
+    TMainThread::Synchronize([&] { Fire(FEvents.OnLog, this, text, logType); });
 }
 
 void TWorker::SendLog(const QString &format, const QList<TFormat::TArgument> &args,
@@ -62,21 +71,12 @@ void TWorker::WorkerThreadExecute()
 {
     try {
         const double seconds = TCodeProfiler::ExecuteWithElapsed([this] { Execute(); });
-        TMainThread::Synchronize([&] {
-            if (FEvents.OnComplete)
-                FEvents.OnComplete(this, seconds);
-        });
+        TMainThread::Synchronize([&] { Fire(FEvents.OnComplete, this, seconds); });
     } catch (const std::exception &e) {
-        TMainThread::Synchronize([&] {
-            if (FEvents.OnException)
-                FEvents.OnException(this, e);
-        });
+        TMainThread::Synchronize([&] { Fire(FEvents.OnException, this, e); });
     } catch (...) {
         const EException unknown("Unknown exception.");
-        TMainThread::Synchronize([&] {
-            if (FEvents.OnException)
-                FEvents.OnException(this, unknown);
-        });
+        TMainThread::Synchronize([&] { Fire(FEvents.OnException, this, unknown); });
     }
     TMainThread::Synchronize([this] { SetStatus(wsFinished); });
 }
@@ -84,6 +84,5 @@ void TWorker::WorkerThreadExecute()
 void TWorker::SetStatus(TWorkerStatus status)
 {
     FStatus = status;
-    if (FEvents.OnStatusChanged)
-        FEvents.OnStatusChanged(this);
+    Fire(FEvents.OnStatusChanged, this);
 }

@@ -3,7 +3,6 @@
 #include "core/uDacMySqlError.h"
 #include "core/uDbmErrorNames.h"
 #include "support/uException.h"
-#include "support/uStringUtils.h"
 
 #include <QFrame>
 #include <QHBoxLayout>
@@ -29,16 +28,16 @@ QStringList ExceptionLines(const std::exception &e)
 
 } // namespace
 
-void TWorkerForm::ShowWorker(QWidget *owner, TWorker &worker, const QString &title)
+bool TWorkerForm::ShowWorker(QWidget *owner, TWorker &worker, const QString &title)
 {
-    ShowWorker(owner, worker, false, title);
+    return ShowWorker(owner, worker, false, title);
 }
 
-void TWorkerForm::ShowWorker(QWidget *owner, TWorker &worker, bool closeOnComplete,
+bool TWorkerForm::ShowWorker(QWidget *owner, TWorker &worker, bool closeOnComplete,
                              const QString &title)
 {
     TWorkerForm form(owner, worker, closeOnComplete, title);
-    form.exec();
+    return form.exec() == QDialog::Accepted;
 }
 
 TWorkerForm::TWorkerForm(QWidget *owner, TWorker &worker, bool closeOnComplete,
@@ -129,5 +128,6 @@ void TWorkerForm::WorkerException(const std::exception &e)
 
 void TWorkerForm::AppendLog(const QString &text)
 {
+    // Follows the end only while the end is in view: who has scrolled up is reading.
     memLog->appendPlainText(text);
 }

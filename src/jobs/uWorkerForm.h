@@ -13,9 +13,10 @@ class TWorkerForm : public QDialog
 {
     Q_OBJECT
 public:
-    /// Starts the job and returns when the window has closed. The worker stays the caller's.
-    static void ShowWorker(QWidget *owner, TWorker &worker, const QString &title);
-    static void ShowWorker(QWidget *owner, TWorker &worker, bool closeOnComplete,
+    /// Starts the job and returns when the window has closed. Gives whether the job's completion
+    /// closed it. The worker stays the caller's.
+    static bool ShowWorker(QWidget *owner, TWorker &worker, const QString &title);
+    static bool ShowWorker(QWidget *owner, TWorker &worker, bool closeOnComplete,
                            const QString &title);
 
 protected:

@@ -114,13 +114,22 @@ private:
             entities.begin(), entities.end(),
             [&](const TEntity &left, const TEntity &right) { return comparer(left, right) < 0; });
         for (const TEntity &entity : std::as_const(entities)) {
-            TItemPtr &item = FDict[GetEntityKey(entity)];
-            if (!item)
-                item = CreateItem();
+            const TItemPtr item = FindOrCreate(GetEntityKey(entity));
             item->SetIsDelete(false);
             item->SetEntity(entity);
             FList.append(item);
         }
+    }
+
+    // An item that could not be made leaves no empty place behind for the next reload to find.
+    TItemPtr FindOrCreate(const QString &key)
+    {
+        TItemPtr item = FDict.value(key);
+        if (!item) {
+            item = CreateItem();
+            FDict.insert(key, item);
+        }
+        return item;
     }
 
     // Holders of a swept item keep it alive.

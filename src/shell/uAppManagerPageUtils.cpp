@@ -71,7 +71,7 @@ void TAppManagerPageUtils::ShowExportQueryAsText(const QString &sql,
     QString text;
     TDbmQueryTextResultFormatter formatter;
     formatter.Execute(sql, execResult.Query, text, execResult.ExecTime);
-    ShowPanelEditor("Result as text", text, false, false);
+    ShowPanelEditor("Result as text", text, false, true);
 }
 
 void TAppManagerPageUtils::ShowPanelEditor(const QString &caption, const QString &fileNameOrText,

@@ -30,7 +30,6 @@ public:
 void TAppStart::Prepare()
 {
     QApplication::setApplicationName("korvane");
-    QApplication::setApplicationDisplayName("Korvane");
     QApplication::setDesktopFileName("korvane");
     TMainThread::Initialize();
     TIcons::SetFolder(TAppPathUtils::ImagesFolder());

@@ -3,7 +3,6 @@
 #include "shell/uGuard.h"
 
 #include <QApplication>
-#include <QDialogButtonBox>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -32,19 +31,19 @@ TDialogForm::TDialogForm(QWidget *owner) : QDialog(owner)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
 
-    auto *bottom = new QFrame(this);
-    bottom->setObjectName("panBottom");
-    auto *row = new QHBoxLayout(bottom);
+    panBottom = new QFrame(this);
+    panBottom->setObjectName("panBottom");
+    auto *row = new QHBoxLayout(panBottom);
     row->addStretch(1);
-    butOK = new QPushButton(bottom);
+    butOK = new QPushButton(panBottom);
     butOK->setObjectName("butOK");
     butOK->setDefault(true);
-    butCancel = new QPushButton("Cancel", bottom);
+    butCancel = new QPushButton("Cancel", panBottom);
     butCancel->setObjectName("butCancel");
     butCancel->setAutoDefault(false);
     row->addWidget(butOK);
     row->addWidget(butCancel);
-    column->addWidget(bottom);
+    column->addWidget(panBottom);
 
     connect(butOK, &QPushButton::clicked, this, &TDialogForm::ProcessAndAccept);
     connect(butCancel, &QPushButton::clicked, this, &QDialog::reject);
@@ -59,6 +58,7 @@ TDialogForm::~TDialogForm()
 void TDialogForm::SetFrame(TDialogFrame *frame)
 {
     FDialogFrame = frame;
+    const QSize wish = frame->size(); // docking changes it
     setWindowTitle(frame->GetTitle());
     butOK->setText(frame->GetOkButtonTitle());
     connect(frame, &TDialogFrame::OnProcess, this, &TDialogForm::ProcessAndAccept);
@@ -67,8 +67,10 @@ void TDialogForm::SetFrame(TDialogFrame *frame)
     frame->show();
     frame->ApplyStyle();
     frame->Prepare();
+    const QSize wanted =
+        wish.expandedTo(frame->sizeHint()) + QSize(0, panBottom->sizeHint().height());
     // The frame's wish counts as far as the screen has room.
-    resize(sizeHint().boundedTo(screen()->availableSize() * 9 / 10));
+    setFixedSize(wanted.boundedTo(screen()->availableSize() * 9 / 10));
 }
 
 // A failure leaves the window open with its input, and is shown.

@@ -5,9 +5,11 @@
 #include <QDialog>
 #include <functional>
 
+class QFrame;
 class QPushButton;
 
-/// The one window in which every dialog frame runs.
+/// The one window in which every dialog frame runs. It is of a fixed size: the frame's, which the
+/// frame sets in DoCreate, with the buttons below.
 class TDialogForm : public QDialog
 {
     Q_OBJECT
@@ -48,6 +50,7 @@ private:
     void FocusFirstControl();
 
     TDialogFrame *FDialogFrame = nullptr; // child widget
+    QFrame *panBottom = nullptr;
     QPushButton *butOK = nullptr;
     QPushButton *butCancel = nullptr;
     bool FShown = false;

@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -24,7 +25,8 @@ TMainForm::TMainForm()
     setWindowTitle("Korvane");
     setWindowIcon(TIcons::Icon("app"));
     const QFontMetrics metrics(font());
-    resize(metrics.averageCharWidth() * 170, metrics.height() * 48);
+    resize(QSize(metrics.averageCharWidth() * 170, metrics.height() * 48)
+               .boundedTo(screen()->availableSize()));
     auto *center = new QWidget(this);
     center->setObjectName("panCenter");
     auto *column = new QVBoxLayout(center);
@@ -44,7 +46,8 @@ TMainForm::TMainForm()
 TMainForm::~TMainForm()
 {
     qApp->removeEventFilter(this);
-    TMessenger::Unregister(this);
+    // A window that goes without having been closed has connections still.
+    TearDown();
     TAppUtils::Instance().SetMainWindow({});
 }
 
@@ -139,13 +142,19 @@ void TMainForm::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
+    TearDown();
+    QMainWindow::closeEvent(event);
+}
+
+// The last tab to go must not bring the profiles dialog up.
+void TMainForm::TearDown()
+{
     FCloseExecuted = true;
     TGuard::Run([this] {
         if (FManagersPageManager)
             FManagersPageManager->PrepareDestroy();
     });
     TMessenger::Unregister(this);
-    QMainWindow::closeEvent(event);
 }
 
 // Ahead of all controls, so that an editor does not take these keys for itself.
@@ -170,7 +179,8 @@ bool TMainForm::HandleGlobalKey(int key, Qt::KeyboardModifiers modifiers)
     }
     TManagerFrame *manager = GetActiveManagerFrame();
     // With Shift the platform names the key Backtab.
-    if (!control || !manager || (key != Qt::Key_Tab && key != Qt::Key_Backtab))
+    if (!control || !manager || !manager->IsLoaded() ||
+        (key != Qt::Key_Tab && key != Qt::Key_Backtab))
         return false;
     TGuard::Run([=] {
         if (shift || key == Qt::Key_Backtab)

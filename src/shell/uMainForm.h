@@ -32,6 +32,7 @@ private:
     void BuildPageManager();
     void ConnectionsChanged();
     void FirstIdle();
+    void TearDown();
     bool HandleGlobalKey(int key, Qt::KeyboardModifiers modifiers);
 
     TPageManagerFrame *FManagersPageManager = nullptr; // child widget

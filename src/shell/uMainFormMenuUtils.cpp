@@ -213,6 +213,21 @@ const std::vector<TMainFormMenuUtils::TActionRow> &TMainFormMenuUtils::Rows()
          {},
          "log"},
 
+        {"Window",
+         "actWindowClosePage",
+         "Close Page",
+         mcConnection,
+         [] { App().CloseActivePage(); },
+         false,
+         {QKeySequence("Ctrl+F4")}},
+        {"Window",
+         "actWindowCloseAllPages",
+         "Close All Pages",
+         mcConnection,
+         [] { App().CloseAllPages(); },
+         false,
+         {QKeySequence("Ctrl+Shift+F4")}},
+
         {"Help",
          "actHomePage",
          "Korvane Home Page",
@@ -230,7 +245,7 @@ const std::vector<TMainFormMenuUtils::TActionRow> &TMainFormMenuUtils::Rows()
     return rows;
 }
 
-TMainFormMenuUtils::TMainFormMenuUtils(QMainWindow &window) : FWindow(window)
+TMainFormMenuUtils::TMainFormMenuUtils(QMainWindow &window) : FPagesGroup(new QActionGroup(this))
 {
     BuildMenus(window);
     TMessenger::Register<TManagerPagesChangeMessage>(
@@ -337,28 +352,22 @@ void TMainFormMenuUtils::UpdateQueryStates()
 
 void TMainFormMenuUtils::RebuildWindowMenu()
 {
-    FWindowMenu->clear();
-    delete FPagesGroup;
-    FPagesGroup = new QActionGroup(this);
-    const bool opened = App().IsConnectionOpened();
-    const auto add = [&](const char *name, const char *caption, const char *shortcut,
-                         const std::function<void()> &work) {
-        QAction *action = FWindowMenu->addAction(caption, QKeySequence(shortcut));
-        action->setObjectName(name);
-        action->setEnabled(opened);
-        connect(action, &QAction::triggered, this, [work] { TGuard::Run(work); });
-    };
-    add("actWindowClosePage", "Close Page", "Ctrl+F4", [] { App().CloseActivePage(); });
-    add("actWindowCloseAllPages", "Close All Pages", "Ctrl+Shift+F4",
-        [] { App().CloseAllPages(); });
+    // A click on an entry leads here, so that the entry must outlive this call.
+    for (QAction *entry : FPageEntries) {
+        FPagesGroup->removeAction(entry);
+        FWindowMenu->removeAction(entry);
+        entry->deleteLater();
+    }
+    FPageEntries.clear();
     const QStringList captions = App().GetPagesCaption();
     if (!captions.isEmpty())
-        FWindowMenu->addSeparator();
+        FPageEntries.push_back(FWindowMenu->addSeparator());
     for (int i = 0; i < captions.size(); ++i) {
         QAction *page = FWindowMenu->addAction(QString(captions[i]).replace("&", "&&"));
         page->setCheckable(true);
         page->setChecked(i == App().GetActivePage());
         FPagesGroup->addAction(page);
+        FPageEntries.push_back(page);
         connect(page, &QAction::triggered, this,
                 [i] { TGuard::Run([i] { App().SetActivePage(i); }); });
     }

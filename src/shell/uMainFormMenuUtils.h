@@ -43,10 +43,10 @@ private:
     void RebuildWindowMenu();
     QAction *Find(const QString &name) const;
 
-    QMainWindow &FWindow;
     std::vector<TEntry> FEntries;
     std::vector<QMenu *> FConnectionMenus; // seen only while a connection is open
     QMenu *FDataMenu = nullptr;            // stands on no bar
     QMenu *FWindowMenu = nullptr;
-    QActionGroup *FPagesGroup = nullptr;
+    QActionGroup *FPagesGroup;
+    std::vector<QAction *> FPageEntries; // of the Window menu, with the separator above them
 };

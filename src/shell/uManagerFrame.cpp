@@ -49,6 +49,13 @@ void TManagerFrame::BuildLayout()
     panPanels->hide();
     panPages = new QWidget(splMain);
     panPages->setObjectName("panPages");
+    labHint = new QLabel("Ctrl+N opens a new query, Ctrl+O a query file.", panPages);
+    labHint->setObjectName("labHint");
+    labHint->setAlignment(Qt::AlignCenter);
+    labHint->setWordWrap(true);
+    labHint->setForegroundRole(QPalette::PlaceholderText);
+    (new QVBoxLayout(panPages))->setContentsMargins(0, 0, 0, 0);
+    panPages->layout()->addWidget(labHint);
     splMain->setStretchFactor(1, 1);
     column->addWidget(splMain, 1);
 
@@ -59,8 +66,10 @@ void TManagerFrame::BuildLayout()
     labProfile->setObjectName("labProfile");
     labServerVersion = new QLabel(statusBar);
     labServerVersion->setObjectName("labServerVersion");
-    statusBar->addWidget(labProfile);
-    statusBar->addWidget(labServerVersion);
+    for (QLabel *label : {labProfile, labServerVersion}) {
+        label->setTextFormat(Qt::PlainText);
+        statusBar->addWidget(label);
+    }
     column->addWidget(statusBar);
 }
 
@@ -69,9 +78,10 @@ void TManagerFrame::DoLoad()
     FPageManagerFrame = New<TPageManagerFrame>(panPages, 0);
     FPageManagerFrame->setObjectName("pageManager");
     FPageManagerFrame->MoveTo(panPages);
-    FPageManagerFrame->setVisible(false);
-    connect(FPageManagerFrame, &TPageManagerFrame::OnChange, this,
-            [] { TAppMessages::SendManagerPagesChange(); });
+    connect(FPageManagerFrame, &TPageManagerFrame::OnChange, this, [this] {
+        UpdateHint();
+        TAppMessages::SendManagerPagesChange();
+    });
     FPageUtils = std::make_unique<TAppManagerPageUtils>(FManager.get(), FPageManagerFrame);
     FUtils = std::make_unique<TAppManagerUtils>(FManager.get(), FPageUtils.get());
     TLayoutStore::Remember(splMain, "workspace.splitter");
@@ -87,8 +97,16 @@ void TManagerFrame::HookManager()
 
 void TManagerFrame::FillStatusBar()
 {
+    constexpr int Room = 16; // pixels beside the text of a panel
     labProfile->setText(FManager->ConnectionProfile().GetDisplayString());
     labServerVersion->setText(FManager->ServerVersion());
+    for (QLabel *label : {labProfile, labServerVersion})
+        label->setMinimumWidth(label->fontMetrics().horizontalAdvance(label->text()) + Room);
+}
+
+void TManagerFrame::UpdateHint()
+{
+    labHint->setVisible(FPageManagerFrame->PageCount() == 0);
 }
 
 void TManagerFrame::DoProcess()
@@ -104,7 +122,6 @@ bool TManagerFrame::DoCloseQuery()
 void TManagerFrame::DoUnload()
 {
     FPageManagerFrame->PrepareDestroy();
-    TMessenger::Unregister(this);
     FPageManagerFrame->disconnect(this);
     FUtils.reset();
     FPageUtils.reset();

@@ -51,7 +51,7 @@ protected:
 private:
     void BuildLayout();
     void HookManager();
-    void RegisterMessages();
+    void UpdateHint();
     void FillStatusBar();
 
     std::unique_ptr<TDbmManager> FManager;
@@ -63,6 +63,7 @@ private:
     QSplitter *splMain = nullptr;
     QWidget *panPanels = nullptr;
     QWidget *panPages = nullptr;
+    QLabel *labHint = nullptr;
     QLabel *labProfile = nullptr;
     QLabel *labServerVersion = nullptr;
 };

@@ -5,17 +5,26 @@
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QScopedValueRollback>
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <memory>
 
-/// Holds change events back; the last hold to go fires one if any was asked for.
+/// Holds change events back; the last hold to go settles what is seen and fires one, also when an
+/// exception is on its way.
 class TPageManagerFrame::TChangeHold
 {
 public:
     explicit TChangeHold(TPageManagerFrame &frame) : FFrame(frame) { ++FFrame.FDisableChangeEvent; }
-    ~TChangeHold() { --FFrame.FDisableChangeEvent; }
+    ~TChangeHold()
+    {
+        if (--FFrame.FDisableChangeEvent > 0)
+            return;
+        FFrame.UpdateVisibility();
+        TGuard::Run([this] { FFrame.FireChange(); });
+    }
     TChangeHold(const TChangeHold &) = delete;
     TChangeHold &operator=(const TChangeHold &) = delete;
 
@@ -46,6 +55,7 @@ void TPageManagerFrame::BuildTabs()
     tabBar->setExpanding(false);
     tabBar->setDocumentMode(true);
     tabBar->setMovable(true);
+    tabBar->setTabsClosable(true);
     tabBar->setElideMode(Qt::ElideMiddle);
     tabBar->setUsesScrollButtons(true);
     tabBar->installEventFilter(this);
@@ -95,64 +105,46 @@ void TPageManagerFrame::SetNewButtonVisible(bool visible, const QString &hint)
 
 void TPageManagerFrame::SetCloseButtons(bool visible)
 {
-    FCloseButtons = visible;
     tabBar->setTabsClosable(visible);
 }
 
 TPageFrame *TPageManagerFrame::AddPage(const QString &id, const TCreateAction &createAction,
                                        const QIcon &image, bool activate)
 {
+    const TChangeHold hold(*this);
     TPageFrame *page = nullptr;
-    const auto finish = [&] {
+    if (id.isEmpty() || !TryGetPage(id, page))
+        page = CreatePage(id, createAction, image);
+    if (activate) {
+        page->RequestProcess();
         UpdateVisibility();
-        FireChange();
-    };
-    try {
-        const TChangeHold hold(*this);
-        if (id.isEmpty() || !TryGetPage(id, page))
-            page = CreatePage(id, createAction, image);
-        if (activate) {
-            page->RequestProcess();
-            UpdateVisibility();
-            ShowPage(IndexOf(page));
-        }
-    } catch (...) {
-        finish();
-        throw;
+        ShowPage(IndexOf(page));
     }
-    finish();
     return page;
 }
 
 TPageFrame *TPageManagerFrame::CreatePage(const QString &id, const TCreateAction &createAction,
                                           const QIcon &image)
 {
-    ++FDisableProcess;
-    auto *sheet = new QWidget(stack);
-    TPageFrame *page = nullptr;
-    try {
-        page = createAction(sheet);
-    } catch (...) {
-        delete sheet;
-        --FDisableProcess;
-        throw;
-    }
+    const QScopedValueRollback hold(FDisableProcess, FDisableProcess + 1);
+    auto newSheet = std::make_unique<QWidget>(stack);
+    TPageFrame *page = createAction(newSheet.get());
+    QWidget *sheet = newSheet.release(); // the stack's from here on
     const int active = tabBar->currentIndex();
     const int at = FNewPagePosition == nppNext && active >= 0 ? active + 1 : tabBar->count();
     FTags.insert(FTags.begin() + at, TTabSheetTag{id, page});
     stack->insertWidget(at, sheet);
-    tabBar->insertTab(at, image, page->GetTitle().replace("&", "&&"));
+    tabBar->insertTab(at, image, {});
+    ShowTitle(page);
     page->MoveTo(sheet);
     HookPage(page);
-    --FDisableProcess;
     return page;
 }
 
 void TPageManagerFrame::HookPage(TPageFrame *page)
 {
     connect(page, &TPageFrame::OnUpdateTitle, this, [this, page] {
-        tabBar->setTabText(IndexOf(page), page->GetTitle().replace("&", "&&"));
-        tabBar->setTabToolTip(IndexOf(page), page->GetTitle());
+        ShowTitle(page);
         FireChange();
     });
     connect(page, &TPageFrame::OnUpdateId, this,
@@ -160,19 +152,23 @@ void TPageManagerFrame::HookPage(TPageFrame *page)
     connect(page, &TPageFrame::OnClose, this, [this, page] { ClosePage(page); });
 }
 
+void TPageManagerFrame::ShowTitle(TPageFrame *page)
+{
+    const int index = IndexOf(page);
+    tabBar->setTabText(index, page->GetTitle().replace("&", "&&"));
+    tabBar->setTabToolTip(index, page->GetTitle());
+}
+
 void TPageManagerFrame::ClosePage(TPageFrame *page)
 {
     if (IndexOf(page) < 0 || !page->CloseQuery())
         return;
+    const TChangeHold hold(*this);
     const int index = IndexOf(page);
-    {
-        const TChangeHold hold(*this);
-        if (index == tabBar->currentIndex() && index > 0)
-            ShowPage(index - 1);
-        RemoveTab(index);
-    }
-    UpdateVisibility();
-    FireChange();
+    // A neighbour that fails to draw must not keep this page open.
+    if (index == tabBar->currentIndex() && index > 0)
+        TGuard::Run([=, this] { ShowPage(index - 1); });
+    RemoveTab(index);
 }
 
 void TPageManagerFrame::CloseActivePage()
@@ -187,21 +183,18 @@ void TPageManagerFrame::CloseAllPages()
 
 void TPageManagerFrame::RemovePages(const std::function<bool(TPageFrame &)> &condition)
 {
+    const TChangeHold changeHold(*this);
     {
-        const TChangeHold hold(*this);
-        ++FDisableProcess;
+        const QScopedValueRollback hold(FDisableProcess, FDisableProcess + 1);
         for (int index = 0; index < PageCount();) {
             if (condition(*GetPageByIndex(index)))
                 RemoveTab(index);
             else
                 ++index;
         }
-        --FDisableProcess;
     }
     if (ActivePageIndex() >= 0)
         CurrentTabChanged(ActivePageIndex());
-    UpdateVisibility();
-    FireChange();
 }
 
 bool TPageManagerFrame::CloseQuery()
@@ -219,8 +212,8 @@ void TPageManagerFrame::RemoveTab(int index)
     if (wasShown)
         FShownPage = nullptr;
     // The page tears itself down while its tab still stands: what it saves may need the tab's
-    // place.
-    page->PrepareDestroy();
+    // place. One that fails in that goes all the same, since half of it is gone already.
+    TGuard::Run([page] { page->PrepareDestroy(); });
     page->disconnect(this);
     QWidget *sheet = stack->widget(index);
     FTags.erase(FTags.begin() + index);
@@ -374,6 +367,8 @@ void TPageManagerFrame::ShowPage(int index)
 
 void TPageManagerFrame::UpdateVisibility()
 {
+    // An empty bar would still take the room of a tab.
+    tabBar->setVisible(!FTags.empty());
     setVisible(FShowWhenEmpty || !FTags.empty());
 }
 

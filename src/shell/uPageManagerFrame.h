@@ -64,6 +64,7 @@ Q_SIGNALS:
 
 protected:
     void DoDestroy() override;
+    void DoMoved() override { UpdateVisibility(); }
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -78,6 +79,7 @@ private:
     TPageFrame *CreatePage(const QString &id, const TCreateAction &createAction,
                            const QIcon &image);
     void HookPage(TPageFrame *page);
+    void ShowTitle(TPageFrame *page);
     int IndexOf(const TPageFrame *page) const;
     void CurrentTabChanged(int index);
     void TabMoved(int from, int to);
@@ -92,7 +94,6 @@ private:
     const int FPagePadding;
     TPageManagerFrameNewPagePosition FNewPagePosition = nppNext;
     bool FShowWhenEmpty = false;
-    bool FCloseButtons = true;
     int FDisableProcess = 0;
     int FDisableChangeEvent = 0;
     TPageFrame *FShownPage = nullptr;

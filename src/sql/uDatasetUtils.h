@@ -5,7 +5,8 @@
 #include <functional>
 
 /// Reads of a dataset's rows. Each As... gives `def` only when the column is absent from the
-/// answer; a NULL reads as empty text, 0, date-time 0 or a null variant.
+/// answer; a NULL reads as empty text, 0, date-time 0 or a null variant. A date-time comes in whole
+/// seconds.
 class TDatasetUtils
 {
 public:

@@ -45,7 +45,8 @@ QString TDbmSelectFormatter::KeyJoinForm() const
     keys.FDatabaseName = FDatabaseName;
     keys.FTableName = FTableName;
     keys.FFieldNames = FPrimaryFieldNames;
-    // Deliberate: FWhereValues stays unset, this form is used only with a condition text.
+    // Deliberate: FWhereValues stays unset, this form is used only with a condition text; with
+    // columns it raises.
     keys.FWhereFields = FWhereFields;
     keys.FWhereCommandText = FWhereCommandText;
     keys.FOrderFields = FOrderFields.isEmpty() ? FPrimaryFieldNames : FOrderFields;

@@ -25,6 +25,7 @@ QString TDbmSqlUtils::FormatUserHost(const QString &user, const QString &host)
 
 QString TDbmSqlUtils::FormatWhere(const QStringList &fields, const TVariantList &values)
 {
+    TDbmStatementsFormatters::CheckPairs(fields, values);
     QStringList tests;
     for (qsizetype i = 0; i < fields.size(); ++i)
         tests += TFormat::Format(

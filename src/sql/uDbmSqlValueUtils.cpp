@@ -5,11 +5,21 @@
 #include "support/uRegExUtils.h"
 #include "support/uStringUtils.h"
 
+#include <cmath>
+
 namespace {
 
 QString Quote(const QString &text, bool quoted)
 {
     return quoted ? u'\'' + text + u'\'' : text;
+}
+
+// Qt takes "nan" and "inf" for numbers, for which the server has no literal.
+bool TryParseFloat(const QString &text, double &value)
+{
+    bool ok = false;
+    value = text.toDouble(&ok);
+    return ok && std::isfinite(value);
 }
 
 bool TryParseDate(const QString &text, int &year, int &month, int &day)
@@ -122,9 +132,8 @@ TVariant TDbmSqlValueUtils::ParseInt(const QString &text, const TVariant &def)
 
 TVariant TDbmSqlValueUtils::ParseFloat(const QString &text, const TVariant &def)
 {
-    bool ok = false;
-    const double value = text.trimmed().toDouble(&ok);
-    return ok ? TVariant(value) : def;
+    double value;
+    return TryParseFloat(text.trimmed(), value) ? TVariant(value) : def;
 }
 
 TVariant TDbmSqlValueUtils::ParseTime(const QString &text, const TVariant &def)
@@ -165,7 +174,6 @@ TVariant TDbmSqlValueUtils::ParseBoolean(const QString &text)
         return true;
     if (text.compare(u"False", Qt::CaseInsensitive) == 0)
         return false;
-    bool ok = false;
-    const double number = text.toDouble(&ok);
-    return ok && number != 0;
+    double number;
+    return TryParseFloat(text, number) && number != 0;
 }

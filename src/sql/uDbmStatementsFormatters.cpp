@@ -2,7 +2,14 @@
 
 #include "sql/uDbmPathUtils.h"
 #include "sql/uDbmSqlValueUtils.h"
+#include "support/uException.h"
 #include "support/uFormat.h"
+
+void TDbmStatementsFormatters::CheckPairs(const QStringList &fields, const TVariantList &values)
+{
+    if (values.size() < fields.size())
+        throw EException("There are more columns than values.");
+}
 
 QString TDbmStatementsFormatters::FormatFields(const QStringList &names)
 {
@@ -24,6 +31,7 @@ QString TDbmStatementsFormatters::FormatSet(const QStringList &fields, const TVa
 {
     if (fields.isEmpty())
         return {};
+    CheckPairs(fields, values);
     QStringList pairs;
     for (qsizetype i = 0; i < fields.size(); ++i)
         pairs += TFormat::Format(
@@ -47,6 +55,7 @@ QString TDbmStatementsFormatters::FormatOn(const QString &leftAlias, const QStri
 QString TDbmStatementsFormatters::FormatWhere(const QStringList &fields, const TVariantList &values,
                                               const QString &commandText)
 {
+    CheckPairs(fields, values);
     QStringList tests;
     for (qsizetype i = 0; i < fields.size(); ++i)
         tests += values[i].IsNull()

@@ -2,7 +2,8 @@
 
 #include "support/uVariant.h"
 
-/// The clauses that statements share. Pure text, any thread.
+/// The clauses that statements share. Pure text, any thread. Those of columns and values raise
+/// EException when a column has no value.
 class TDbmStatementsFormatters
 {
 public:
@@ -18,4 +19,6 @@ public:
     static QString FormatOrderBy(const QStringList &fields, bool ascending);
     /// An offset below 1 is none, a row count of -1 no limit.
     static QString FormatLimit(qint64 offset, qint64 rowCount);
+
+    static void CheckPairs(const QStringList &fields, const TVariantList &values);
 };

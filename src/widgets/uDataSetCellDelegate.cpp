@@ -3,14 +3,28 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QTextDocument>
 #include <algorithm>
+#include <limits>
 
 namespace {
 
-bool HasLines(const QModelIndex &index)
+constexpr int LongestLine = 1000; // characters; longer values are read in several lines
+
+bool WantsLines(const QModelIndex &index)
 {
     const QString text = index.data(Qt::EditRole).toString();
-    return text.contains(u'\n') || text.contains(u'\r');
+    return text.contains(u'\n') || text.contains(u'\r') || text.size() > LongestLine;
+}
+
+// The box knows one kind of line end, and its plain text makes blanks of no-break spaces: what was
+// not typed goes back as it came.
+QString BoxText(const QPlainTextEdit &box, const QString &before)
+{
+    const QString lineEnd = before.contains("\r\n")                             ? "\r\n"
+                            : before.contains(u'\r') && !before.contains(u'\n') ? "\r"
+                                                                                : "\n";
+    return box.document()->toRawText().replace(QChar::ParagraphSeparator, lineEnd);
 }
 
 } // namespace
@@ -19,7 +33,7 @@ QWidget *TDataSetCellDelegate::createEditor(QWidget *parent, const QStyleOptionV
                                             const QModelIndex &index) const
 {
     const QString name = index.model()->headerData(index.column(), Qt::Horizontal).toString();
-    if (HasLines(index)) {
+    if (WantsLines(index)) {
         auto *box = new QPlainTextEdit(parent);
         box->setObjectName("edCell");
         box->setAccessibleName(name);
@@ -29,6 +43,8 @@ QWidget *TDataSetCellDelegate::createEditor(QWidget *parent, const QStyleOptionV
     edit->setObjectName("edCell");
     edit->setAccessibleName(name);
     edit->setFrame(false);
+    // By itself the control cuts what is longer than 32767 characters.
+    edit->setMaxLength(std::numeric_limits<int>::max());
     return edit;
 }
 
@@ -48,9 +64,8 @@ void TDataSetCellDelegate::setModelData(QWidget *editor, QAbstractItemModel *mod
                                         const QModelIndex &index) const
 {
     if (const auto *box = qobject_cast<QPlainTextEdit *>(editor)) {
-        // The box knows one kind of line end: without a change the value keeps its own.
         if (box->document()->isModified())
-            model->setData(index, box->toPlainText(), Qt::EditRole);
+            model->setData(index, BoxText(*box, index.data(Qt::EditRole).toString()), Qt::EditRole);
     } else if (const auto *edit = qobject_cast<QLineEdit *>(editor)) {
         if (edit->isModified() || edit->text() != index.data(Qt::EditRole).toString())
             model->setData(index, edit->text(), Qt::EditRole);

@@ -2,8 +2,8 @@
 
 #include <QStyledItemDelegate>
 
-/// Paints and edits the cells of a dataset grid. A value of several lines is edited in a box of
-/// several lines; Ctrl+Enter ends that edit, Enter breaks the line.
+/// Paints and edits the cells of a dataset grid. A value of several lines or a very long one is
+/// edited in a box of several lines; Ctrl+Enter ends that edit, Enter breaks the line.
 class TDataSetCellDelegate : public QStyledItemDelegate
 {
     Q_OBJECT

@@ -292,7 +292,8 @@ bool TDataSetGrid::HandleRecordKey(int key)
 
 void TDataSetGrid::keyPressEvent(QKeyEvent *event)
 {
-    if (event->modifiers() == Qt::NoModifier && HandleRecordKey(event->key())) {
+    if ((event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier &&
+        HandleRecordKey(event->key())) {
         event->accept();
         return;
     }

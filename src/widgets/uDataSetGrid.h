@@ -51,6 +51,9 @@ protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
+    /// Nothing: a letter typed on a read-only cell would make the texts of a million rows. Ctrl+F
+    /// searches.
+    void keyboardSearch(const QString &) override {}
     void contextMenuEvent(QContextMenuEvent *event) override;
     void changeEvent(QEvent *event) override;
 

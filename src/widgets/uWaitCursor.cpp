@@ -2,6 +2,7 @@
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QTimer>
 
 namespace {
 
@@ -15,6 +16,8 @@ void TWaitCursor::Show()
         return;
     ShownByUs = true;
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    // A timer of no time fires when the run loop has nothing else left to do.
+    QTimer::singleShot(0, qGuiApp, [] { Hide(); });
 }
 
 void TWaitCursor::Hide()

@@ -1,5 +1,5 @@
-#include "model/uDbmComparers.h"
 #include "model/uDbmEntities.h"
+#include "model/uDbmComparers.h"
 
 #include <gtest/gtest.h>
 

@@ -188,9 +188,8 @@ TEST(TTestConnectionJob, SaysThatItSucceeded)
     worker.Start();
     ASSERT_TRUE(Finished(worker));
     EXPECT_TRUE(worker.FIsSuccess);
-    EXPECT_EQ(heard.Lines.last(),
-              "Connection to \"" + worker.FProfile.GetDisplayString() +
-                  "\" successfully completed.");
+    EXPECT_EQ(heard.Lines.last(), "Connection to \"" + worker.FProfile.GetDisplayString() +
+                                      "\" successfully completed.");
 }
 
 } // namespace

@@ -39,6 +39,7 @@ public:
 
     QStringList Server;
     bool Fails = false;
+    bool CannotCreate = false;
     int Reads = 0;
 
 protected:
@@ -46,7 +47,12 @@ protected:
     {
         return TDbmComparers::CreateDatabaseEntityComparer();
     }
-    TItemPtr CreateItem() override { return New<TItem>(this); }
+    TItemPtr CreateItem() override
+    {
+        if (CannotCreate)
+            throw EException("no item");
+        return New<TItem>(this);
+    }
     QList<TDbmDatabaseEntity> SelectEntities() override
     {
         ++Reads;
@@ -145,6 +151,17 @@ TEST_F(TListTest, AFailedLoadIsEmptyUntilSomebodyAsksAgain)
     List->Fails = false;
     List->RequestProcess();
     EXPECT_EQ(Item("a"), a) << "identity survives the failure";
+}
+
+TEST_F(TListTest, AnItemThatCouldNotBeMadeIsMadeByTheNextReload)
+{
+    List->Server = {"a"};
+    List->CannotCreate = true;
+    EXPECT_THROW(List->Count(), EException);
+    EXPECT_EQ(Item("a"), nullptr);
+    List->CannotCreate = false;
+    List->RequestProcess();
+    EXPECT_EQ(Shown(), QStringList("a"));
 }
 
 TEST_F(TListTest, TwoRowsOfOneKeyShareAnItem)

@@ -39,8 +39,8 @@ TEST_F(TManagerTest, ConnectsWhenItIsReadAndKnowsItsServer)
     EXPECT_TRUE(Messages.isEmpty());
     EXPECT_EQ(Manager->ServerVersion(), Value("SELECT VERSION()"));
     EXPECT_TRUE(Manager->Features().ISEvents);
-    EXPECT_EQ(Messages, QStringList(QString("Opening connection to 127.0.0.1:%1...")
-                                        .arg(Server().Port())));
+    EXPECT_EQ(Messages,
+              QStringList(QString("Opening connection to 127.0.0.1:%1...").arg(Server().Port())));
 }
 
 TEST_F(TManagerTest, ListsDatabasesWithOneStatement)

@@ -1,3 +1,4 @@
+#include "model/uDbmManager.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "shell/uAppMessages.h"
 #include "shell/uAppUtils.h"
@@ -52,21 +53,21 @@ TEST_F(TMainFormTest, WithoutAConnectionThereAreFileAndHelp)
 TEST_F(TMainFormTest, AConnectionBringsItsMenus)
 {
     OpenWorkspace();
-    EXPECT_EQ(BarCaptions(*Window), (QStringList{"&File", "&View", "&Schema", "&Query", "&Tools",
-                                                 "&Window", "&Help"}));
+    EXPECT_EQ(BarCaptions(*Window),
+              (QStringList{"&File", "&View", "&Schema", "&Query", "&Tools", "&Window", "&Help"}));
     EXPECT_EQ(Entries(Find<QMenu>(Window.get(), "menSchema")),
               (QStringList{"Create...", "-", "Open", "-", "Create Table...", "Create View...",
                            "Create Procedure...", "Create Function...", "Create Event...", "-",
                            "Migrate...", "Clone...", "Create SQL Dump...", "-",
                            "Checksum Data (CRC32)...", "-", "Modify...", "Delete..."}));
-    EXPECT_EQ(Entries(Find<QMenu>(Window.get(), "menQuery")),
-              (QStringList{"New", "Open...", "-", "Save", "Save As...", "-", "Duplicate", "-",
-                           "Execute", "Execute Selected", "-", "Export as CVS...",
-                           "Export as Text"}));
+    EXPECT_EQ(
+        Entries(Find<QMenu>(Window.get(), "menQuery")),
+        (QStringList{"New", "Open...", "-", "Save", "Save As...", "-", "Duplicate", "-", "Execute",
+                     "Execute Selected", "-", "Export as CVS...", "Export as Text"}));
     EXPECT_EQ(Entries(Find<QMenu>(Window.get(), "menTools")),
               (QStringList{"Execute SQL Dump...", "-", "Server", "Other"}));
-    for (const char *action : {"actCloseConnection", "actRefresh", "actQueryNew", "actQueryOpen",
-                               "actToolsCharset"})
+    for (const char *action :
+         {"actCloseConnection", "actRefresh", "actQueryNew", "actQueryOpen", "actToolsCharset"})
         EXPECT_TRUE(IsEnabled(action)) << action;
     EXPECT_FALSE(IsEnabled("actQuerySave")) << "there is no query page";
 }
@@ -95,14 +96,13 @@ TEST_F(TMainFormTest, TheWindowMenuFollowsThePages)
     NewQuery("SELECT 1");
     NewQuery("SELECT 2");
     auto *menu = Find<QMenu>(Window.get(), "menWindow");
-    EXPECT_EQ(Entries(menu),
-              (QStringList{"Close Page", "Close All Pages", "-", "Query", "Query"}));
+    EXPECT_EQ(Entries(menu), (QStringList{"Close Page", "Close All Pages", "-", "Query", "Query"}));
     EXPECT_TRUE(menu->actions()[4]->isChecked());
     menu->actions()[3]->trigger();
     EXPECT_EQ(QueryPage().GetText(), "SELECT 1");
-    Find<QAction>(menu, "actWindowClosePage")->trigger();
+    Find<QAction>(Window.get(), "actWindowClosePage")->trigger();
     EXPECT_EQ(QueryPage().GetText(), "SELECT 2");
-    Find<QAction>(menu, "actWindowCloseAllPages")->trigger();
+    Find<QAction>(Window.get(), "actWindowCloseAllPages")->trigger();
     EXPECT_FALSE(IsEnabled("actQueryExecute"));
 }
 

@@ -1,5 +1,5 @@
-#include "shell/uAppMessages.h"
 #include "shell/uMessaging.h"
+#include "shell/uAppMessages.h"
 
 #include <QStringList>
 #include <gtest/gtest.h>
@@ -65,7 +65,8 @@ TEST_F(TBusTest, ARecipientThatDiedIsSkipped)
 {
     auto third = std::make_unique<QObject>();
     ListenToRedraw(*third, "dead");
-    TMessenger::Register<TRedrawUIMessage>(&First, [&](const TRedrawUIMessage &) { third.reset(); });
+    TMessenger::Register<TRedrawUIMessage>(&First,
+                                           [&](const TRedrawUIMessage &) { third.reset(); });
     auto fourth = std::make_unique<QObject>();
     ListenToRedraw(*fourth, "alive");
     TAppMessages::SendRedrawUI();

@@ -8,8 +8,8 @@
 #include "pages/query/uQueryPageFrame.h"
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppStart.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uMainDataModule.h"
+#include "shell/uManagerFrame.h"
 #include "widgets/uTextEditor.h"
 
 #include <QAction>
@@ -27,9 +27,10 @@ TWorkbenchTest::TWorkbenchTest()
     // The profiles dialog opens by itself at the first idle moment; tests that are not about it
     // dismiss it.
     Driver.Expect("frmProfiles", [](QWidget *form) { TGuiTools::Click(form, "butClose"); });
-    TGuiTools::Show(Window.get());
+    Window->show();
     TTestLoop::RunUntil([this] { return Driver.Pending() == 0; });
     TTestLoop::Settle();
+    TGuiTools::Show(Window.get());
 }
 
 TWorkbenchTest::~TWorkbenchTest()

@@ -1,5 +1,7 @@
 #include "sql/uDbmSelectFormatter.h"
+#include "sql/uDbmSqlUtils.h"
 #include "sql/uDbmStatementsFormatters.h"
+#include "support/uException.h"
 #include "uTestPrint.h"
 
 #include <gtest/gtest.h>
@@ -70,6 +72,18 @@ TEST(TSelect, CountsWithConditionAndLimitButWithoutOrder)
     select.FormatRowCount(sql);
     EXPECT_EQ(sql, "SELECT count(*) FROM `d`.`x` WHERE `a` = 1 AND `b` IS NULL AND (c OR d) "
                    "LIMIT 7");
+}
+
+TEST(TClauseTexts, RefuseAColumnWithoutAValue)
+{
+    EXPECT_THROW(TClauses::FormatSet({"a", "b"}, {1}), EException);
+    EXPECT_THROW(TDbmSqlUtils::FormatWhere({"a"}, {}), EException);
+    TDbmSelectFormatter select = OfTable();
+    select.FPrimaryFieldNames = {"id"};
+    select.FWhereFields = {"a"};
+    select.FWhereValues = {1};
+    select.FLimitOffset = 1; // the form that pages by a condition text alone
+    EXPECT_THROW(Text(select), EException);
 }
 
 TEST(TClauseTexts, AreEmptyWithoutContent)

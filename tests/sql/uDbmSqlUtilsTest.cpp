@@ -1,7 +1,7 @@
+#include "sql/uDbmSqlUtils.h"
 #include "core/uDbmProvider.h"
 #include "sql/uDbmOtherUtils.h"
 #include "sql/uDbmPathUtils.h"
-#include "sql/uDbmSqlUtils.h"
 #include "uTestDatabase.h"
 #include "uTestPrint.h"
 
@@ -54,8 +54,8 @@ TEST_F(TSingleCell, IsReadAndWrittenByItsKey)
     EXPECT_EQ(read(1), TVariant("one"));
     EXPECT_TRUE(read(2).IsNull());
     EXPECT_TRUE(read(3).IsNull());
-    TDbmSqlUtils::ExecuteSetFieldValue(provider.Command(), Database().Name(), "t", {"id"}, {2},
-                                       "v", "it's \\ two");
+    TDbmSqlUtils::ExecuteSetFieldValue(provider.Command(), Database().Name(), "t", {"id"}, {2}, "v",
+                                       "it's \\ two");
     EXPECT_EQ(Value("SELECT v FROM t WHERE id = 2"), "it's \\ two");
     EXPECT_EQ(Value("SELECT v FROM t WHERE id = 1"), "one");
     // Deliberate: a null key is compared with = NULL and so finds nothing.

@@ -32,8 +32,7 @@ struct TLiteralCase
 };
 
 class TLiteral : public ::testing::TestWithParam<TLiteralCase>
-{
-};
+{};
 
 TEST_P(TLiteral, IsWrittenByItsKind)
 {
@@ -43,27 +42,27 @@ TEST_P(TLiteral, IsWrittenByItsKind)
 
 INSTANTIATE_TEST_SUITE_P(
     Kinds, TLiteral,
-    ::testing::Values(
-        TLiteralCase{"Null", TVariant(), "NULL", "NULL"},
-        TLiteralCase{"IntegerIsNeverQuoted", std::numeric_limits<qint64>::min(),
-                     "-9223372036854775808", "-9223372036854775808"},
-        TLiteralCase{"UnsignedFallsThroughToNull", std::numeric_limits<quint64>::max(), "NULL",
-                     "NULL"},
-        TLiteralCase{"FloatIsQuotedWhereAsked", 1.5, "'1.5'", "1.5"},
-        TLiteralCase{"FloatTakesAnExponent", 1e20, "'1E20'", "1E20"},
-        TLiteralCase{"SmallFloat", 1.5e-7, "'1.5E-7'", "1.5E-7"},
-        TLiteralCase{"FloatHasFifteenDigits", 0.1 + 0.2, "'0.3'", "0.3"},
-        TLiteralCase{"Currency", TCurrency{2.25}, "'2.25'", "2.25"},
-        TLiteralCase{"BooleanIsAWord", true, "TRUE", "TRUE"},
-        TLiteralCase{"Bytes", QByteArray("\x00\xab\xff", 3), "0x00ABFF", "0x00ABFF"},
-        TLiteralCase{"EmptyBytesAreThePrefixAlone", QByteArray(""), "0x", "0x"},
-        TLiteralCase{"QuoteIsBackslashed", "O'Brien", "'O\\'Brien'", "O\\'Brien"},
-        TLiteralCase{"MidnightLosesItsTime", DateTime(2010, 5, 1), "'2010-05-01'", "2010-05-01"},
-        TLiteralCase{"NoDayLosesItsDate", Time(12, 30, 0), "'12:30:00'", "12:30:00"},
-        TLiteralCase{"DateAndTime", DateTime(2010, 5, 1, 23, 59, 59), "'2010-05-01 23:59:59'",
-                     "2010-05-01 23:59:59"},
-        TLiteralCase{"BeforeTheEpoch", DateTime(1000, 1, 1, 6, 0, 1), "'1000-01-01 06:00:01'",
-                     "1000-01-01 06:00:01"}),
+    ::testing::Values(TLiteralCase{"Null", TVariant(), "NULL", "NULL"},
+                      TLiteralCase{"IntegerIsNeverQuoted", std::numeric_limits<qint64>::min(),
+                                   "-9223372036854775808", "-9223372036854775808"},
+                      TLiteralCase{"UnsignedFallsThroughToNull",
+                                   std::numeric_limits<quint64>::max(), "NULL", "NULL"},
+                      TLiteralCase{"FloatIsQuotedWhereAsked", 1.5, "'1.5'", "1.5"},
+                      TLiteralCase{"FloatTakesAnExponent", 1e20, "'1E20'", "1E20"},
+                      TLiteralCase{"SmallFloat", 1.5e-7, "'1.5E-7'", "1.5E-7"},
+                      TLiteralCase{"FloatHasFifteenDigits", 0.1 + 0.2, "'0.3'", "0.3"},
+                      TLiteralCase{"Currency", TCurrency{2.25}, "'2.25'", "2.25"},
+                      TLiteralCase{"BooleanIsAWord", true, "TRUE", "TRUE"},
+                      TLiteralCase{"Bytes", QByteArray("\x00\xab\xff", 3), "0x00ABFF", "0x00ABFF"},
+                      TLiteralCase{"EmptyBytesAreThePrefixAlone", QByteArray(""), "0x", "0x"},
+                      TLiteralCase{"QuoteIsBackslashed", "O'Brien", "'O\\'Brien'", "O\\'Brien"},
+                      TLiteralCase{"MidnightLosesItsTime", DateTime(2010, 5, 1), "'2010-05-01'",
+                                   "2010-05-01"},
+                      TLiteralCase{"NoDayLosesItsDate", Time(12, 30, 0), "'12:30:00'", "12:30:00"},
+                      TLiteralCase{"DateAndTime", DateTime(2010, 5, 1, 23, 59, 59),
+                                   "'2010-05-01 23:59:59'", "2010-05-01 23:59:59"},
+                      TLiteralCase{"BeforeTheEpoch", DateTime(1000, 1, 1, 6, 0, 1),
+                                   "'1000-01-01 06:00:01'", "1000-01-01 06:00:01"}),
     [](const auto &info) { return std::string(info.param.Name); });
 
 TEST(TEscaping, TouchesEightCharactersAndLeavesNulAloneUntilOneOfThemIsThere)
@@ -85,8 +84,7 @@ TEST(TEscaping, GivesACleanTextBackWithoutACopy)
     for (int at : {0, 63, 64, 65, 999}) {
         QString text = clean;
         text[at] = u'\'';
-        EXPECT_EQ(TDbmSqlStringFormatter::Format(text),
-                  clean.left(at) + "\\'" + clean.mid(at + 1));
+        EXPECT_EQ(TDbmSqlStringFormatter::Format(text), clean.left(at) + "\\'" + clean.mid(at + 1));
     }
 }
 
@@ -107,7 +105,8 @@ TEST(TParsing, GivesTheDefaultForWhatIsNoValue)
     EXPECT_EQ(TUtils::ParseInt(" 42 ", def), TVariant(qint64(42)));
     EXPECT_EQ(TUtils::ParseInt("4.2", def), def);
     EXPECT_EQ(TUtils::ParseFloat("1.5E-7", def), TVariant(1.5e-7));
-    EXPECT_EQ(TUtils::ParseFloat("1,5", def), def);
+    for (const char *text : {"1,5", "nan", "-inf", "1e999", ""})
+        EXPECT_EQ(TUtils::ParseFloat(text, def), def) << text;
     EXPECT_EQ(TUtils::ParseDate("2010-05-01", def), TVariant(DateTime(2010, 5, 1)));
     EXPECT_EQ(TUtils::ParseDate("2010-02-30", def), def);
     EXPECT_EQ(TUtils::ParseTime("12:30", def), TVariant(Time(12, 30, 0)));
@@ -122,7 +121,7 @@ TEST(TParsing, TakesWordsAndNumbersForBooleans)
 {
     for (const char *text : {"true", "TRUE", "1", "-2", "0.5"})
         EXPECT_EQ(TUtils::ParseBoolean(text), TVariant(true)) << text;
-    for (const char *text : {"False", "0", "", "yes"})
+    for (const char *text : {"False", "0", "", "yes", "nan"})
         EXPECT_EQ(TUtils::ParseBoolean(text), TVariant(false)) << text;
 }
 

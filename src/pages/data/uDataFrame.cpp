@@ -4,6 +4,7 @@
 #include "widgets/uDataSetGrid.h"
 #include "widgets/uDataSetModel.h"
 
+#include <QEvent>
 #include <QMenu>
 #include <QVBoxLayout>
 
@@ -36,16 +37,27 @@ void TDataFrame::DoDestroy()
 
 void TDataFrame::SetParams(TDataSet *dataset)
 {
-    if (dataset == FDataset)
-        return;
-    FDataset = dataset;
     FModel->SetDataset(dataset);
 }
 
 void TDataFrame::SetNullParams()
 {
-    FDataset = nullptr;
     FModel->SetDataset(nullptr);
+}
+
+TDataSet *TDataFrame::Dataset() const
+{
+    return FModel->Dataset();
+}
+
+// Kept colours are those of the light or the dark palette, whichever was on.
+void TDataFrame::changeEvent(QEvent *event)
+{
+    TBaseFrame::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange || !FModel)
+        return;
+    FColumnStyleDict.clear();
+    FModel->ResetColors();
 }
 
 void TDataFrame::Process()
@@ -128,5 +140,5 @@ void TDataFrame::SortingChanged(int column, bool ascending)
 void TDataFrame::Request(const TRecordEvent &event)
 {
     if (event)
-        event(FDataset);
+        event(Dataset());
 }

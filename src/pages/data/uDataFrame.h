@@ -43,7 +43,7 @@ public:
     bool SortAscending() const { return FSortAscending; }
     void SetSort(const QString &fieldName, bool ascending);
 
-    TDataSet *Dataset() const { return FDataset; }
+    TDataSet *Dataset() const; // nullptr also when the dataset has gone meanwhile
     TDataSetGrid *Grid() const { return FGrid; }
 
     void SetOnGetDisplayText(TGetDisplayTextEvent event);
@@ -59,6 +59,7 @@ Q_SIGNALS:
 protected:
     void DoCreate() override;
     void DoDestroy() override;
+    void changeEvent(QEvent *event) override;
 
 private:
     QColor ColumnColor(const QString &fieldName);
@@ -66,7 +67,6 @@ private:
     void RestoreSortMark();
     void Request(const TRecordEvent &event);
 
-    TDataSet *FDataset = nullptr;
     bool FEditMode = true;
     bool FSortByOwner = false;
     QString FSortFieldName;

@@ -71,7 +71,7 @@ void TProfileDialogFrame::DoCreate()
     vgProfile = new TVerticalGrid(this);
     vgProfile->setObjectName("vgProfile");
     const QFontMetrics metrics(font());
-    vgProfile->setMinimumSize(metrics.averageCharWidth() * 72, metrics.height() * 32);
+    resize(metrics.averageCharWidth() * 72, metrics.height() * 36);
     column->addWidget(vgProfile, 1);
 
     FRows.reset(new TRows{
@@ -238,7 +238,7 @@ void TProfileDialogFrame::SelectDatabase()
     TWaitCursor::Show();
     manager->SetParams(connection);
     manager->Connect();
-    QString name;
+    QString name = vgProfile->Row("rowDatabase")->Text();
     if (TAppDialogs::SelectDatabase(*manager, name))
         vgProfile->Row("rowDatabase")->SetValue(name);
 }

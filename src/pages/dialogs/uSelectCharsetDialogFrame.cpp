@@ -32,7 +32,7 @@ void TSelectCharsetDialogFrame::DoCreate()
     lvCharsets->setAccessibleName("Charsets");
     lvCharsets->setModel(new TModel(Columns(), {}, lvCharsets));
     const QFontMetrics metrics(font());
-    lvCharsets->setMinimumSize(metrics.averageCharWidth() * 68, metrics.height() * 22);
+    resize(metrics.averageCharWidth() * 70, metrics.height() * 24);
     auto *column = new QVBoxLayout(this);
     column->addWidget(lvCharsets);
     connect(lvCharsets, &TGridView::OnActivated, this, [this](int row) {

@@ -31,7 +31,7 @@ void TSelectDialogFrame::DoCreate()
     lvList->setModel(new TModel(Columns(), {}, lvList));
     lvList->setHeaderHidden(true);
     const QFontMetrics metrics(font());
-    lvList->setMinimumSize(metrics.averageCharWidth() * 56, metrics.height() * 18);
+    resize(metrics.averageCharWidth() * 58, metrics.height() * 20);
     auto *column = new QVBoxLayout(this);
     column->addWidget(lvList);
     auto *actProcess = new QAction("Select", this);

@@ -45,6 +45,7 @@ void TEditorPageFrame::DoLoad()
 {
     FEditorFrame = New<TEditorFrame>(panEditor);
     FEditorFrame->MoveTo(panEditor);
+    FEditorFrame->Editor().setAccessibleName("Text");
     bool readOnly = FReadOnly;
     if (FUseFileName) {
         TWaitCursor::Show();
@@ -55,6 +56,7 @@ void TEditorPageFrame::DoLoad()
         FEditorFrame->SetText(FFileNameOrText);
     }
     FEditorFrame->Editor().SetReadOnly(readOnly);
+    FEditorFrame->setFocus(); // a new page was activated before it had an editor
 }
 
 void TEditorPageFrame::DoActivate()

@@ -3,7 +3,6 @@
 #include "shell/uBaseFrame.h"
 
 class TDataSet;
-class TGridModelBase;
 class TGridView;
 
 /// The plan of a statement as a list.

@@ -104,6 +104,6 @@ void TQueryLogFrame::FocusChanged()
 {
     const auto row = static_cast<TModel *>(lvLog->model())->ItemAt(lvLog->FocusedRow());
     const QString message = row ? row->Item.ErrorMessage() : QString();
-    labError->setText(message);
+    labError->setText(QString(message).replace(u'\n', u' ')); // the bar has one line
     labError->setToolTip(message);
 }

@@ -17,6 +17,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QtMath>
+#include <algorithm>
 
 namespace {
 
@@ -162,8 +163,11 @@ QToolBar *TQueryPageControls::MakeResultToolBar(QWidget *parent)
     auto *toolBar = new QToolBar(parent);
     toolBar->setObjectName("tbrResult");
     toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    for (QAction *action : {actGotoResult, actGotoExplain, actGotoLog})
+    for (QAction *action : {actGotoResult, actGotoExplain, actGotoLog}) {
         toolBar->addAction(action);
+        // These have no shortcut and stand in no menu: without a mouse they are reached by Tab.
+        toolBar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
+    }
     return toolBar;
 }
 
@@ -199,7 +203,7 @@ void TQueryPageControls::SetUseVisible(bool visible)
 void TQueryPageControls::SetResultHeight(int height)
 {
     const int all = splResult->height() > 0 ? splResult->height() : FPage->height();
-    splResult->setSizes({all - height, height});
+    splResult->setSizes({std::max(0, all - height), height});
 }
 
 int TQueryPageControls::ResultHeight() const

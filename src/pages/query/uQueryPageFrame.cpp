@@ -61,7 +61,10 @@ void TQueryPageFrame::ConnectActions()
     on(FControls->actSaveAs, [this] { SaveAs(); });
     on(FControls->actDuplicate, [this] { Q_EMIT OnDuplicate(); });
     on(FControls->actExportAsCVS, [this] { Q_EMIT OnExportAsCvs(); });
-    on(FControls->actExportAsText, [this] { Q_EMIT OnExportAsText(); });
+    on(FControls->actExportAsText, [this] {
+        if (ActiveDataset())
+            Q_EMIT OnExportAsText();
+    });
     on(FControls->actGotoResult, [this] { GotoTab(qrtResult); });
     on(FControls->actGotoExplain, [this] { GotoTab(qrtExplain); });
     on(FControls->actGotoLog, [this] { GotoTab(qrtLog); });
@@ -89,6 +92,7 @@ void TQueryPageFrame::DoLoad()
     }
     DisplayResults();
     UpdateActions();
+    FEditorFrame->setFocus(); // a new page was activated before it had an editor
 }
 
 void TQueryPageFrame::LoadEditor()
@@ -100,7 +104,11 @@ void TQueryPageFrame::LoadEditor()
         FEditorFrame->SetText(FText);
     } else {
         TWaitCursor::Show();
-        FEditorFrame->SetText(FFile.Load(FFileName));
+        // While the file has not been read, nothing may be typed that could be written over it.
+        FEditorFrame->Editor().SetReadOnly(true);
+        const QString text = FFile.Load(FFileName);
+        FEditorFrame->Editor().SetReadOnly(false);
+        FEditorFrame->SetText(text);
         FEditorFrame->Editor().SetReadOnly(FFile.IsUndecodable());
     }
     connect(FEditorFrame, &TEditorFrame::OnChange, this, &TQueryPageFrame::UpdateActions);
@@ -127,32 +135,37 @@ void TQueryPageFrame::FillDatabases()
 void TQueryPageFrame::ExecuteQuery(bool selectedOnly)
 {
     DetachResult();
-    UseDatabase();
-    const QString text =
-        selectedOnly ? FEditorFrame->Editor().SelectedText() : FEditorFrame->Text();
-    FMySqlError.reset();
-    FIsResult = true;
-    RunStatements(text);
-    FExecuted = true;
-    FExecutedText = text;
+    try {
+        UseDatabase();
+        const QString text =
+            selectedOnly ? FEditorFrame->Editor().SelectedText() : FEditorFrame->Text();
+        FIsResult = true;
+        RunStatements(text);
+        FExecuted = true;
+        FExecutedText = text;
+    } catch (...) {
+        // What was shown is gone already; the views must not go on showing it.
+        DisplayResults();
+        throw;
+    }
     DisplayResults();
-    UpdateActions();
 }
 
-// The grid must never refer to a dataset that is gone.
+// The views must never refer to a result that is gone.
 void TQueryPageFrame::DetachResult()
 {
-    if (!FDataFrame)
-        return;
-    FDataFrame->SetNullParams();
-    // The next answer comes in the order that its statement asks for.
-    FDataFrame->SetSort({}, true);
+    if (FDataFrame) {
+        FDataFrame->SetNullParams();
+        // The next answer comes in the order that its statement asks for.
+        FDataFrame->SetSort({}, true);
+    }
     if (FExplainFrame)
         FExplainFrame->InitializeNull();
     if (FLogFrame)
         FLogFrame->InitializeNull();
     FExecResult.Release();
     FExecResult.ExecTime = 0;
+    FMySqlError.reset();
 }
 
 void TQueryPageFrame::UseDatabase()
@@ -327,11 +340,6 @@ void TQueryPageFrame::Save()
 
 void TQueryPageFrame::SaveAs()
 {
-    SaveAsTo();
-}
-
-bool TQueryPageFrame::SaveAsTo()
-{
     const QFileInfo file(FFileName);
     const TFileDialogs::TOptions options = {
         .Folder = FFileName.isEmpty() ? TAppConfig::ReadLastQueryFolder() : file.path(),
@@ -339,7 +347,7 @@ bool TQueryPageFrame::SaveAsTo()
         .Extension = "sql"};
     QString fileName;
     if (!TFileDialogs::Save(this, options, fileName))
-        return false;
+        return;
     TAppConfig::WriteLastQueryFolder(QFileInfo(fileName).path());
     FEditorFrame->Editor().TrimTrailingSpaces();
     FFile.SaveAs(fileName, FEditorFrame->Text());
@@ -349,7 +357,6 @@ bool TQueryPageFrame::SaveAsTo()
     DisplayStatus();
     UpdateId("query." + fileName);
     UpdateTitle();
-    return true;
 }
 
 QString TQueryPageFrame::DoGetTitle() const
@@ -364,10 +371,10 @@ bool TQueryPageFrame::DoCloseQuery()
     if (!FEditorFrame || FFileName.isEmpty() || !FEditorFrame->Editor().IsModified())
         return true;
     TGuard::Run([this] { Save(); });
-    FCloseAsked = !FEditorFrame->Editor().IsModified() ||
-                  TAppDialogs::Execute(
-                      TFormat::Format("\"%s\" is not saved. Close it all the same?", {FFileName}),
-                      [] {});
+    FCloseAsked =
+        !FEditorFrame->Editor().IsModified() ||
+        TAppDialogs::Execute(
+            TFormat::Format("\"%s\" is not saved. Close it all the same?", {FFileName}), [] {});
     return FCloseAsked;
 }
 
@@ -375,14 +382,9 @@ void TQueryPageFrame::DoUnload()
 {
     if (!FCloseAsked)
         DoCloseQuery();
-    if (FDataFrame)
-        FDataFrame->SetNullParams();
-    if (FExplainFrame)
-        FExplainFrame->InitializeNull();
-    if (FLogFrame)
-        FLogFrame->InitializeNull();
-    FExecResult.Release();
-    FEditorFrame->disconnect(this);
+    DetachResult();
+    if (FEditorFrame)
+        FEditorFrame->disconnect(this);
 }
 
 QString TQueryPageFrame::GetText() const

@@ -85,7 +85,6 @@ private:
     void UpdateActions();
     void Save();
     void SaveAs();
-    bool SaveAsTo();
     bool MayOverwrite();
 
     TDbmManager *FManager = nullptr;

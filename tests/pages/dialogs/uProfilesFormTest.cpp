@@ -86,8 +86,7 @@ TEST_F(TProfilesTest, AFailedConnectionKeepsTheWindowsOpen)
     wrong.Password = "wrong";
     Store("Wrong", wrong);
     OpenProfiles([this](QWidget *form) {
-        Driver.Expect("frmWorker",
-                      [](QWidget *job) { CloseJob(job, "ER_ACCESS_DENIED_ERROR"); });
+        Driver.Expect("frmWorker", [](QWidget *job) { CloseJob(job, "ER_ACCESS_DENIED_ERROR"); });
         TGuiTools::Click(form, "butOpen");
         EXPECT_TRUE(form->isVisible());
         TGuiTools::Click(form, "butClose");
@@ -145,7 +144,7 @@ TEST_F(TProfilesTest, SshRowsShowForATunnelOnly)
             TVerticalRow *type = Row(dialog, "rowConnectionType");
             auto *combo = Find<QComboBox>(dialog, "rowConnectionType");
             combo->setFocus();
-            QTest::keyClick(combo, Qt::Key_Down);
+            QTest::keyClicks(combo, "ssh");
             EXPECT_EQ(type->Text(), "ssh tunnel");
             EXPECT_TRUE(Row(dialog, "rowSSHHostName")->IsSeen());
             EXPECT_EQ(Row(dialog, "rowSSHAuthentication")->Text(), "password");

@@ -1,0 +1,146 @@
+#include "uBench.h"
+
+#include <QFile>
+#include <QTextStream>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+std::vector<TBench::TMake> &Makers()
+{
+    static std::vector<TBench::TMake> makers;
+    return makers;
+}
+
+double Median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+struct TResult
+{
+    double Product;
+    double Peer;
+    double Ratio; // median of the ratios of neighbouring runs
+};
+
+TResult Measure(const TBenchRow &row)
+{
+    if (row.Prepare)
+        row.Prepare();
+    row.Product(); // the first run of each warms caches and is not counted
+    row.Peer();
+    std::vector<double> product, peer, ratio;
+    for (int i = 0; i < row.Rounds; ++i) {
+        product.push_back(row.Product());
+        peer.push_back(row.Peer());
+        ratio.push_back(product.back() / peer.back());
+    }
+    return {Median(product), Median(peer), Median(ratio)};
+}
+
+bool Reached(const TBenchRow &row, const TResult &result)
+{
+    return row.Goal == bgAtMost ? result.Ratio <= row.Limit : result.Ratio >= row.Limit;
+}
+
+QString Text(double value)
+{
+    return QString::number(value, 'f', value < 10 ? 3 : 1);
+}
+
+qint64 StatusBytes(const char *key)
+{
+    QFile file(QStringLiteral("/proc/self/status"));
+    if (!file.open(QIODevice::ReadOnly))
+        throw std::runtime_error("no /proc/self/status");
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith(key))
+            return line.simplified().split(' ').at(1).toLongLong() * 1024;
+    }
+    throw std::runtime_error(key);
+}
+
+void ResetPeak()
+{
+    QFile file(QStringLiteral("/proc/self/clear_refs"));
+    if (!file.open(QIODevice::WriteOnly) || file.write("5") != 1)
+        throw std::runtime_error("the peak of memory cannot be reset");
+}
+
+} // namespace
+
+void TBench::Add(TMake make)
+{
+    Makers().push_back(std::move(make));
+}
+
+bool TBench::Run(const QString &filter)
+{
+    QTextStream out(stdout);
+    out << "| What | Product | Peer | Ratio | Must reach | |\n|---|---|---|---|---|---|\n";
+    bool reached = true;
+    for (const TMake &make : Makers()) {
+        for (const TBenchRow &row : make()) {
+            if (!row.What.contains(filter, Qt::CaseInsensitive))
+                continue;
+            const TResult result = Measure(row);
+            const bool good = Reached(row, result);
+            reached = reached && good;
+            out << "| " << row.What << " | " << Text(result.Product) << ' ' << row.Unit << " | "
+                << Text(result.Peer) << ' ' << row.Unit << ", " << row.PeerName << " | "
+                << QString::number(result.Ratio, 'f', 3) << " | "
+                << (row.Goal == bgAtMost ? "≤ " : "≥ ") << row.Limit << " | "
+                << (good ? "yes" : "**no**") << " |\n";
+            out.flush();
+        }
+    }
+    return reached;
+}
+
+double TBench::Seconds(const std::function<void()> &action)
+{
+    const auto start = std::chrono::steady_clock::now();
+    action();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+double TBench::PeakGrowth(const std::function<void(const std::function<void()> &mark)> &action)
+{
+    int ends[2];
+    if (::pipe(ends) != 0)
+        throw std::runtime_error("pipe");
+    const pid_t child = ::fork();
+    if (child == 0) {
+        qint64 start = 0;
+        action([&start] {
+            ResetPeak();
+            start = StatusBytes("VmRSS:");
+        });
+        const double growth = static_cast<double>(StatusBytes("VmHWM:") - start);
+        const bool written = ::write(ends[1], &growth, sizeof(growth)) == sizeof(growth);
+        ::_exit(written ? 0 : 1);
+    }
+    ::close(ends[1]);
+    double growth = 0;
+    const bool read = ::read(ends[0], &growth, sizeof(growth)) == sizeof(growth);
+    ::close(ends[0]);
+    ::waitpid(child, nullptr, 0);
+    if (!read)
+        throw std::runtime_error("the measured process failed");
+    return growth;
+}
+
+int TBench::ServerPort()
+{
+    const int port = qEnvironmentVariableIntValue("KORVANE_BENCH_PORT");
+    if (port == 0)
+        throw std::runtime_error("KORVANE_BENCH_PORT is not set; use bench/run");
+    return port;
+}
