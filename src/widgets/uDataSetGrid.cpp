@@ -43,10 +43,17 @@ TDataSetGrid::TDataSetGrid(QWidget *parent) : QTableView(parent), FModel(new TDa
     connect(FModel, &TDataSetModel::OnEditRefused, this, &TDataSetGrid::EditRefused);
     connect(FModel, &TDataSetModel::OnRecordMoved, this, &TDataSetGrid::FollowRecord);
     connect(FModel, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
-        for (int column = 0; column < FModel->columnCount(); ++column)
-            FWidths[FModel->FieldName(column)] = columnWidth(column);
+        KeepWidths();
         HideNote();
     });
+}
+
+// The dataset may have dropped its columns already; the header has them until the reset is over.
+void TDataSetGrid::KeepWidths()
+{
+    for (int column = 0; column < FColumnNames.size(); ++column)
+        FWidths[FColumnNames[column]] = columnWidth(column);
+    FColumnNames.clear();
 }
 
 TDataSetGrid::~TDataSetGrid() = default;
@@ -104,6 +111,8 @@ void TDataSetGrid::SetEditMode(bool value)
 
 void TDataSetGrid::MarkSort(int column, bool ascending)
 {
+    FSortedColumn = column;
+    FSortedAscending = ascending;
     horizontalHeader()->setSortIndicatorShown(column >= 0);
     if (column >= 0)
         horizontalHeader()->setSortIndicator(column,
@@ -112,9 +121,8 @@ void TDataSetGrid::MarkSort(int column, bool ascending)
 
 void TDataSetGrid::HeaderClicked(int column)
 {
-    const QHeaderView *header = horizontalHeader();
-    const bool again = header->isSortIndicatorShown() && header->sortIndicatorSection() == column;
-    const bool ascending = !again || header->sortIndicatorOrder() == Qt::DescendingOrder;
+    // The header has turned its own mark by now, so it cannot tell what stood there before.
+    const bool ascending = column != FSortedColumn || !FSortedAscending;
     MarkSort(column, ascending);
     if (FSortsItself)
         FModel->sort(column, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
@@ -125,8 +133,10 @@ void TDataSetGrid::RebuildColumns()
 {
     const int columns = FModel->columnCount();
     const int samples = std::clamp(SampledCells / std::max(1, columns), 3, SampledRows);
+    KeepWidths();
     const QHash<QString, int> known = std::exchange(FWidths, {});
     for (int column = 0; column < columns; ++column) {
+        FColumnNames += FModel->FieldName(column);
         const int width = known.value(FModel->FieldName(column), 0);
         setColumnWidth(column, width > 0 ? width : WantedWidth(column, samples));
     }

@@ -69,6 +69,7 @@ private:
     bool HandleRecordKey(int key);
     int WantedWidth(int column, int samples) const;
     void UpdateRowHeight();
+    void KeepWidths();
 
     TDataSetModel *FModel;
     TGridCopy *FCopy;
@@ -76,7 +77,10 @@ private:
     QAction *FSetNull = nullptr;
     QList<QAction *> FOwnActions;
     QPointer<QLabel> FNote;      // the refusal or the reason at a cell
+    QStringList FColumnNames;    // of the last rebuild
     QHash<QString, int> FWidths; // by field name, of the columns before the rebuild
+    int FSortedColumn = -1;
+    bool FSortedAscending = true;
     bool FEditMode = true;
     bool FSortsItself = true;
     bool FRefused = false;

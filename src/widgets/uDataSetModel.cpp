@@ -7,6 +7,7 @@
 #include <QFont>
 #include <QGuiApplication>
 #include <QPalette>
+#include <QScopedValueRollback>
 #include <limits>
 #include <numeric>
 
@@ -235,19 +236,28 @@ bool TDataSetModel::SetNull(const QModelIndex &index)
 
 bool TDataSetModel::Write(const QModelIndex &index, const TVariant &value)
 {
-    try {
-        FDataset->SetRecNo(RecordOfRow(index.row()));
-        FDataset->Edit();
-        FDataset->FieldAt(index.column()).SetValue(value);
-        FDataset->Post();
-        Q_EMIT OnDataChange();
-        return true;
-    } catch (const std::exception &e) {
-        // What was typed stays in the editor; the dataset goes back to what the server has.
-        FDataset->Cancel();
-        Q_EMIT OnEditRefused(index, ExceptionMessage(e));
+    const qint64 record = RecordOfRow(index.row());
+    QString refusal;
+    {
+        // Views put a changed value into the open editor, over what was typed.
+        const QScopedValueRollback quiet(FIsWriting, true);
+        try {
+            FDataset->SetRecNo(record);
+            FDataset->Edit();
+            FDataset->FieldAt(index.column()).SetValue(value);
+            FDataset->Post();
+        } catch (const std::exception &e) {
+            refusal = ExceptionMessage(e);
+            FDataset->Cancel();
+        }
+    }
+    if (!refusal.isEmpty()) {
+        Q_EMIT OnEditRefused(index, refusal);
         return false;
     }
+    RowChanged(record);
+    Q_EMIT OnDataChange();
+    return true;
 }
 
 void TDataSetModel::sort(int column, Qt::SortOrder order)
@@ -286,7 +296,7 @@ void TDataSetModel::CursorMoved()
 void TDataSetModel::RowChanged(qint64 row)
 {
     const int at = RowOfRecord(row);
-    if (at >= 0)
+    if (at >= 0 && !FIsWriting)
         Q_EMIT dataChanged(index(at, 0), index(at, columnCount() - 1));
 }
 

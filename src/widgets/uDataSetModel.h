@@ -73,6 +73,7 @@ private:
 
     TDataSet *FDataset = nullptr;
     bool FIsEditable = false;
+    bool FIsWriting = false;
     int FSortColumn = -1;
     Qt::SortOrder FSortOrder = Qt::AscendingOrder;
     std::vector<uint32_t> FOrder; // record of each row; empty is the order of the answer

@@ -15,10 +15,6 @@ namespace {
 
 const int TabWidth = 4; // columns
 
-// A selection that is shorter than this, in bytes, has nothing in it that a long line hides: so
-// much is always shown around the caret.
-const qsizetype NeverHidden = 1024;
-
 // The keys with Ctrl and a character that the component may keep. All others stay with the
 // windows around it, which have their own use for most of them.
 const int EditingKeys[] = {Qt::Key_A, Qt::Key_C, Qt::Key_D, Qt::Key_V,
@@ -156,7 +152,8 @@ bool TTextEditorControl::DeleteLongSelection()
 {
     const qsizetype from = Send(SCI_GETSELECTIONSTART);
     const qsizetype length = Send(SCI_GETSELECTIONEND) - from;
-    if (length < NeverHidden || Send(SCI_SELECTIONISRECTANGLE) || isReadOnly())
+    // A shorter one has nothing hidden in it.
+    if (length < ShownAtCaret || Send(SCI_SELECTIONISRECTANGLE) || isReadOnly())
         return false;
     Send(SCI_DELETERANGE, from, length);
     Send(SCI_SETEMPTYSELECTION, from);
@@ -209,7 +206,7 @@ void TTextEditorControl::Edit(QKeyEvent *event)
                                       command->command() == QsciCommand::DeleteBack);
     const bool isText = !command && !event->text().isEmpty() && event->text().at(0).isPrint();
     const bool isReplaced = (isDelete || isText || IsEnter(event)) &&
-                            Send(SCI_GETSELECTIONEND) - Send(SCI_GETSELECTIONSTART) >= NeverHidden;
+                            Send(SCI_GETSELECTIONEND) - Send(SCI_GETSELECTIONSTART) >= ShownAtCaret;
     // A group of its own for each letter would be undone letter by letter.
     const bool isGroup = isReplaced || IsEnter(event);
     if (isGroup)

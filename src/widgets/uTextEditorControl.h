@@ -11,6 +11,9 @@ class TTextEditorControl : public QsciScintilla
     Q_OBJECT
 
 public:
+    /// Bytes to each side of the caret that are always shown, however long its line is.
+    static constexpr qsizetype ShownAtCaret = 1024;
+
     explicit TTextEditorControl(QWidget *parent = nullptr);
 
     long Send(unsigned int message, qsizetype wParam = 0, qsizetype lParam = 0) const;

@@ -10,7 +10,6 @@ namespace {
 
 const qsizetype LongLine = 64 * 1024;        // bytes; measuring as many takes some 30 ms
 const qsizetype ShownAround = 16 * 1024;     // bytes shown of a long line to each side of the caret
-const qsizetype EdgeDistance = 1024;         // bytes; nearer to the edge the shown part moves on
 const qsizetype FirstPiece = 1024 * 1024;    // bytes styled at once in a paint
 const qsizetype LaterPiece = 1024 * 1024;    // bytes styled at once between events
 const qsizetype BlockSize = 64 * 1024;       // bytes given to the component at once
@@ -215,7 +214,8 @@ void TTextEditorStyler::MoveWindowToCaret()
         const qsizetype inLine = std::clamp(position, start, last);
         return FControl->Send(QsciScintilla::SCI_GETSTYLEAT, inLine) == HiddenStyle;
     };
-    if (!isHidden(caret - EdgeDistance) && !isHidden(caret) && !isHidden(caret + EdgeDistance))
+    if (!isHidden(caret - TTextEditorControl::ShownAtCaret) && !isHidden(caret) &&
+        !isHidden(caret + TTextEditorControl::ShownAtCaret))
         return;
     const qsizetype styledTo = StyledTo();
     TPlace place = PlaceAt(start);

@@ -1,0 +1,260 @@
+#include "widgets/uDataSetGrid.h"
+#include "client/uMyQuery.h"
+#include "uGuiTools.h"
+#include "uTestDatabase.h"
+#include "uTestLoop.h"
+#include "uTestPrint.h"
+#include "widgets/uDataSetModel.h"
+#include "widgets/uGridCopy.h"
+#include "widgets/uGridSearchBar.h"
+
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+class TDataSetGridTest : public TServerTest
+{
+protected:
+    TDataSetGridTest()
+    {
+        Connection.Server = Server().Host();
+        Connection.Port = Server().Port();
+        Connection.Username = Server().User();
+        Connection.Database = Database().Name();
+        Connection.Options.Charset = "utf8mb4";
+        Connection.Options.UseUnicode = true;
+        Connection.Connect();
+        Grid.resize(800, 400);
+        TGuiTools::Show(&Grid);
+    }
+    ~TDataSetGridTest() override { Grid.DataModel()->SetDataset(nullptr); }
+
+    void Open(const QString &sql)
+    {
+        Query.SetSQL(sql);
+        Query.Execute();
+        Grid.DataModel()->SetDataset(&Query);
+        Grid.RebuildColumns();
+        if (Query.RecordCount() > 0)
+            Grid.setCurrentIndex(Cell(0, 0));
+    }
+    QModelIndex Cell(int row, int column) { return Grid.model()->index(row, column); }
+    QString Shown(int row, int column) { return Cell(row, column).data().toString(); }
+    QStringList Column(int column)
+    {
+        QStringList texts;
+        for (int row = 0; row < Grid.model()->rowCount(); ++row)
+            texts += Shown(row, column);
+        return texts;
+    }
+    void Click(int column)
+    {
+        QHeaderView *header = Grid.horizontalHeader();
+        const QPoint at(header->sectionViewportPosition(column) + header->sectionSize(column) / 2,
+                        header->height() / 2);
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, at);
+    }
+    template <typename T = QLineEdit>
+    T *Editor()
+    {
+        return Grid.findChild<T *>("edCell");
+    }
+    /// Types over a cell and ends with Enter.
+    void TypeInto(int row, int column, const QString &text)
+    {
+        Grid.setCurrentIndex(Cell(row, column));
+        QTest::keyClick(&Grid, Qt::Key_F2);
+        ASSERT_NE(Editor(), nullptr);
+        Editor()->selectAll();
+        QTest::keyClicks(Editor(), text);
+        QTest::keyClick(Editor(), Qt::Key_Return);
+        TTestLoop::Settle();
+    }
+    QString Note()
+    {
+        const auto *note = Grid.findChild<QLabel *>("labNote");
+        return note ? note->text() : QString();
+    }
+
+    TMyConnection Connection;
+    TMyQuery Query{&Connection};
+    TDataSetGrid Grid;
+};
+
+TEST_F(TDataSetGridTest, ShowsTheServersTextAndTellsNullFromItsWord)
+{
+    const QAbstractItemModelTester tester(Grid.model(),
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    Open("SELECT 18446744073709551615 AS u, '0000-00-00' AS z, NULL AS n, 'NULL' AS w, "
+         "'a\nb' AS l, X'00FF' AS b, CAST(1.50 AS DECIMAL(10,2)) AS d");
+    EXPECT_EQ(Shown(0, 0), "18446744073709551615");
+    EXPECT_EQ(Shown(0, 1), "0000-00-00");
+    EXPECT_EQ(Shown(0, 2), Shown(0, 3));
+    EXPECT_TRUE(Cell(0, 2).data(Qt::FontRole).value<QFont>().italic());
+    EXPECT_FALSE(Cell(0, 3).data(Qt::FontRole).isValid());
+    EXPECT_FALSE(Shown(0, 4).contains('\n'));
+    EXPECT_EQ(Shown(0, 5), "0x00FF");
+    EXPECT_EQ(Shown(0, 6), "1.50");
+    EXPECT_EQ(TGridCopy::WholeText(Cell(0, 4)), "a\nb");
+    Query.Close();
+    EXPECT_EQ(Grid.model()->rowCount(), 0);
+}
+
+TEST_F(TDataSetGridTest, SortsByValueAndLeavesTheRowsWhereTheyAre)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, n DECIMAL(30,2), s VARCHAR(20)); ");
+    Exec("INSERT INTO t VALUES (1, 10, 'b'), (2, 9.5, 'abcdefgh2'), (3, NULL, 'abcdefgh1'), "
+         "(4, -1, NULL), (5, 9.5, ''), (6, 12345678901234567890123.01, 'ж')");
+    Open("SELECT * FROM t ORDER BY id");
+    Click(1);
+    EXPECT_EQ(Column(0), (QStringList{"3", "4", "2", "5", "1", "6"}));
+    Click(1);
+    EXPECT_EQ(Column(0), (QStringList{"6", "1", "2", "5", "4", "3"})) << "equals keep their order";
+    Click(2);
+    EXPECT_EQ(Column(2), (QStringList{"NULL", "", "abcdefgh1", "abcdefgh2", "b", "ж"}));
+    EXPECT_EQ(Query.FieldAt(0).AsStringAt(0), "1");
+    Grid.setCurrentIndex(Cell(3, 0));
+    EXPECT_EQ(Query.RecNo(), 1) << "the dataset follows the grid to the row that is shown";
+    Query.First();
+    EXPECT_EQ(Grid.currentIndex().row(), 4) << "and the grid follows the dataset";
+}
+
+TEST_F(TDataSetGridTest, WritesACellWhenItIsLeft)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, s VARCHAR(10) NOT NULL, n INT); ");
+    Exec("INSERT INTO t VALUES (1, 'one', 1), (2, 'two', 2)");
+    Open("SELECT * FROM t ORDER BY id");
+    TypeInto(1, 1, "zwei");
+    EXPECT_EQ(Value("SELECT s FROM t WHERE id = 2"), "zwei");
+    EXPECT_EQ(Shown(1, 1), "zwei");
+    EXPECT_EQ(Editor(), nullptr);
+    Grid.setCurrentIndex(Cell(0, 2));
+    QTest::keyClick(&Grid, Qt::Key_0, Qt::ControlModifier);
+    EXPECT_EQ(Value("SELECT n IS NULL FROM t WHERE id = 1"), "1");
+    EXPECT_EQ(Shown(0, 2), "NULL");
+    // A look at NULL does not make an empty text of it.
+    QTest::keyClick(&Grid, Qt::Key_F2);
+    QTest::keyClick(Editor(), Qt::Key_Return);
+    TTestLoop::Settle();
+    EXPECT_EQ(Value("SELECT n IS NULL FROM t WHERE id = 1"), "1");
+}
+
+TEST_F(TDataSetGridTest, ARefusalStandsAtTheCellAndKeepsWhatWasTyped)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, s VARCHAR(10) UNIQUE); ");
+    Exec("INSERT INTO t VALUES (1, 'one'), (2, 'two')");
+    Open("SELECT * FROM t ORDER BY id");
+    TypeInto(1, 1, "one");
+    EXPECT_TRUE(Note().contains("Duplicate entry")) << Note().toStdString();
+    ASSERT_NE(Editor(), nullptr);
+    EXPECT_EQ(Editor()->text(), "one");
+    EXPECT_EQ(Value("SELECT s FROM t WHERE id = 2"), "two");
+    QTest::keyClick(Editor(), Qt::Key_Escape);
+    TTestLoop::Settle();
+    EXPECT_EQ(Editor(), nullptr);
+    EXPECT_EQ(Note(), "");
+    EXPECT_EQ(Shown(1, 1), "two");
+
+    Exec("DELETE FROM t WHERE id = 2");
+    TypeInto(1, 1, "three");
+    EXPECT_NE(Note(), "") << "a row that is gone is told";
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM t"), "1");
+}
+
+TEST_F(TDataSetGridTest, WhatCannotBeEditedSaysWhy)
+{
+    Exec("CREATE TABLE nokey (a INT)");
+    Exec("INSERT INTO nokey VALUES (1)");
+    Open("SELECT a FROM nokey");
+    QTest::keyClick(&Grid, Qt::Key_F2);
+    EXPECT_EQ(Editor(), nullptr);
+    EXPECT_EQ(Note(), Query.ReadOnlyReason());
+    EXPECT_NE(Note(), "");
+    Exec("CREATE TABLE keyed (id INT PRIMARY KEY, body TEXT)");
+    Exec("INSERT INTO keyed VALUES (1, 'text')");
+    Open("SELECT id, LENGTH(body) AS body FROM keyed");
+    Grid.setCurrentIndex(Cell(0, 1));
+    QTest::keyClick(&Grid, Qt::Key_F2);
+    EXPECT_EQ(Editor(), nullptr) << "a length is shown in place of the content";
+    EXPECT_NE(Note(), "");
+}
+
+TEST_F(TDataSetGridTest, ATextOfSeveralLinesIsEditedWithItsLines)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, s TEXT)");
+    Exec("INSERT INTO t VALUES (1, 'a\r\nb')");
+    Open("SELECT * FROM t");
+    Grid.setCurrentIndex(Cell(0, 1));
+    QTest::keyClick(&Grid, Qt::Key_F2);
+    auto *box = Editor<QPlainTextEdit>();
+    ASSERT_NE(box, nullptr);
+    QTest::keyClick(box, Qt::Key_Return, Qt::ControlModifier); // nothing typed
+    TTestLoop::Settle();
+    EXPECT_EQ(Value("SELECT HEX(s) FROM t"), "610D0A62") << "its line ends stay";
+    QTest::keyClick(&Grid, Qt::Key_F2);
+    box = Editor<QPlainTextEdit>();
+    ASSERT_NE(box, nullptr);
+    box->moveCursor(QTextCursor::End);
+    QTest::keyClick(box, Qt::Key_Return);
+    QTest::keyClicks(box, "c");
+    QTest::keyClick(box, Qt::Key_Return, Qt::ControlModifier);
+    TTestLoop::Settle();
+    EXPECT_TRUE(Value("SELECT s FROM t").endsWith("\nc"));
+}
+
+TEST_F(TDataSetGridTest, OutsideEditModeTheRecordKeysWork)
+{
+    Open("SELECT 1 AS a UNION SELECT 2");
+    Grid.SetEditMode(false);
+    QStringList asked;
+    QObject::connect(&Grid, &TDataSetGrid::OnUpdateRequested, &Grid, [&] { asked += "update"; });
+    QObject::connect(&Grid, &TDataSetGrid::OnAppendRequested, &Grid, [&] { asked += "append"; });
+    QObject::connect(&Grid, &TDataSetGrid::OnDeleteRequested, &Grid, [&] { asked += "delete"; });
+    QTest::keyClick(&Grid, Qt::Key_Return);
+    QTest::keyClick(&Grid, Qt::Key_Insert);
+    QTest::keyClick(&Grid, Qt::Key_Delete);
+    EXPECT_EQ(asked, (QStringList{"update", "append", "delete"}));
+    Open("SELECT 1 AS a FROM DUAL WHERE FALSE");
+    asked.clear();
+    QTest::keyClick(&Grid, Qt::Key_Return);
+    QTest::keyClick(&Grid, Qt::Key_Insert);
+    EXPECT_EQ(asked, QStringList("append")) << "there is no row to change";
+    Grid.SetEditMode(true);
+    asked.clear();
+    QTest::keyClick(&Grid, Qt::Key_Insert);
+    EXPECT_TRUE(asked.isEmpty());
+}
+
+TEST_F(TDataSetGridTest, CopiesAndFindsTheWholeTextOfACell)
+{
+    Open("SELECT 1 AS id, REPEAT('x', 5000) AS s UNION SELECT 2, CONCAT(REPEAT('y', 4000), 'end')");
+    EXPECT_LT(Shown(0, 1).size(), 1000) << "a cell shows what fits";
+    Grid.setCurrentIndex(Cell(0, 1));
+    EXPECT_EQ(TGridCopy::Text(Grid, false), QString(5000, 'x'));
+    EXPECT_TRUE(TGridCopy::Text(Grid, true).startsWith("s\n"));
+    Grid.SearchBar()->Open();
+    bool found = false;
+    QObject::connect(Grid.SearchBar(), &TGridSearchBar::OnFinished, &Grid,
+                     [&](bool result) { found = result; });
+    QTest::keyClicks(Find<QLineEdit>(&Grid, "edSearch"), "yend");
+    EXPECT_TRUE(TTestLoop::RunUntil([&] { return found && Grid.currentIndex().row() == 1; }));
+}
+
+TEST_F(TDataSetGridTest, WidthsOfColumnsThatStayAreTheUsers)
+{
+    Open("SELECT 1 AS a, 'some longer text than its header' AS b");
+    EXPECT_GT(Grid.columnWidth(1), Grid.columnWidth(0));
+    Grid.setColumnWidth(0, 321);
+    Open("SELECT 'new' AS c, 1 AS a");
+    EXPECT_EQ(Grid.columnWidth(1), 321);
+    EXPECT_NE(Grid.columnWidth(0), 321);
+}
+
+} // namespace
