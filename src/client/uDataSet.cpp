@@ -16,8 +16,18 @@ TDataSet::~TDataSet()
 
 void TDataSet::Close()
 {
-    if (!Active())
-        return;
+    if (Active())
+        Drop();
+}
+
+void TDataSet::Drop()
+{
+    Reset();
+    TellAll();
+}
+
+void TDataSet::Discard()
+{
     Reset();
     TellAll();
 }

@@ -114,8 +114,10 @@ protected:
     void SetFields(std::vector<TFieldInfo> infos);
     /// The rows are all there: the first one, or the one that was current, becomes current.
     void Opened(qint64 row = 0);
-    /// Drops fields, rows and an open edit.
+    /// Drops fields, rows and an open edit. Links hear nothing: the rows that follow tell them.
     void Reset();
+    /// The same when no rows follow.
+    void Discard();
 
     TRowArena FArena;
 

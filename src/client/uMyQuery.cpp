@@ -64,8 +64,9 @@ void TMyQuery::Run(TConnLostCause cause)
     } catch (const std::bad_alloc &) {
         RaiseOutOfMemory(run);
     } catch (const EMyError &error) {
+        // The old rows are gone by now, which the links have not heard yet.
         if (run.GotRows)
-            Close();
+            Discard();
         FConnection->RaiseError(error, run.Cause, run.InTransaction);
     }
     FAffectedRows = run.Affected;
@@ -112,7 +113,7 @@ void TMyQuery::RaiseOutOfMemory(TRun &run)
     // The rows go first, since ending the statement needs memory too.
     Reset();
     FConnection->Session().Abandon();
-    Close();
+    Discard();
     FConnection->RaiseError(EMyError(CR_OUT_OF_MEMORY, text), run.Cause, run.InTransaction);
 }
 

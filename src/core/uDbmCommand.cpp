@@ -140,6 +140,9 @@ void TDbmCommand::Run(const QString &delimiter, const TRunAction &action)
         FSQLProcessor->SetDelimiter(delimiter);
         action();
     } catch (...) {
+        // Rows that nobody will ask for any more may be many.
+        FResult.Query.reset();
+        FResult.Explain.reset();
         fireAfter();
         throw;
     }

@@ -1,7 +1,14 @@
 #include "core/uDbmProvider.h"
 
+#include "core/uDacMySqlError.h"
 #include "core/uNetUtils.h"
 #include "support/uFormat.h"
+
+namespace {
+
+constexpr int CrServerLost = 2013; // CR_SERVER_LOST of the client library
+
+} // namespace
 
 TDbmProvider::TDbmProvider()
     : FConnection(std::make_unique<TDacMySqlConnection>()),
@@ -54,8 +61,14 @@ void TDbmProvider::OpenTunnel()
 {
     // A session through a tunnel that broke meanwhile leads nowhere, and its reconnect would try
     // the old tunnel's port.
-    if (FConnection->Connected())
+    if (FConnection->Connected()) {
+        const bool inTransaction = FConnection->LibraryConnection().InTransaction();
         FConnection->Disconnect();
+        // What was done in it is gone; going on as if nothing had happened would hide that.
+        if (inTransaction)
+            throw EDacMySqlError(CrServerLost, "Lost connection to server during a transaction.",
+                                 {});
+    }
 
     const TDbmConnectionProfileSSHSettings &settings = FConnectionProfile.SSHSettings;
     FSSHTunnel->HostName = ResolveIPv4Address(settings.HostName);

@@ -97,6 +97,21 @@ TEST_F(TDataSetTest, TellsItsLinksOfEveryChange)
     EXPECT_THAT(Heard(), ElementsAre("gone"));
 }
 
+TEST_F(TDataSetTest, ARefreshThatFailsOnItsWayLeavesNothingBehind)
+{
+    Exec("CREATE PROCEDURE p() BEGIN SELECT * FROM t; SELECT * FROM later; END");
+    Exec("CREATE TABLE later (x INT)");
+    FQuery->SetSQL("CALL p()");
+    FQuery->Execute();
+    Exec("DROP TABLE later");
+    Heard();
+    EXPECT_EQ(ErrorOf([&] { FQuery->Refresh(); }).ErrorCode(), 1146);
+    EXPECT_THAT(Heard(), ElementsAre("all"));
+    EXPECT_FALSE(FQuery->Active());
+    EXPECT_EQ(FQuery->FieldCount(), 0);
+    EXPECT_EQ(FQuery->MemoryBytes(), 0);
+}
+
 TEST_F(TDataSetTest, TellsOnceAfterControlsWereDisabled)
 {
     FQuery->DisableControls();

@@ -168,17 +168,29 @@ TEST_F(TLostConnection, AKilledStatementIsNoLostSessionButTheNextOneWorks)
 TEST_F(TLostConnection, InTheMiddleOfRowsClosesTheDatasetAndCanBeRepeated)
 {
     const QString sql = "SELECT seq, REPEAT('x', 100) FROM seq_1_to_200000";
+    struct TCounting : TDataLink
+    {
+        void ActiveChanged() override { ++Told; }
+        int Told = 0;
+    };
+    TCounting link;
     TMyQuery query(&FConnection);
+    query.AddLink(&link);
+    query.SetSQL("SELECT 1");
+    query.Execute();
+    link.Told = 0;
     query.SetSQL(sql);
     FProxy.CutAfter(1000000);
     const EMyError error = ErrorOf([&] { query.Execute(); });
     FProxy.Resume();
+    EXPECT_EQ(link.Told, 1) << "a grid must not go on showing rows that are gone";
     EXPECT_TRUE(error.IsLostConnection()) << error.ErrorCode();
     EXPECT_TRUE(error.CanRepeat());
     EXPECT_THAT(FCauses, ElementsAre(clFetch));
     EXPECT_FALSE(query.Active());
     query.Execute();
     EXPECT_EQ(query.RecordCount(), 200000);
+    query.RemoveLink(&link);
 }
 
 TEST_F(TLostConnection, AServerThatDiesIsAnErrorUntilItIsBack)

@@ -139,7 +139,7 @@ TEST_F(TMyConnectionTest, CompressesWhenAsked)
     EXPECT_EQ(Ask("SELECT LENGTH(REPEAT('x', 1000000))"), "1000000");
 }
 
-TEST_F(TMyConnectionTest, LogsInByPluginWithAndWithoutTls)
+TEST_F(TMyConnectionTest, LogsInByAPluginOfTheServersChoice)
 {
     SKIP_WITHOUT_MYSQL9();
     TMyConnection connection;

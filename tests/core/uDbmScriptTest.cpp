@@ -62,4 +62,20 @@ TEST_F(TScript, StopsAtTheFirstFailure)
     EXPECT_THROW(FScript.ExecuteFromFile("/nonexistent/dump.sql", ";"), EException);
 }
 
+TEST_F(TScript, ALineThatIsTooLongForTheServerIsItsErrorAndTheNextStatementWorks)
+{
+    QTemporaryDir folder;
+    const QString name = folder.filePath("line.sql");
+    TFileUtils::WriteBinary(name, "DO LENGTH('" + QByteArray(50 * 1024 * 1024, 'x') + "');");
+    try {
+        FScript.ExecuteFromFile(name, ";");
+        ADD_FAILURE();
+    } catch (const EDacMySqlError &e) {
+        // Told by the server, unless it hangs up before its answer is read.
+        EXPECT_TRUE(e.ErrorCode() == 1153 || e.IsLostConnection()) << e.what();
+        EXPECT_EQ(e.CommandText().size(), 50 * 1024 * 1024 + 13);
+    }
+    FConnection.Execute("DO 1");
+}
+
 } // namespace
