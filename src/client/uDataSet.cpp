@@ -17,13 +17,7 @@ TDataSet::~TDataSet()
 void TDataSet::Close()
 {
     if (Active())
-        Drop();
-}
-
-void TDataSet::Drop()
-{
-    Reset();
-    TellAll();
+        Discard();
 }
 
 void TDataSet::Discard()

@@ -224,6 +224,19 @@ void TTextEditorStyler::MoveWindowToCaret()
     FControl->Send(QsciScintilla::SCI_STARTSTYLING, start);
     FControl->Send(QsciScintilla::SCI_SETSTYLINGEX, place.Position - start, FStyles.data());
     FControl->Send(QsciScintilla::SCI_STARTSTYLING, std::max(styledTo, place.Position));
+    ScrollToCaret();
+}
+
+void TTextEditorStyler::ScrollToCaret()
+{
+    // The component scrolls as little as it must. From an offset of the part shown before that
+    // would leave the caret at an edge, with nothing to be seen beside it.
+    const qsizetype caret = FControl->CaretPosition();
+    FControl->Send(QsciScintilla::SCI_SETXOFFSET, 0);
+    const long x = FControl->Send(QsciScintilla::SCI_POINTXFROMPOSITION, 0, caret);
+    const int width = FControl->viewport()->width();
+    if (x > width)
+        FControl->Send(QsciScintilla::SCI_SETXOFFSET, x - width / 2);
     FControl->Send(QsciScintilla::SCI_SCROLLCARET);
 }
 

@@ -56,6 +56,7 @@ private:
     void StyleLine(TPlace &place);
     void HideFarPart(const TPlace &place, qsizetype length, char *styles) const;
     void MoveWindowToCaret();
+    void ScrollToCaret();
     void QueueNote(qsizetype line, bool isLong);
     void WriteNotes();
 

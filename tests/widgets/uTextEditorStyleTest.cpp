@@ -185,6 +185,14 @@ TEST_F(TTextEditorStyle, ShowsALongLineAroundTheCaretWithANote)
     while (StyleAt(first - 1) != TTextEditorStyler::HiddenStyle)
         --first;
     EXPECT_NE(Send(TSci::SCI_GETCHARAT, first) & 0xC0, 0x80) << "cuts no character";
+    for (const Qt::Key key : {Qt::Key_End, Qt::Key_Home, Qt::Key_End}) {
+        Press(key);
+        Settle();
+        const long x = Send(TSci::SCI_POINTXFROMPOSITION, 0, Send(TSci::SCI_GETCURRENTPOS));
+        const int width = Editor->Editor()->viewport()->width();
+        EXPECT_GE(x, key == Qt::Key_End ? width / 3 : 0) << "text is seen before the caret";
+        EXPECT_LT(x, width);
+    }
     Editor->SetText("short");
     Settle();
     EXPECT_EQ(Send(TSci::SCI_ANNOTATIONGETLINES, 0), 0);
