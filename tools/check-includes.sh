@@ -33,7 +33,7 @@ rooms=$(search -E '^ *# *include +"[a-z]+/' -- src tests bench demo | awk '
     }
     # The room of a file by its path from src/ or tests/.
     function room(path) {
-        if (path ~ /^model\/u(DbmEntities|DbmComparers)/) return "entities"
+        if (path ~ /^model\/u(DbmEntit|DbmComparers)/) return "entities"
         if (path ~ /^jobs\/u(WorkerForm|AppWorkers)/) return "windows"
         sub("/.*", "", path)
         return path == "support_tests" ? "support" : path
