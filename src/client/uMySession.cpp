@@ -3,11 +3,14 @@
 #include "client/uRowArena.h"
 #include "support/uFormat.h"
 
+#include <QDeadlineTimer>
 #include <QStringList>
 #include <csignal>
 #include <errmsg.h>
 #include <mutex>
 #include <mysql.h>
+
+#include <ma_pvio.h> // needs the one above
 #include <mysqld_error.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -105,10 +108,11 @@ void TMySession::Open(const TSessionParams &params)
 {
     Close();
     InitLibrary();
+    const QDeadlineTimer deadline(params.TimeoutSecs * 1000);
     try {
         OpenHandle(params, true);
     } catch (const EMyError &tlsError) {
-        if (tlsError.ErrorCode() != CR_SSL_CONNECTION_ERROR)
+        if (tlsError.ErrorCode() != CR_SSL_CONNECTION_ERROR || deadline.hasExpired())
             throw;
         // The server offers a TLS that this machine cannot speak. Preferred is not required.
         try {
@@ -128,6 +132,8 @@ void TMySession::SetOptions(const TSessionParams &params, bool tls)
     const my_bool preferTls = tls;       // without verification the library takes what is offered
     const QByteArray charset = params.Charset.isEmpty() ? "utf8mb4" : params.Charset;
     mysql_optionsv(FHandle.get(), MYSQL_OPT_CONNECT_TIMEOUT, &timeout);
+    // The first covers the handshake as far as it is plain, the second the part inside TLS.
+    mysql_optionsv(FHandle.get(), MYSQL_OPT_READ_TIMEOUT, &timeout);
     mysql_optionsv(FHandle.get(), MYSQL_OPT_PROTOCOL, &tcp);
     mysql_optionsv(FHandle.get(), MYSQL_OPT_SSL_ENFORCE, &preferTls);
     mysql_optionsv(FHandle.get(), MYSQL_SET_CHARSET_NAME, charset.constData());
@@ -157,10 +163,20 @@ void TMySession::OpenHandle(const TSessionParams &params, bool tls)
         FState.Database = params.Database;
         KeepAlive(mysql_get_socket(FHandle.get()));
         SetCharset(params.Charset);
+        EndTimeouts();
     } catch (const EMyError &) {
         FHandle.reset();
         throw;
     }
+}
+
+// The option counts for sessions with TLS; without, the socket's layer keeps a copy of it.
+void TMySession::EndTimeouts()
+{
+    const uint none = 0;
+    mysql_optionsv(FHandle.get(), MYSQL_OPT_READ_TIMEOUT, &none);
+    MARIADB_PVIO *socket = FHandle->net.pvio;
+    socket->methods->set_timeout(socket, PVIO_READ_TIMEOUT, 0);
 }
 
 void TMySession::SetCharset(const QByteArray &charset)

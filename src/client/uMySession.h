@@ -91,6 +91,7 @@ private:
 
     void OpenHandle(const TSessionParams &params, bool tls);
     void SetOptions(const TSessionParams &params, bool tls);
+    void EndTimeouts();
     void SetCharset(const QByteArray &charset);
     void NoteAnswer();
     void NoteDatabase(const QString &sql);

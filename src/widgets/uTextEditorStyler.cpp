@@ -133,7 +133,7 @@ void TTextEditorStyler::HideLongLines(qsizetype from, qsizetype to)
             continue;
         FControl->Send(QsciScintilla::SCI_STARTSTYLING, FControl->LineStart(line));
         FControl->Send(QsciScintilla::SCI_SETSTYLING,
-                       FControl->Send(QsciScintilla::SCI_LINELENGTH, line), HiddenStyle);
+                       FControl->LineEnd(line) - FControl->LineStart(line), HiddenStyle);
     }
     FControl->Send(QsciScintilla::SCI_STARTSTYLING, styledTo);
 }
@@ -175,19 +175,22 @@ void TTextEditorStyler::StyleLine(TPlace &place)
         place.State = state;
     }
     if (isLong)
-        HideFarPart(place, length, styles);
+        HideFarPart(place, styles);
     QueueNote(place.Line, isLong);
     place.Position += length;
     ++place.Line;
 }
 
-void TTextEditorStyler::HideFarPart(const TPlace &place, qsizetype length, char *styles) const
+void TTextEditorStyler::HideFarPart(const TPlace &place, char *styles) const
 {
+    // The line end stays: the caret does not stop before hidden text but behind it, and would go
+    // to the next line.
+    const QByteArrayView text = FControl->LineRange(place.Line);
+    const qsizetype length = text.size();
     const qsizetype caret = FControl->CaretPosition();
     const qsizetype middle = FControl->LineOf(caret) == place.Line ? caret - place.Position : 0;
     qsizetype from = std::max<qsizetype>(0, middle - ShownAround);
     qsizetype to = std::min(length, std::max(middle, ShownAround) + ShownAround);
-    const QByteArrayView text = FControl->Range(place.Position, place.Position + length);
     while (from > 0 && IsTail(text[from]))
         --from;
     while (to < length && IsTail(text[to]))

@@ -54,7 +54,7 @@ private:
     /// Styles some lines into FStyles; true when the rest is styled rightly already.
     bool StyleBlock(TPlace &place, qsizetype target);
     void StyleLine(TPlace &place);
-    void HideFarPart(const TPlace &place, qsizetype length, char *styles) const;
+    void HideFarPart(const TPlace &place, char *styles) const;
     void MoveWindowToCaret();
     void ScrollToCaret();
     void QueueNote(qsizetype line, bool isLong);

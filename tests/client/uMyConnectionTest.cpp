@@ -112,7 +112,8 @@ TEST_F(TMyConnectionTest, TakesTlsWhereItIsOfferedAndPlainWhereNot)
     const auto plain = TTestServer::Start({"--skip-ssl"});
     TMyConnection connection;
     Aim(connection, *plain);
-    connection.Connect();
+    connection.ConnectionTimeout = 1;
+    connection.Execute("DO SLEEP(1.6)"); // here too
     EXPECT_TRUE(connection.Connected());
     EXPECT_EQ(connection.TlsCipher(), QString());
 }

@@ -1,0 +1,35 @@
+"""The walk: the scenes in their order. Each leaves the screen as the next one expects it."""
+
+import editing
+import files
+import grids
+import profiles
+import queries
+import windows
+
+SCENES = (
+    ("The profiles come up by themselves", profiles.opening),
+    ("A profile is looked at", profiles.edit),
+    ("Its database is chosen from the server's", profiles.select_database),
+    ("A profile is made, tested and deleted", profiles.create_and_delete),
+    ("A profile is connected", profiles.connect),
+    ("The entries of the menu", windows.menus),
+    ("A query and its rows", queries.run),
+    ("Its plan and its log", queries.plan_and_log),
+    ("A statement that fails", queries.failure),
+    ("Only what is selected", queries.selected),
+    ("The result as text", files.export_text),
+    ("A query is saved", files.save),
+    ("A query is opened and duplicated", files.open_and_duplicate),
+    ("Find and replace", editing.find_and_replace),
+    ("Comments, undo and zoom", editing.commands),
+    ("Sorting and searching rows", grids.sort_and_search),
+    ("Copying rows", grids.copy),
+    ("Changing cells", grids.edit),
+    ("The charset of the session", windows.charset),
+    ("Turning pages", windows.pages),
+    ("About and home page", windows.about_and_home_page),
+    ("Refreshing and closing pages", windows.refresh_and_close_pages),
+    ("Closing the connection", windows.close_connection),
+    ("The end", windows.end),
+)

@@ -1,0 +1,164 @@
+"""The main window: its menus, pages and connections."""
+
+import os
+
+from profiles import DEMO, buttons, click_button, profile_list
+from queries import editor, new_page, result, status, type_text, use
+
+# What each menu holds while a server is connected and no page is open; "-" has no work yet.
+MENUS = {
+    "File": ["New Connection...", "Close Connection", "Exit"],
+    "View": ["Select Charset...", "Refresh"],
+    "Schema": [
+        "-Create...", "-Open", "-Create Table...", "-Create View...", "-Create Procedure...",
+        "-Create Function...", "-Create Event...", "-Migrate...", "-Clone...",
+        "-Create SQL Dump...", "-Checksum Data (CRC32)...", "-Modify...", "-Delete...",
+    ],
+    "Query": [
+        "New", "Open...", "-Save", "-Save As...", "-Duplicate", "-Execute", "-Execute Selected",
+        "-Export as CVS...", "-Export as Text",
+    ],
+    "Tools": ["-Execute SQL Dump...", "Server", "Other"],
+    "Window": ["Close Page", "Close All Pages"],
+    "Help": ["Korvane Home Page", "About Korvane"],
+}  # fmt: skip
+SERVER = ["Users", "Threads", "Variables", "Status", "Counters", "Charsets", "Plugins", "Engines"]
+
+
+def bar(t):
+    return [node.name for node in t.screen.find(t.main(), "menu bar").children if node.showing]
+
+
+def entries(menu):
+    return [node for node in menu.children if node.role == "menu item" and node.name]
+
+
+def menus(t):
+    t.equal(bar(t), list(MENUS), "the menu bar")
+    for caption, wanted in MENUS.items():
+        entry = t.menu(caption, wanted[0].lstrip("-"))
+        menu = next(n for n in t.main().find("menu bar").walk() if n.role == "popup menu")
+        found = [node.name if node.enabled else f"-{node.name}" for node in entries(menu)]
+        t.equal(found, wanted, f"the menu {caption}")
+        if caption == "Schema":
+            t.shot("schema-menu", entry, rest=False)
+        t.close_menu(2)
+    t.menu("Tools", "Server", SERVER[0])
+    menu = [n for n in t.main().find("menu bar").walk() if n.role == "popup menu"][-1]
+    t.equal([node.name for node in entries(menu)], SERVER, "the menu Server")
+    t.shot("server-menu", menu, rest=False)
+    t.close_menu(3)
+
+
+def charset(t):
+    t.choose("View", "Select Charset...")
+    dialog = t.screen.window("Select Charset")
+    names = t.screen.find(dialog, "tree", "Charsets")
+    t.equal(
+        names.column("Name"),
+        sorted(t.stage.sql("SELECT character_set_name FROM information_schema.character_sets")),
+        "the charsets",
+    )
+    current = names.column("Name").index("utf8mb4")
+    t.check(names.cell(current, 0).selected, "the charset of the session is not focused")
+    t.shot("select-charset", dialog)
+    t.screen.click(names.cell(current, 0))
+    t.screen.keys("Home", "l")
+    click_button(t, dialog, "Cancel")
+    t.screen.gone("Select Charset")
+
+
+def pages_of(t):
+    """The tabs of the pages, not that of the connection."""
+    return [node for node in t.main().all("page tab") if node.name != DEMO]
+
+
+def pages(t):
+    tabs = pages_of(t)
+    t.check(len(tabs) > 2, "there are too few pages to turn")
+    start = next(i for i, node in enumerate(tabs) if node.in_front)
+    for key, step in (("ctrl+Tab", 1), ("ctrl+shift+Tab", 0), ("ctrl+shift+Tab", -1)):
+        t.screen.keys(key)
+        wanted = (start + step) % len(tabs)
+        t.screen.wait(lambda: pages_of(t)[wanted].in_front, f"{key} does not turn the page")
+    t.menu("Window", "Close Page")
+    menu = next(n for n in t.main().find("menu bar").walk() if n.role == "popup menu")
+    found = [node for node in menu.children if node.name]
+    t.equal(
+        [node.name for node in found],
+        ["Close Page", "Close All Pages"] + [node.name for node in tabs],
+        "the menu Window",
+    )
+    t.equal(
+        [node.checked for node in found[2:]],
+        [node.in_front for node in pages_of(t)],
+        "the marks of the menu Window",
+    )
+    t.shot("window-menu", menu, rest=False)
+    t.screen.click(found[2])
+    t.screen.wait(lambda: pages_of(t)[0].in_front, "the first page did not come into view")
+    status(t, "Rows: ")
+
+
+def about_and_home_page(t):
+    t.choose("Help", "About Korvane")
+    box = t.screen.window("About Korvane")
+    t.check(any("Korvane" in node.name for node in box.all("label")), "about what?")
+    t.shot("about", box)
+    click_button(t, box, "OK")
+    t.screen.gone("About Korvane")
+    t.choose("Help", "Korvane Home Page")
+    t.screen.wait(lambda: "http" in t.stage.browsed(), "no browser was asked for the home page")
+
+
+def refresh_and_close_pages(t):
+    t.stage.sql("CREATE OR REPLACE DATABASE korvane_tour_new")
+    try:
+        t.choose("View", "Refresh")
+        use(t, "korvane_tour_new")
+    finally:
+        t.stage.sql("DROP DATABASE korvane_tour_new")
+    count = len(pages_of(t))
+    t.choose("Window", "Close Page")
+    t.screen.wait(lambda: len(pages_of(t)) == count - 1, "the page does not close")
+    t.screen.click(pages_of(t)[0], button=2)
+    t.screen.wait(lambda: len(pages_of(t)) == count - 2, "the middle button does not close")
+    t.screen.click(pages_of(t)[0], button=3)
+    menu = t.screen.popup()
+    t.equal([node.name for node in menu.children], ["Close", "Close All"], "the menu of a tab")
+    t.shot("tab-menu", menu, rest=False)
+    t.screen.click(menu.children[1])
+    t.screen.wait(lambda: not pages_of(t), "not all pages close")
+    new_page(t)
+    t.screen.keys("ctrl+shift+F4")
+    t.screen.wait(lambda: not pages_of(t), "not all pages close")
+
+
+def close_connection(t):
+    t.choose("File", "Close Connection")
+    t.screen.window("Profiles")
+    t.shot("profiles-again", profile_list(t))
+    click_button(t, t.screen.window("Profiles"), "Close")
+    t.screen.gone("Profiles")
+    t.equal(bar(t), ["File", "Help"], "the menu bar without a connection")
+    t.check(not t.menu("File", "Close Connection").enabled, "nothing can be closed")
+    t.shot("empty-window", t.main())
+    t.close_menu(2)
+    for how in (
+        lambda: t.choose("File", "New Connection..."),
+        lambda: click_button(t, t.main(), "New tab"),
+    ):
+        how()
+        t.screen.window("Profiles")
+        t.screen.keys("Escape")
+        t.screen.gone("Profiles")
+
+
+def end(t):
+    t.screen.ending = True
+    t.choose("File", "Exit")
+    process = t.stage.workbench
+    t.screen.wait(lambda: process.poll() is not None, "the workbench does not end")
+    t.equal(process.returncode, 0, "the exit code")
+    t.equal(t.stage.workbench_output().strip(), "", "what the workbench said")
+    t.say(f"ended by itself after {os.path.basename(t.stage.program)}'s own Exit")
