@@ -26,8 +26,10 @@ constexpr int Jumps = 200;
 
 void Paint(QWidget &widget)
 {
-    widget.repaint();
+    // A view paints on its viewport.
+    const auto *area = qobject_cast<QAbstractScrollArea *>(&widget);
     QCoreApplication::sendPostedEvents();
+    (area ? area->viewport() : &widget)->repaint();
 }
 
 /// The result grid of a query page without the page around it.
@@ -152,8 +154,9 @@ double JumpSeconds(QTableView &view)
 // Both grids stay filled for all rounds.
 double Jump()
 {
-    static const auto grid = [] {
-        auto made = std::make_unique<TGrid>();
+    // Kept to the end of the process: windows cannot go behind the application object.
+    static TGrid *const grid = [] {
+        auto *made = new TGrid;
         made->Fill();
         return made;
     }();
@@ -162,8 +165,8 @@ double Jump()
 
 double QtJump()
 {
-    static const auto grid = [] {
-        auto made = std::make_unique<TQtGrid>();
+    static TQtGrid *const grid = [] {
+        auto *made = new TQtGrid;
         made->Fill();
         return made;
     }();

@@ -1,6 +1,9 @@
 #include "sql/uDbmSqlStringFormatter.h"
 
 #include <array>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace {
 
@@ -28,22 +31,46 @@ inline bool IsTrigger(char16_t c)
            (c == u'\'') | (c == u'"');
 }
 
-// Blocks without an early exit inside let the compiler compare many characters at once.
-bool NeedsEscape(const char16_t *text, qsizetype size)
+bool HasTrigger(const char16_t *text, qsizetype size)
 {
-    constexpr qsizetype Block = 64;
-    qsizetype i = 0;
-    for (; i + Block <= size; i += Block) {
-        unsigned any = 0;
-        for (qsizetype k = 0; k < Block; ++k)
-            any |= static_cast<unsigned>(IsTrigger(text[i + k]));
-        if (any)
-            return true;
-    }
-    for (; i < size; ++i)
+    for (qsizetype i = 0; i < size; ++i)
         if (IsTrigger(text[i]))
             return true;
     return false;
+}
+
+#ifdef __SSE2__
+constexpr qsizetype Block = 16;
+
+// Whether one of sixteen characters may be a trigger. Cheaper than the exact test: control
+// characters from 8 to 26, # and & count as well.
+inline bool MayHaveTrigger(const char16_t *text)
+{
+    const auto *at = reinterpret_cast<const __m128i *>(text);
+    // Characters above 255 become 255 or 0, which are no triggers.
+    const __m128i chars = _mm_packus_epi16(_mm_loadu_si128(at), _mm_loadu_si128(at + 1));
+    const __m128i fromEight = _mm_sub_epi8(chars, _mm_set1_epi8(8));
+    const __m128i control = _mm_cmpeq_epi8(_mm_min_epu8(fromEight, _mm_set1_epi8(18)), fromEight);
+    const __m128i quote = _mm_cmpeq_epi8(_mm_or_si128(chars, _mm_set1_epi8(5)), _mm_set1_epi8(39));
+    const __m128i backslash = _mm_cmpeq_epi8(chars, _mm_set1_epi8(92));
+    return _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(control, quote), backslash)) != 0;
+}
+#else
+constexpr qsizetype Block = 64;
+
+inline bool MayHaveTrigger(const char16_t *text)
+{
+    return HasTrigger(text, Block);
+}
+#endif
+
+bool NeedsEscape(const char16_t *text, qsizetype size)
+{
+    qsizetype i = 0;
+    for (; i + Block <= size; i += Block)
+        if (MayHaveTrigger(text + i) && HasTrigger(text + i, Block))
+            return true;
+    return HasTrigger(text + i, size - i);
 }
 
 } // namespace

@@ -64,12 +64,37 @@ std::vector<uint32_t> Sorted(std::vector<TKey> &keys, bool ascending, TCompare c
     return rows;
 }
 
+/// Bytes at the start that all values have in common: they decide nothing, and values such as
+/// numbered names differ only behind them.
+qsizetype CommonStart(const TRowArena &arena, int field)
+{
+    QByteArrayView first;
+    qsizetype common = -1;
+    for (qint64 row = 0; row < arena.RowCount() && common != 0; ++row) {
+        if (arena.IsNull(row, field))
+            continue;
+        const QByteArrayView cell = arena.Cell(row, field);
+        if (common < 0) {
+            first = cell;
+            common = cell.size();
+            continue;
+        }
+        common = std::min(common, cell.size());
+        common = std::mismatch(first.begin(), first.begin() + common, cell.begin()).first -
+                 first.begin();
+    }
+    return std::max<qsizetype>(common, 0);
+}
+
 std::vector<uint32_t> OrderOfTexts(const TRowArena &arena, int field, bool ascending)
 {
+    const qsizetype start = CommonStart(arena, field);
     std::vector<TTextKey> keys(size_t(arena.RowCount()));
-    for (size_t row = 0; row < keys.size(); ++row)
-        keys[row] = {PrefixOf(arena.Cell(qint64(row), field)), uint32_t(row),
-                     arena.IsNull(qint64(row), field)};
+    for (size_t row = 0; row < keys.size(); ++row) {
+        const bool isNull = arena.IsNull(qint64(row), field);
+        const QByteArrayView cell = arena.Cell(qint64(row), field);
+        keys[row] = {isNull ? 0 : PrefixOf(cell.sliced(start)), uint32_t(row), isNull};
+    }
     return Sorted(keys, ascending, [&](const TTextKey &a, const TTextKey &b) {
         if (a.Prefix != b.Prefix)
             return a.Prefix < b.Prefix ? -1 : 1;

@@ -81,7 +81,10 @@ TEST(TEscaping, GivesACleanTextBackWithoutACopy)
 {
     const QString clean(1000, u'ж');
     EXPECT_EQ(TDbmSqlStringFormatter::Format(clean).constData(), clean.constData());
-    for (int at : {0, 63, 64, 65, 999}) {
+    // What the fast look takes for a trigger and is none: a control character, # and &.
+    const QString odd = QString(20, u'\x0b') + QString(20, u'#') + QString(20, u'&');
+    EXPECT_EQ(TDbmSqlStringFormatter::Format(odd).constData(), odd.constData());
+    for (int at : {0, 15, 16, 63, 64, 65, 999}) {
         QString text = clean;
         text[at] = u'\'';
         EXPECT_EQ(TDbmSqlStringFormatter::Format(text), clean.left(at) + "\\'" + clean.mid(at + 1));
