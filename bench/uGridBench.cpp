@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QHeaderView>
+#include <QPixmap>
 #include <QScrollBar>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -24,12 +25,11 @@ namespace {
 constexpr double MiB = 1024 * 1024;
 constexpr int Jumps = 200;
 
+// Paints all that the widget shows, whether the platform has a screen for it or not.
 void Paint(QWidget &widget)
 {
-    // A view paints on its viewport.
-    const auto *area = qobject_cast<QAbstractScrollArea *>(&widget);
     QCoreApplication::sendPostedEvents();
-    (area ? area->viewport() : &widget)->repaint();
+    widget.grab();
 }
 
 /// The result grid of a query page without the page around it.

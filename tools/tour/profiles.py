@@ -54,6 +54,22 @@ def opening(t):
     t.shot("profiles", dialog, profiles)
 
 
+def menu(t):
+    profiles = focus_demo(t)
+    t.screen.click(profiles.cell(profiles.column(0).index(DEMO), 0), button=3)
+    popup = t.screen.popup()
+    t.equal(
+        [node.name.split("\t")[0] for node in popup.children],
+        ["Connect", "Create", "Edit", "Delete"],
+        "the menu of the profiles",
+    )
+    t.shot("profiles-menu", popup, rest=False)
+    t.screen.keys("Escape", "Insert")
+    t.screen.window("New profile")
+    t.screen.keys("Escape")
+    t.screen.gone("New profile")
+
+
 def edit(t):
     focus_demo(t)
     click_button(t, t.screen.window("Profiles"), "Edit")
@@ -155,6 +171,20 @@ def create_and_delete(t):
     t.shot("profile-delete", question)
     click_button(t, question, "Yes")
     t.screen.wait(lambda: profiles.column(0) == before, "the profile was not deleted")
+
+
+def choose_database(t, database):
+    """Binds the demo's profile to a database, or frees it with the empty name."""
+    focus_demo(t)
+    click_button(t, t.screen.window("Profiles"), "Edit")
+    dialog = t.screen.window("Edit profile")
+    edit = t.screen.find(dialog, "text", "Database")
+    t.screen.click(edit)
+    t.screen.keys("ctrl+a", "Delete")
+    t.screen.type(database)
+    t.screen.wait(lambda: edit.text == database, "the row Database does not take the name")
+    click_button(t, dialog, "Update")
+    t.screen.gone("Edit profile")
 
 
 def connect(t):

@@ -130,6 +130,21 @@ def plan_and_log(t):
             any(start in text for text in log.column("Query")), f"{start!r} is not in the log"
         )
     t.shot("query-log", log)
+
+    t.screen.click(log.cell(0, 0))
+    t.screen.keys("ctrl+f")
+    t.screen.focused("text", "Search text")
+    t.screen.type("count")
+    found = next(i for i, text in enumerate(log.column("Query")) if "COUNT" in text)
+    t.screen.wait(lambda: log.cell(found, "Query").selected, "the search in the log finds nothing")
+    t.shot("log-search", log)
+    t.screen.keys("Escape", "ctrl+c")
+    copied = "\t".join(log.row(found))
+    where = new_page(t)
+    t.screen.keys("ctrl+v")
+    t.screen.wait(lambda: where.text.strip() == copied, "the row of the log was not copied")
+    t.screen.keys("ctrl+F4")
+    t.screen.wait(lambda: t.main().find("tree", "Log"), "the page before does not come back")
     tab(t, "Result")
 
 
@@ -143,6 +158,21 @@ def failure(t):
     t.shows(box, "ER_NO_SUCH_TABLE (1146) - Table 'shop.produkts' doesn't exist")
     status(t, "Rows: -")
     t.shot("query-error", box)
+
+
+def lost_database(t):
+    """What fails before the statements run is shown in a box of its own."""
+    t.stage.sql("CREATE OR REPLACE DATABASE korvane_tour_new")
+    new_page(t)
+    use(t, "korvane_tour_new")
+    t.stage.sql("DROP DATABASE korvane_tour_new")
+    click_button(t, t.main(), "Execute")
+    box = t.screen.window("Korvane", "dialog")
+    t.shows(t.screen.find(box, "text", "Message"), "Unknown database 'korvane_tour_new'")
+    t.shot("error-box", box)
+    click_button(t, box, "OK")
+    t.screen.wait(lambda: t.screen.titles() == ["Korvane"], "the box does not close")
+    t.screen.keys("ctrl+F4")
 
 
 def selected(t):

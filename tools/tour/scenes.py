@@ -9,6 +9,7 @@ import windows
 
 SCENES = (
     ("The profiles come up by themselves", profiles.opening),
+    ("The menu of the profiles", profiles.menu),
     ("A profile is looked at", profiles.edit),
     ("Its database is chosen from the server's", profiles.select_database),
     ("A profile is made, tested and deleted", profiles.create_and_delete),
@@ -17,6 +18,7 @@ SCENES = (
     ("A query and its rows", queries.run),
     ("Its plan and its log", queries.plan_and_log),
     ("A statement that fails", queries.failure),
+    ("A database that is gone", queries.lost_database),
     ("Only what is selected", queries.selected),
     ("The result as text", files.export_text),
     ("A query is saved", files.save),
@@ -30,6 +32,8 @@ SCENES = (
     ("Turning pages", windows.pages),
     ("About and home page", windows.about_and_home_page),
     ("Refreshing and closing pages", windows.refresh_and_close_pages),
+    ("A connection to one database", windows.one_database),
     ("Closing the connection", windows.close_connection),
-    ("The end", windows.end),
+    ("What is remembered", windows.remembered),
+    ("The end", windows.leave),
 )

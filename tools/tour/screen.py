@@ -103,10 +103,10 @@ class Screen:
     # Hands
 
     def _tool(self, *arguments):
-        subprocess.run(
+        return subprocess.run(
             ["xdotool", *(str(a) for a in arguments)],
-            env=self._stage.environment, check=True, capture_output=True,
-        )  # fmt: skip
+            env=self._stage.environment, check=True, capture_output=True, text=True,
+        ).stdout  # fmt: skip
 
     def place(self, node):
         """Where a control stands once it has come to rest."""
@@ -137,6 +137,11 @@ class Screen:
 
     def double_click(self, target, at=None):
         self.click(target, at=at, times=2)
+
+    def resize_window(self, title, width, height):
+        """As the user does at its corner."""
+        found = self._tool("search", "--onlyvisible", "--name", f"^{title}$").split()
+        self._tool("windowsize", "--sync", found[-1], width, height)
 
     def rest_mouse(self):
         """Out of the way, so that no hint pops up in a picture."""

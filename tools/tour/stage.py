@@ -166,7 +166,7 @@ class Stage:
         reading, writing = os.pipe()
         self._spawn(
             "xvfb", "Xvfb", "-displayfd", str(writing), "-screen", "0", SCREEN, "-nolisten", "tcp",
-            "-wr", "-fbdir", self.folder,
+            "-wr", "-nocursor", "-fbdir", self.folder,
             pass_fds=(writing,),
         )  # fmt: skip
         os.close(writing)

@@ -1,8 +1,8 @@
 """The main window: its menus, pages and connections."""
 
-import os
+import time
 
-from profiles import DEMO, buttons, click_button, profile_list
+from profiles import DEMO, choose_database, click_button, focus_demo, profile_list
 from queries import editor, new_page, result, status, type_text, use
 
 # What each menu holds while a server is connected and no page is open; "-" has no work yet.
@@ -51,21 +51,55 @@ def menus(t):
 
 
 def charset(t):
-    t.choose("View", "Select Charset...")
-    dialog = t.screen.window("Select Charset")
-    names = t.screen.find(dialog, "tree", "Charsets")
+    """Another charset ends the session; the next statement opens it again as its profile says."""
+    new_page(t)
+    before = session(t)
+    dialog, names = open_charsets(t)
     t.equal(
         names.column("Name"),
         sorted(t.stage.sql("SELECT character_set_name FROM information_schema.character_sets")),
         "the charsets",
     )
-    current = names.column("Name").index("utf8mb4")
-    t.check(names.cell(current, 0).selected, "the charset of the session is not focused")
     t.shot("select-charset", dialog)
-    t.screen.click(names.cell(current, 0))
-    t.screen.keys("Home", "l")
-    click_button(t, dialog, "Cancel")
+    t.screen.click(names.cell(names.column("Name").index("utf8mb3"), 0))
+    click_button(t, dialog, "Select")
     t.screen.gone("Select Charset")
+    second = session(t)
+    t.check(second[0] != before[0], "the session of another charset is still the old one")
+    t.equal(second[1], before[1], "the charset of the new session")
+
+    dialog, names = open_charsets(t)
+    t.screen.keys("Escape")
+    t.screen.gone("Select Charset")
+    t.equal(session(t), second, "the session after a choice that was cancelled")
+    dialog, names = open_charsets(t)
+    t.screen.double_click(names.cell(names.column("Name").index("utf8mb4"), 0))
+    t.screen.gone("Select Charset")
+    t.check(session(t)[0] != second[0], "a double click does not choose")
+    t.screen.keys("ctrl+F4")
+
+
+def open_charsets(t):
+    t.choose("View", "Select Charset...")
+    dialog = t.screen.window("Select Charset")
+    names = t.screen.find(dialog, "tree", "Charsets")
+    current = names.cell(names.column("Name").index("utf8mb4"), 0)
+    t.screen.wait(lambda: current.selected, "the charset of the session is not focused")
+    return dialog, names
+
+
+def session(t):
+    """Number and charset of the workbench's own session."""
+    where = editor(t)
+    t.screen.click(where)
+    t.screen.keys("ctrl+a")
+    # A name of its own tells this answer from the one before.
+    name = f"asked_{time.monotonic_ns()}"
+    type_text(t, where, f"SELECT CONNECTION_ID(), @@character_set_client AS {name};")
+    t.screen.keys("ctrl+r")
+    rows = result(t)
+    t.screen.wait(lambda: name in rows.columns and rows.row_count == 1, "there is no row")
+    return rows.row(0)[:2]
 
 
 def pages_of(t):
@@ -134,6 +168,49 @@ def refresh_and_close_pages(t):
     t.screen.wait(lambda: not pages_of(t), "not all pages close")
 
 
+def one_database(t):
+    """A second connection, which is bound to a database."""
+    double_click_behind_tabs(t)
+    choose_database(t, "shop")
+    focus_demo(t)
+    click_button(t, t.screen.window("Profiles"), "Connect", lowest=True)
+    t.screen.gone("Profiles")
+    t.screen.wait(lambda: len(connections(t)) == 2, "there is no second connection")
+    t.screen.wait(lambda: connections(t)[1].in_front, "the new connection is not in front")
+    t.equal(schema_entries(t)[0], "Open", "the first entry of Schema")
+    where = new_page(t)
+    t.check(not t.main().find("combo box"), "there is a database to choose")
+    type_text(t, where, "SELECT DATABASE();")
+    t.screen.keys("F5")
+    rows = result(t)
+    t.screen.wait(lambda: rows.row_count == 1, "there is no row")
+    t.equal(rows.cell(0, 0).name, "shop", "the database of the connection")
+    t.shot("one-database", rows)
+    t.screen.click(connections(t)[0])
+    t.screen.wait(lambda: connections(t)[0].in_front, "the first connection is not in front")
+    t.equal(schema_entries(t)[0], "Create...", "the first entry of Schema")
+    t.screen.click(connections(t)[1], button=2)
+    t.screen.wait(lambda: len(connections(t)) == 1, "the second connection does not close")
+
+
+def double_click_behind_tabs(t):
+    x, y, width, height = connections(t)[-1].rect
+    t.screen.double_click((x + width + 300, y + height // 2))
+    t.screen.window("Profiles")
+
+
+def connections(t):
+    return t.main().all("page tab", DEMO)
+
+
+def schema_entries(t):
+    t.menu("Schema", "Open")
+    menu = next(n for n in t.main().find("menu bar").walk() if n.seen_role == "popup menu")
+    found = [node.name for node in entries(menu) if node.showing]
+    t.close_menu(2)
+    return found
+
+
 def close_connection(t):
     t.choose("File", "Close Connection")
     t.screen.window("Profiles")
@@ -154,11 +231,29 @@ def close_connection(t):
         t.screen.gone("Profiles")
 
 
-def end(t):
+def remembered(t):
+    """The window comes back in its size and the profiles with the one last opened."""
+    t.screen.resize_window("Korvane", 1000, 700)
+    t.screen.wait(lambda: t.main().rect[2:] == (1000, 700), "the window keeps its size")
+    leave(t)
+    t.stage.start_workbench()
+    t.screen.ending = False
+    t.screen.connect()
+    profiles = profile_list(t)
+    t.screen.wait(lambda: t.main().rect[2:] == (1000, 700), "the size was not remembered")
+    t.screen.wait(
+        lambda: profiles.cell(profiles.column(0).index(DEMO), 0).selected,
+        "the profile opened last is not focused",
+    )
+    t.shot("started-again", profiles)
+    t.screen.keys("Escape")
+    t.screen.gone("Profiles")
+
+
+def leave(t):
     t.screen.ending = True
     t.choose("File", "Exit")
     process = t.stage.workbench
     t.screen.wait(lambda: process.poll() is not None, "the workbench does not end")
     t.equal(process.returncode, 0, "the exit code")
     t.equal(t.stage.workbench_output().strip(), "", "what the workbench said")
-    t.say(f"ended by itself after {os.path.basename(t.stage.program)}'s own Exit")
