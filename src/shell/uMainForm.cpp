@@ -27,6 +27,9 @@ TMainForm::TMainForm()
     const QFontMetrics metrics(font());
     resize(QSize(metrics.averageCharWidth() * 170, metrics.height() * 48)
                .boundedTo(screen()->availableSize()));
+    // A place of its own from the start: the first dialog stands over the middle of it, and comes
+    // before the desktop has told where it put the window.
+    move(screen()->availableGeometry().center() - rect().center());
     auto *center = new QWidget(this);
     center->setObjectName("panCenter");
     auto *column = new QVBoxLayout(center);

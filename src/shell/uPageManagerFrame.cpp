@@ -58,6 +58,8 @@ void TPageManagerFrame::BuildTabs()
     tabBar->setTabsClosable(true);
     tabBar->setElideMode(Qt::ElideMiddle);
     tabBar->setUsesScrollButtons(true);
+    // Its own wish is the room of several tabs, which would hold the button behind it off.
+    tabBar->setMinimumWidth(1);
     tabBar->installEventFilter(this);
     row->addWidget(tabBar, 0);
     butNewPage = new QToolButton(tabRow);

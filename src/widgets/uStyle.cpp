@@ -23,6 +23,18 @@ int EvenPx(double ems)
     return int(std::lround(TAppStyle::Em() * ems / 2)) * 2;
 }
 
+// The base style draws icon and text against the left edge and leaves all spare room on the right.
+QStyleOptionToolButton Balanced(QStyleOptionToolButton button)
+{
+    if (button.toolButtonStyle != Qt::ToolButtonTextBesideIcon || button.icon.isNull())
+        return button;
+    button.text.prepend(QChar(0x2009)); // a thin space more between the two
+    const int content = button.iconSize.width() + 4 +
+                        button.fontMetrics.size(Qt::TextShowMnemonic, button.text).width();
+    button.rect.setLeft(button.rect.left() + std::max(0, (button.rect.width() - content) / 2));
+    return button;
+}
+
 } // namespace
 
 TAppStyle::TAppStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
@@ -87,6 +99,8 @@ int TAppStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
         return EvenPx(1.1);
     case PM_MessageBoxIconSize:
         return EvenPx(2.2);
+    case PM_HeaderMargin:
+        return Px(0.3);
     case PM_TreeViewIndentation:
         return Px(1.15);
     case PM_ScrollBarExtent:
@@ -145,8 +159,15 @@ void TAppStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opti
 void TAppStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                             const QWidget *widget) const
 {
-    if (!TStyleDrawing::DrawControl(element, *option, *painter))
-        QProxyStyle::drawControl(element, option, painter, widget);
+    if (TStyleDrawing::DrawControl(element, *option, *painter))
+        return;
+    if (const auto *button = qstyleoption_cast<const QStyleOptionToolButton *>(option);
+        button && element == CE_ToolButtonLabel) {
+        const QStyleOptionToolButton balanced = Balanced(*button);
+        QProxyStyle::drawControl(element, &balanced, painter, widget);
+        return;
+    }
+    QProxyStyle::drawControl(element, option, painter, widget);
 }
 
 void TAppStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,

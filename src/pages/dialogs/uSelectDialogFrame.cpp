@@ -3,6 +3,7 @@
 #include "widgets/uGridView.h"
 
 #include <QAction>
+#include <QHeaderView>
 #include <QVBoxLayout>
 
 namespace {
@@ -30,6 +31,7 @@ void TSelectDialogFrame::DoCreate()
     lvList->setAccessibleName("Name");
     lvList->setModel(new TModel(Columns(), {}, lvList));
     lvList->setHeaderHidden(true);
+    lvList->header()->setStretchLastSection(true);
     const QFontMetrics metrics(font());
     resize(metrics.averageCharWidth() * 58, metrics.height() * 20);
     auto *column = new QVBoxLayout(this);

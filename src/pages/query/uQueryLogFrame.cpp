@@ -4,6 +4,7 @@
 #include "support/uFormat.h"
 #include "widgets/uGridView.h"
 
+#include <QHeaderView>
 #include <QLabel>
 #include <QStatusBar>
 #include <QVBoxLayout>
@@ -63,6 +64,8 @@ void TQueryLogFrame::DoCreate()
     lvLog->setModel(new TModel(
         Columns(), [](const TRow &row) { return QString::number(row.Num); }, lvLog));
     lvLog->RememberLayout("query.log");
+    // Statements are long: they get what room there is.
+    lvLog->header()->setStretchLastSection(true);
     connect(lvLog, &TGridView::OnFocusedChanged, this, &TQueryLogFrame::FocusChanged);
     auto *statusBar = new QStatusBar(this);
     statusBar->setObjectName("sbrLog");
