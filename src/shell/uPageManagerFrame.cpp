@@ -12,6 +12,20 @@
 #include <QVBoxLayout>
 #include <memory>
 
+namespace {
+
+/// A tab bar as wide as its tabs. The base class always wants the room of several, which would hold
+/// the button behind it off.
+class TTightTabBar : public QTabBar
+{
+public:
+    using QTabBar::QTabBar;
+
+    QSize minimumSizeHint() const override { return {1, QTabBar::minimumSizeHint().height()}; }
+};
+
+} // namespace
+
 /// Holds change events back; the last hold to go settles what is seen and fires one, also when an
 /// exception is on its way.
 class TPageManagerFrame::TChangeHold
@@ -49,7 +63,7 @@ void TPageManagerFrame::BuildTabs()
     auto *row = new QHBoxLayout(tabRow);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(2);
-    tabBar = new QTabBar(tabRow);
+    tabBar = new TTightTabBar(tabRow);
     tabBar->setObjectName("tabBar");
     tabBar->setAccessibleName("Pages");
     tabBar->setExpanding(false);
@@ -58,8 +72,6 @@ void TPageManagerFrame::BuildTabs()
     tabBar->setTabsClosable(true);
     tabBar->setElideMode(Qt::ElideMiddle);
     tabBar->setUsesScrollButtons(true);
-    // Its own wish is the room of several tabs, which would hold the button behind it off.
-    tabBar->setMinimumWidth(1);
     tabBar->installEventFilter(this);
     row->addWidget(tabBar, 0);
     butNewPage = new QToolButton(tabRow);

@@ -158,7 +158,10 @@ int TDataSetGrid::WantedWidth(int column, int samples) const
 {
     const QFontMetrics metrics = fontMetrics();
     const int gap = metrics.averageCharWidth() * 2;
-    int width = metrics.horizontalAdvance(FModel->FieldName(column)) + gap * 2;
+    // The mark of a sorted column stands beside its name.
+    const int headerMargin = style()->pixelMetric(QStyle::PM_HeaderMargin);
+    const int mark = style()->pixelMetric(QStyle::PM_HeaderMarkSize);
+    int width = metrics.horizontalAdvance(FModel->FieldName(column)) + headerMargin * 4 + mark;
     const auto look = [&](int row) {
         const QString text = FModel->index(row, column).data().toString().left(MaximumWidth * 2);
         width = std::max(width, metrics.horizontalAdvance(text) + gap);

@@ -48,8 +48,8 @@ class Bus:
             flags.AUTHENTICATION_CLIENT | flags.MESSAGE_BUS_CONNECTION,
         )
 
-        # What lies in a popup or inside a grid is no child of any other control; it is found by what
-        # it tells when it shows or gets the focus.
+        # What lies in a popup or inside a grid is no child of any other control; it is found by
+        # what it tells when it shows or gets the focus.
         self._latest = {}
         self._connection.signal_subscribe(
             None, "org.a11y.atspi.Event.Object", "StateChanged", None, None,

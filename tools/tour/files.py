@@ -23,7 +23,8 @@ def export_text(t):
     rows = result(t).row_count
     click_button(t, t.main(), "Export result")
     menu = t.screen.popup()
-    t.equal([node.name for node in menu.children], ["Export as CVS...", "Export as Text"], "exports")
+    found = [node.name for node in menu.children]
+    t.equal(found, ["Export as CVS...", "Export as Text"], "the menu of exports")
     t.shot("export-menu", menu, rest=False)
     t.screen.click(menu.children[1])
     t.screen.find(t.main(), "page tab", "Result as text")

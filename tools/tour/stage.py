@@ -1,5 +1,5 @@
-"""The private stage of a tour: a display, a message bus, a window manager, the accessibility service,
-a demo server and folders of its own, so that nothing of the user's is seen or touched. Every process
+"""The private stage of a tour: a display, a message bus, a window manager, accessibility, a demo
+server and folders of its own, so that nothing of the user's is seen or touched. Every process
 started here ends with the tour, by its own number, however the tour ends."""
 
 import ctypes
