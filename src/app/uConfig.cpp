@@ -74,10 +74,19 @@ void TConfig::Open(const QString &fileName)
 void TConfig::Close()
 {
     if (!FFileName.isEmpty() && !IsUnreadable(FFileName))
-        TFileUtils::WriteBinary(FFileName, TXmlUtils::ToBytes(Fxml),
-                                TFileUtils::TAccess::faOwnerOnly);
+        SaveCopy(FFileName);
     FFileName.clear();
     StartDocument();
+}
+
+void TConfig::SaveCopy(const QString &fileName) const
+{
+    TFileUtils::WriteBinary(fileName, ToBytes(), TFileUtils::TAccess::faOwnerOnly);
+}
+
+QByteArray TConfig::ToBytes() const
+{
+    return TXmlUtils::ToBytes(Fxml);
 }
 
 bool TConfig::IsUnreadable(const QString &fileName)
@@ -88,6 +97,11 @@ bool TConfig::IsUnreadable(const QString &fileName)
 void TConfig::MarkUnreadable(const QString &fileName)
 {
     UnreadableFiles().insert(Key(fileName));
+}
+
+void TConfig::ForgetUnreadable(const QString &fileName)
+{
+    UnreadableFiles().remove(Key(fileName));
 }
 
 void TConfig::GetNode(const QString &groupPath, const QString &name, QDomElement &node,

@@ -26,11 +26,17 @@ public:
     /// Saves if there is a file name, and releases the document. Raises EException when it cannot
     /// be saved; the document stays then, so that Close can be called again.
     void Close();
+    /// Writes a copy beside the file that Close saves; the document stays as it is.
+    void SaveCopy(const QString &fileName) const;
+    /// What Close would write.
+    QByteArray ToBytes() const;
     const QString &FileName() const { return FFileName; }
     /// Whether the file could not be read in this run.
     static bool IsUnreadable(const QString &fileName);
     /// For a file whose content turned out to be of no use.
     static void MarkUnreadable(const QString &fileName);
+    /// For a file that was put aside: its place is free again.
+    static void ForgetUnreadable(const QString &fileName);
 
     /// The property `name` of the group, or the group itself when `name` is empty. A null element
     /// when it is missing and `create` is not set.
