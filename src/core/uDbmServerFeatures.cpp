@@ -62,4 +62,13 @@ void TDbmServerFeatures::SetParams(const QString &serverVersion)
 
     const bool isMariaDB = serverVersion.contains(u"mariadb", Qt::CaseInsensitive);
     PSVariables = !isMariaDB && version >= 80000;
+    QuotedDefaults = isMariaDB && version >= 100207;
+    MarkedDefaults = PSVariables;
+    ColumnChecks = isMariaDB && version >= 100201;
+    CachedStatistics = PSVariables;
+    ConstraintNames = PSVariables;
+    ReplicaWords = !isMariaDB && version >= 80022;
+    SourceWords = !isMariaDB && version >= 80400;
+    AlterUser = PSVariables;
+    Roles = isMariaDB && version >= 100005;
 }

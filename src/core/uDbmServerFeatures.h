@@ -38,7 +38,16 @@ public:
     TDbmTablePrivs TablePrivs;
     TDbmRoutinePrivs RoutinePrivs;
     // What came after the servers above, where only the name in the version text tells.
-    bool PSVariables = false; // variables and status stand in performance_schema
+    bool PSVariables = false;    // variables and status stand in performance_schema
+    bool QuotedDefaults = false; // column defaults are expressions: quoted literals, the word NULL
+    bool MarkedDefaults = false; // column defaults that are expressions are marked in EXTRA
+    bool ColumnChecks = false;   // a CHECK may belong to a column's definition
+    bool CachedStatistics = false; // row counts and AUTO_INCREMENT are kept for a day
+    bool ConstraintNames = false;  // a foreign key is named by a CONSTRAINT clause alone
+    bool ReplicaWords = false;     // replicas are no longer called slaves
+    bool SourceWords = false;      // neither are masters; several old statements are gone
+    bool AlterUser = false;        // passwords and limits are set by ALTER USER
+    bool Roles = false;            // roles stand among the accounts, marked as such
 
 private:
     QString FServerVersion;

@@ -2,17 +2,12 @@
 
 #include "sql/uDbmCommands.h"
 
-TDbmCharsetList::TItemPtr TDbmCharsetList::CreateItem()
-{
-    return New<TDbmCharsetItem>(this);
-}
-
 QList<TDbmCharsetEntity> TDbmCharsetList::SelectEntities()
 {
     return FCommands->Charsets().ExecuteSelect();
 }
 
-QString TDbmCharsetList::GetEntityKey(const TDbmCharsetEntity &entity) const
+QList<TDbmCollationEntity> TDbmCollationList::SelectEntities()
 {
-    return entity.Name;
+    return FCommands->Collations().ExecuteSelect();
 }

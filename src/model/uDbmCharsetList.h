@@ -9,15 +9,29 @@ public:
     explicit TDbmCharsetItem(TDbmElement *owner) : TDbmItem(owner) {}
 };
 
-class TDbmCharsetList : public TDbmList<TDbmCharsetItem, TDbmCharsetEntity>
+class TDbmCharsetList
+    : public TDbmNamedList<TDbmCharsetItem, TDbmCharsetEntity, &TDbmCharsetEntity::Name>
 {
 public:
-    explicit TDbmCharsetList(TDbmElement *owner) : TDbmList(owner) {}
-
-    bool TryGetByName(const QString &name, TItemPtr &item) { return TryGetByKey(name, item); }
+    explicit TDbmCharsetList(TDbmElement *owner) : TDbmNamedList(owner) {}
 
 protected:
-    TItemPtr CreateItem() override;
     QList<TDbmCharsetEntity> SelectEntities() override;
-    QString GetEntityKey(const TDbmCharsetEntity &entity) const override;
+};
+
+/// One collation of the server.
+class TDbmCollationItem : public TDbmItem<TDbmCollationEntity>
+{
+public:
+    explicit TDbmCollationItem(TDbmElement *owner) : TDbmItem(owner) {}
+};
+
+class TDbmCollationList
+    : public TDbmNamedList<TDbmCollationItem, TDbmCollationEntity, &TDbmCollationEntity::Name>
+{
+public:
+    explicit TDbmCollationList(TDbmElement *owner) : TDbmNamedList(owner) {}
+
+protected:
+    QList<TDbmCollationEntity> SelectEntities() override;
 };

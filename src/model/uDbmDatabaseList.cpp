@@ -1,8 +1,59 @@
 #include "model/uDbmDatabaseList.h"
 
 #include "core/uDbmProvider.h"
+#include "model/uDbmEventList.h"
+#include "model/uDbmIndexList.h"
+#include "model/uDbmReferenceList.h"
+#include "model/uDbmRoutineList.h"
+#include "model/uDbmTableList.h"
+#include "model/uDbmViewList.h"
 #include "sql/uDbmCommands.h"
 #include "support/uException.h"
+
+TDbmDatabaseItem::TDbmDatabaseItem(TDbmElement *owner) : TDbmItem(owner) {}
+
+TDbmDatabaseItem::~TDbmDatabaseItem() = default;
+
+TDbmTableList &TDbmDatabaseItem::Tables()
+{
+    return Child(FTables);
+}
+
+TDbmViewList &TDbmDatabaseItem::Views()
+{
+    return Child(FViews);
+}
+
+TDbmRoutineList &TDbmDatabaseItem::Routines()
+{
+    return Child(FRoutines);
+}
+
+TDbmEventList &TDbmDatabaseItem::Events()
+{
+    return Child(FEvents);
+}
+
+TDbmDatabaseIndexColumnList &TDbmDatabaseItem::IndexColumns()
+{
+    return Child(FIndexColumns);
+}
+
+TDbmDatabaseReferenceColumnList &TDbmDatabaseItem::ForeignKeyColumns()
+{
+    return Child(FForeignKeyColumns);
+}
+
+void TDbmDatabaseItem::DoRequestProcess()
+{
+    TDbmItem::DoRequestProcess();
+    RequestProcessOf(FTables);
+    RequestProcessOf(FViews);
+    RequestProcessOf(FRoutines);
+    RequestProcessOf(FEvents);
+    RequestProcessOf(FIndexColumns);
+    RequestProcessOf(FForeignKeyColumns);
+}
 
 TDbmDatabaseList::TItemPtr TDbmDatabaseList::GetByName(const QString &name)
 {
@@ -18,11 +69,6 @@ TDbmComparer<TDbmDatabaseEntity> TDbmDatabaseList::CreateEntityComparer()
     return TDbmComparers::CreateDatabaseEntityComparer();
 }
 
-TDbmDatabaseList::TItemPtr TDbmDatabaseList::CreateItem()
-{
-    return New<TDbmDatabaseItem>(this);
-}
-
 QList<TDbmDatabaseEntity> TDbmDatabaseList::SelectEntities()
 {
     if (!FProvider->IsDatabaseConnection())
@@ -31,9 +77,4 @@ QList<TDbmDatabaseEntity> TDbmDatabaseList::SelectEntities()
     if (!FCommands->Databases().ExecuteSelectRow(FProvider->ConnectionProfile().Database, entity))
         return {};
     return {entity};
-}
-
-QString TDbmDatabaseList::GetEntityKey(const TDbmDatabaseEntity &entity) const
-{
-    return entity.DatabaseName;
 }

@@ -1,5 +1,7 @@
 #include "model/uDbmElement.h"
 
+#include "model/uDbmManager.h"
+
 TDbmElement::TDbmElement(TDbmElement *owner)
     : FProvider(owner ? owner->FProvider : nullptr), FFeatures(owner ? owner->FFeatures : nullptr),
       FFormatters(owner ? owner->FFormatters : nullptr),
@@ -23,4 +25,12 @@ void TDbmElement::Process()
         return;
     FProcessed = true;
     DoProcess();
+}
+
+TDbmManager &TDbmElement::Manager()
+{
+    TDbmElement *root = this;
+    while (root->FOwner)
+        root = root->FOwner;
+    return static_cast<TDbmManager &>(*root);
 }

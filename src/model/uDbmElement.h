@@ -5,6 +5,7 @@
 
 class TDbmCommands;
 class TDbmFormatters;
+class TDbmManager;
 class TDbmProvider;
 class TDbmServerFeatures;
 
@@ -45,6 +46,24 @@ protected:
     virtual void DoDestroy() {}
     virtual void DoRequestProcess() {}
     virtual void DoProcess() {}
+
+    /// An element below this one, made when it is asked for: most objects of a server are never
+    /// looked into.
+    template <typename T>
+    T &Child(std::shared_ptr<T> &child)
+    {
+        if (!child)
+            child = New<T>(this);
+        return *child;
+    }
+    template <typename T>
+    static void RequestProcessOf(const std::shared_ptr<T> &child)
+    {
+        if (child)
+            child->RequestProcess();
+    }
+    /// The root of the tree.
+    TDbmManager &Manager();
 
     /// Every read accessor runs this first. An element counts as loaded also when its read raised,
     /// so that a failing server is not asked once per repaint.

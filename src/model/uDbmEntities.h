@@ -39,6 +39,7 @@ struct TDbmViewEntity : TDbmEntity
     TDbmViewCheckOption CheckOption = vcoNone;
     TDbmViewSecurityType SecurityType = vsUnknown;
     TDbmViewInfo Info;
+    QString Algorithm; // UNDEFINED, MERGE or TEMPTABLE as the server wrote it; empty when not known
 };
 
 struct TDbmRoutineEntity : TDbmEntity
@@ -52,6 +53,7 @@ struct TDbmRoutineEntity : TDbmEntity
     QString Definer;
     QString Returns;
     TDbmRoutineInfo Info;
+    QString DataAccess; // CONTAINS SQL, NO SQL, ... as the server wrote it; empty when not known
 };
 
 struct TDbmEventEntity : TDbmEntity
@@ -81,6 +83,9 @@ struct TDbmFieldEntity : TDbmEntity
     TDbmValue DefaultValue; // the null value
     QString Comment;
     TDbmFieldRecInfo Info;
+    /// What the server wrote, so that what the record cannot hold goes back unchanged. Empty for a
+    /// column that was not read from a server.
+    TDbmFieldServerText ServerText;
 };
 
 struct TDbmIndexEntity : TDbmEntity
@@ -225,6 +230,7 @@ struct TDbmUserPrivilegesEntity : TDbmEntity
     qint64 MaxUpdatesPerHour = 0;
     qint64 MaxConnectionsPerHour = 0;
     qint64 MaxUserConnections = 0;
+    bool IsRole = false; // shown among the users, never rewritten as an account
 };
 
 struct TDbmDatabasePrivilegesEntity : TDbmEntity

@@ -216,6 +216,19 @@ struct TDbmFieldType
     qint32 Length = 0;
     qint32 Decimals = 0;
     QStringList Values; // of enum and set
+    bool operator==(const TDbmFieldType &) const = default;
+};
+
+/// The server's own texts of a column, beside the record that was parsed from them.
+struct TDbmFieldServerText
+{
+    QString Type;         // COLUMN_TYPE as read
+    TDbmFieldType Parsed; // what Type was read into; an unedited type still equals it
+    QString Default;      // an expression default as the server takes it back; else empty
+    TDbmValue ParsedDefault;
+    QString OnUpdate;  // CURRENT_TIMESTAMP(6), ...; empty without an ON UPDATE
+    QString Generated; // GENERATED ALWAYS AS (...) STORED, ...; empty for a plain column
+    QString Trailing;  // INVISIBLE, CHECK (...), SRID ...; what stands behind all else
 };
 
 struct TDbmFieldPosition

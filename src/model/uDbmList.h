@@ -142,6 +142,23 @@ private:
     TItems FList; // in display order
 };
 
+/// A list whose items are told apart by one text of their entity.
+template <typename TItem, typename TEntity, QString TEntity::*KeyMember>
+class TDbmNamedList : public TDbmList<TItem, TEntity>
+{
+public:
+    using typename TDbmList<TItem, TEntity>::TItemPtr;
+
+    /// Exact and case-sensitive.
+    bool TryGetByName(const QString &name, TItemPtr &item) { return this->TryGetByKey(name, item); }
+
+protected:
+    using TDbmList<TItem, TEntity>::TDbmList;
+
+    TItemPtr CreateItem() override { return TDbmElement::New<TItem>(this); }
+    QString GetEntityKey(const TEntity &entity) const override { return entity.*KeyMember; }
+};
+
 /// Lists and items that hang under a table or view item.
 template <typename TItem, typename TEntity>
 class TDbmTableChildList : public TDbmList<TItem, TEntity>

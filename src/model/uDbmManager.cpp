@@ -1,6 +1,23 @@
 #include "model/uDbmManager.h"
 
+#include "model/uDbmEventList.h"
+#include "model/uDbmRoutineList.h"
+#include "model/uDbmTableList.h"
+#include "model/uDbmViewList.h"
 #include "support/uException.h"
+
+namespace {
+
+template <typename TList>
+bool TryGetObject(TDbmDatabaseList &databases, TList &(TDbmDatabaseItem::*list)(),
+                  const QString &databaseName, const QString &name, typename TList::TItemPtr &item)
+{
+    std::shared_ptr<TDbmDatabaseItem> database;
+    return databases.TryGetByName(databaseName, database) &&
+           ((*database).*list)().TryGetByName(name, item);
+}
+
+} // namespace
 
 // In this order: each stands on those before it.
 struct TDbmManager::TParts
@@ -22,10 +39,25 @@ TDbmManager::TDbmManager(std::unique_ptr<TParts> parts)
 {
     HookEvents();
     FDatabases = New<TDbmDatabaseList>(this);
+    FUsersPrivileges = New<TDbmUserPrivilegesList>(this);
+    FProcesses = New<TDbmProcessList>(this);
+    FEngines = New<TDbmEngineList>(this);
+    FGlobalVariables = New<TDbmVariableList>(this, svoGlobal);
+    FSessionVariables = New<TDbmVariableList>(this, svoSession);
+    FGlobalStatus = New<TDbmStatusList>(this, ssoGlobal);
+    FSessionStatus = New<TDbmStatusList>(this, ssoSession);
     FCharsets = New<TDbmCharsetList>(this);
+    FCollations = New<TDbmCollationList>(this);
+    FPlugins = New<TDbmPluginList>(this);
+    FDataPool = New<TDbmDataPool>(this);
+    FOperations = std::make_unique<TDbmOperations>(&FParts->Commands);
 }
 
-TDbmManager::~TDbmManager() = default;
+TDbmManager::~TDbmManager()
+{
+    // The data before the tables: a dataset needs the connection that goes last.
+    FDataPool.reset();
+}
 
 TDbmProvider &TDbmManager::Provider()
 {
@@ -97,8 +129,12 @@ void TDbmManager::SetCharset(const QString &value)
 
 void TDbmManager::RequestProcess()
 {
-    FDatabases->RequestProcess();
-    FCharsets->RequestProcess();
+    for (TDbmElement *element : std::initializer_list<TDbmElement *>{
+             FDatabases.get(), FUsersPrivileges.get(), FProcesses.get(), FEngines.get(),
+             FGlobalVariables.get(), FSessionVariables.get(), FGlobalStatus.get(),
+             FSessionStatus.get(), FCharsets.get(), FCollations.get(), FPlugins.get(),
+             FDataPool.get()})
+        element->RequestProcess();
 }
 
 const TDbmServerFeatures &TDbmManager::Features()
@@ -119,6 +155,31 @@ std::shared_ptr<TDbmDatabaseItem> TDbmManager::GetUsedDatabase()
     if (!FDatabases->TryGetByName(ConnectionProfile().Database, item))
         throw EException("Get used database error.");
     return item;
+}
+
+bool TDbmManager::TryGetTable(const QString &databaseName, const QString &tableName,
+                              std::shared_ptr<TDbmTableItem> &table)
+{
+    return TryGetObject(*FDatabases, &TDbmDatabaseItem::Tables, databaseName, tableName, table);
+}
+
+bool TDbmManager::TryGetView(const QString &databaseName, const QString &viewName,
+                             std::shared_ptr<TDbmViewItem> &view)
+{
+    return TryGetObject(*FDatabases, &TDbmDatabaseItem::Views, databaseName, viewName, view);
+}
+
+bool TDbmManager::TryGetRoutine(const QString &databaseName, const QString &routineName,
+                                std::shared_ptr<TDbmRoutineItem> &routine)
+{
+    return TryGetObject(*FDatabases, &TDbmDatabaseItem::Routines, databaseName, routineName,
+                        routine);
+}
+
+bool TDbmManager::TryGetEvent(const QString &databaseName, const QString &eventName,
+                              std::shared_ptr<TDbmEventItem> &event)
+{
+    return TryGetObject(*FDatabases, &TDbmDatabaseItem::Events, databaseName, eventName, event);
 }
 
 std::unique_ptr<TDbmScript> TDbmManager::CreateScript()

@@ -20,10 +20,20 @@ public:
     QString FormatLockTable(const QString &database, const QString &table,
                             TDbmLockTableOption option) const;
     QString FormatUnlockTables() const { return "UNLOCK TABLES"; }
-    QString FormatResetSlave() const { return "RESET SLAVE"; }
-    QString FormatResetMaster() const { return "RESET MASTER"; }
+    QString FormatResetSlave() const
+    {
+        return FServerFeatures->ReplicaWords ? "RESET REPLICA" : "RESET SLAVE";
+    }
+    QString FormatResetMaster() const
+    {
+        return FServerFeatures->SourceWords ? "RESET BINARY LOGS AND GTIDS" : "RESET MASTER";
+    }
     QString FormatResetQueryCache() const { return "RESET QUERY CACHE"; }
-    QString FormatFlushHosts() const { return "FLUSH HOSTS"; }
+    QString FormatFlushHosts() const
+    {
+        return FServerFeatures->SourceWords ? "TRUNCATE TABLE performance_schema.host_cache"
+                                            : "FLUSH HOSTS";
+    }
     QString FormatFlushDESKeyFile() const { return "FLUSH DES_KEY_FILE"; }
     QString FormatFlushLogs() const { return "FLUSH LOGS"; }
     QString FormatFlushPrivileges() const { return "FLUSH PRIVILEGES"; }

@@ -4,6 +4,8 @@
 #include "sql/uDbmStatementsFormatters.h"
 #include "support/uFormat.h"
 
+#include <algorithm>
+
 namespace {
 
 using TClauses = TDbmStatementsFormatters;
@@ -60,8 +62,25 @@ QString TDbmSelectFormatter::KeyJoinForm() const
         "SELECT %s FROM %s AS t JOIN (%s) AS q",
         {Columns("t"), TDbmPathUtils::FormatDbObject(FDatabaseName, FTableName), subquery});
     AppendClause(sql, TClauses::FormatOn("t", "q", FPrimaryFieldNames, FPrimaryFieldNames));
-    AppendClause(sql, TClauses::FormatOrderBy(FOrderFields, FOrderAscending));
+    AppendClause(sql, OuterOrderBy());
     return sql;
+}
+
+QString TDbmSelectFormatter::OuterOrderBy() const
+{
+    // A column of the key that is not selected stands in both tables: the server finds it
+    // ambiguous.
+    const bool ambiguous =
+        !FFieldNames.isEmpty() &&
+        std::any_of(FOrderFields.begin(), FOrderFields.end(), [&](const QString &name) {
+            return FPrimaryFieldNames.contains(name) && !FFieldNames.contains(name);
+        });
+    if (!ambiguous)
+        return TClauses::FormatOrderBy(FOrderFields, FOrderAscending);
+    QStringList fields;
+    for (const QString &name : FOrderFields)
+        fields += TDbmPathUtils::FormatDbObject("t", name);
+    return "ORDER BY " + fields.join(", ") + (FOrderAscending ? " ASC" : " DESC");
 }
 
 QString TDbmSelectFormatter::Columns(const QString &alias) const

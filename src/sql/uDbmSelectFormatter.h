@@ -28,5 +28,6 @@ public:
 private:
     QString PlainForm() const;
     QString KeyJoinForm() const;
+    QString OuterOrderBy() const;
     QString Columns(const QString &alias) const;
 };

@@ -1,5 +1,18 @@
 #include "sql/uDbmVariableCommands.h"
 
+#include "support/uRegExUtils.h"
+
+namespace {
+
+constexpr int WrongTypeForVariable = 1232; // ER_WRONG_TYPE_FOR_VAR of the server's error list
+
+bool IsNumber(const QString &text)
+{
+    return TRegExUtils::IsMatch(text, "^-?\\d+(\\.\\d*)?$");
+}
+
+} // namespace
+
 QList<TDbmVariableEntity> TDbmVariableCommands::ExecuteSelect(TDbmVariableOption option)
 {
     const auto &formatters = FFormatters->Variables();
@@ -20,5 +33,14 @@ void TDbmVariableCommands::ExecuteGetValue(const QString &name, TDbmVariableOpti
 void TDbmVariableCommands::ExecuteSetValue(const QString &name, const TVariant &value,
                                            TDbmVariableOption option) const
 {
-    ExecuteScript(FFormatters->Variables().FormatSetValue(name, value, option), ";");
+    const auto &formatters = FFormatters->Variables();
+    try {
+        ExecuteScript(formatters.FormatSetValue(name, value, option), ";");
+    } catch (const EDacMySqlError &e) {
+        // A number that arrives as text or float is quoted, which a numeric variable refuses.
+        const QString number = value.ToString().trimmed();
+        if (e.ErrorCode() != WrongTypeForVariable || !IsNumber(number))
+            throw;
+        ExecuteScript(formatters.FormatSetNumber(name, number, option), ";");
+    }
 }

@@ -46,6 +46,12 @@ QString TDbmVariableFormatters::FormatSetValue(const QString &name, const TVaria
                                               TDbmSqlValueUtils::FormatVariantValue(value, true)});
 }
 
+QString TDbmVariableFormatters::FormatSetNumber(const QString &name, const QString &number,
+                                                TDbmVariableOption option) const
+{
+    return TFormat::Format("SET %s %s = %s", {Scope(option), name, number});
+}
+
 TDbmVariableEntity TDbmVariableFormatters::ParseSelectRow(const TDataSet &row) const
 {
     TDbmVariableEntity entity;

@@ -16,6 +16,9 @@ public:
     QString FormatGetValue(const QString &name, TDbmVariableOption option) const;
     QString FormatSetValue(const QString &name, const TVariant &value,
                            TDbmVariableOption option) const;
+    /// The number's digits as they are.
+    QString FormatSetNumber(const QString &name, const QString &number,
+                            TDbmVariableOption option) const;
     TDbmVariableEntity ParseSelectRow(const TDataSet &row) const;
     QString ParseGetValue(const TDataSet &row) const;
 

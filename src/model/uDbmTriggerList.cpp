@@ -1,0 +1,31 @@
+#include "model/uDbmTriggerList.h"
+
+#include "model/uDbmTableList.h"
+#include "sql/uDbmCommands.h"
+
+QString TDbmTriggerItem::GetEventDisplayString()
+{
+    switch (Entity().Event) {
+    case teBeforeInsert:
+        return "before insert";
+    case teBeforeUpdate:
+        return "before update";
+    case teBeforeDelete:
+        return "before delete";
+    case teAfterInsert:
+        return "after insert";
+    case teAfterUpdate:
+        return "after update";
+    case teAfterDelete:
+        return "after delete";
+    case teUnknown:
+        break;
+    }
+    return {};
+}
+
+QList<TDbmTriggerEntity> TDbmTriggerList::SelectEntities()
+{
+    const auto &table = static_cast<TDbmTableItem &>(*Owner());
+    return FCommands->Triggers().ExecuteSelect(table.DatabaseName(), table.TableName());
+}

@@ -1,0 +1,107 @@
+#include "sql/uDbmColumnDefaults.h"
+
+#include "sql/uDbmFieldUtils.h"
+#include "sql/uDbmSqlValueUtils.h"
+#include "support/uRegExUtils.h"
+#include "support/uStringUtils.h"
+
+namespace {
+
+constexpr auto CaseBlind = QRegularExpression::CaseInsensitiveOption;
+
+bool IsQuoted(const QString &text)
+{
+    return text.size() >= 2 && text.startsWith(u'\'') && text.endsWith(u'\'');
+}
+
+/// The text of a quoted literal, whichever of the two ways of escaping it uses.
+QString Unquote(const QString &literal)
+{
+    static const QString Escapes = "0btnrZ";
+    static const QString Chars = QString::fromLatin1("\0\b\t\n\r\x1a", 6);
+    QString text;
+    for (qsizetype i = 1; i < literal.size() - 1; ++i) {
+        QChar c = literal[i];
+        if (c == u'\'')
+            ++i; // doubled
+        if (c == u'\\' && i + 1 < literal.size() - 1) {
+            c = literal[++i];
+            const qsizetype escape = Escapes.indexOf(c);
+            c = escape < 0 ? c : Chars[escape];
+        }
+        text += c;
+    }
+    return text;
+}
+
+bool IsNumber(const QString &text)
+{
+    return TRegExUtils::IsMatch(text, "^-?[0-9.]+(e[-+]?\\d+)?$", CaseBlind);
+}
+
+} // namespace
+
+void TDbmColumnDefaults::Parse(TDbmFieldDataType dataType, const QString &text,
+                               bool isMarkedExpression, TDbmValue &value, QString &serverText) const
+{
+    value = {};
+    serverText.clear();
+    if (FFeatures.QuotedDefaults) {
+        if (text.compare(u"NULL", Qt::CaseInsensitive) == 0)
+            return;
+        if (IsQuoted(text))
+            ParseLiteral(dataType, Unquote(text), text, value, serverText);
+        else if (IsNumber(text) || TRegExUtils::IsMatch(text, "^b'[01]*'$"))
+            ParseLiteral(dataType, text, text, value, serverText);
+        else
+            ParseExpression(dataType, text, value, serverText);
+        return;
+    }
+    if (isMarkedExpression)
+        // The quotes of an expression are escaped where it stands in a column of a result.
+        ParseExpression(dataType, QString(text).replace("\\'", "'"), value, serverText);
+    else
+        ParseLiteral(dataType, text, TDbmSqlValueUtils::FormatString(text, true), value,
+                     serverText);
+}
+
+void TDbmColumnDefaults::ParseLiteral(TDbmFieldDataType dataType, const QString &text,
+                                      const QString &literal, TDbmValue &value,
+                                      QString &serverText) const
+{
+    const auto bits = TRegExUtils::Match(text, "^b'([01]*)'$");
+    if (dataType == fdtBit && bits.hasMatch()) {
+        bool fits = false;
+        const qint64 number = bits.captured(1).toLongLong(&fits, 2);
+        value.Value = fits ? TVariant(number) : TVariant(text);
+        serverText = text;
+        return;
+    }
+    const auto hex = TRegExUtils::Match(text, "^0x([0-9A-F]*)$", CaseBlind);
+    if ((dataType == fdtBinary || dataType == fdtVarBinary) && hex.hasMatch() &&
+        FFeatures.MarkedDefaults) {
+        value.Value = TStringUtils::HexToBytes(hex.captured(1));
+        serverText = text;
+        return;
+    }
+    TDbmFieldUtils::ParseValue(dataType, text, value);
+    // A decimal of thirty digits, a fraction of a second, a zero date: the value is for showing,
+    // the server's text is what is written.
+    if (value.ValueType == vtValue && TDbmSqlValueUtils::FormatValue(value, false) != text &&
+        !value.Value.IsString())
+        serverText = literal;
+}
+
+void TDbmColumnDefaults::ParseExpression(TDbmFieldDataType dataType, const QString &text,
+                                         TDbmValue &value, QString &serverText) const
+{
+    const auto now = TRegExUtils::Match(text, "^current_timestamp(?:\\((\\d*)\\))?$", CaseBlind);
+    if (now.hasMatch() && TDbmFieldUtils::IsDate(dataType)) {
+        value.ValueType = vtCurrentTimeStamp;
+        if (!now.captured(1).isEmpty())
+            serverText = TDbmSqlValueUtils::FormatCurrentTimeStamp() + '(' + now.captured(1) + ')';
+        return;
+    }
+    value.Value = text;
+    serverText = '(' + text + ')';
+}

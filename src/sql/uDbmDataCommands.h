@@ -1,0 +1,31 @@
+#pragma once
+
+#include "sql/uDbmChildCommands.h"
+
+/// The rows of a table.
+class TDbmDataCommands : public TDbmChildCommands
+{
+public:
+    using TDbmChildCommands::TDbmChildCommands;
+
+    using TReader = std::function<bool(const TDataSet &row)>;
+
+    /// 0 when the read failed.
+    qint64 ExecuteSelectRowCount(const QString &database, const QString &table);
+    qint64 ExecuteSelectRowCount(const QString &database, const QString &table,
+                                 const QString &whereText);
+    /// What the reader gave for the one row that matches; false, without calling it, when there
+    /// is none or more than one.
+    bool ExecuteSelectRow(const QString &database, const QString &table, const TReader &reader,
+                          const TVariantList &values, const QStringList &fields);
+    void ExecuteInsertRow(const QString &database, const QString &table, const TVariantList &values,
+                          const QStringList &fields) const;
+    void ExecuteUpdateRow(const QString &database, const QString &table,
+                          const TVariantList &whereValues, const QStringList &whereFields,
+                          const TVariantList &values, const QStringList &fields) const;
+    void ExecuteDeleteRow(const QString &database, const QString &table,
+                          const TVariantList &whereValues, const QStringList &whereFields) const;
+
+private:
+    qint64 SelectCount(const QString &statement);
+};

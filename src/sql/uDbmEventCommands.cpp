@@ -1,0 +1,34 @@
+#include "sql/uDbmEventCommands.h"
+
+QList<TDbmEventEntity> TDbmEventCommands::ExecuteSelect(const QString &database)
+{
+    const TDbmEventFormatters &formatters = FFormatters->Events();
+    return SafeExecuteToList<TDbmEventEntity>(
+        formatters.FormatSelect(database),
+        [&](const TDataSet &row) { return formatters.ParseSelectRow(row); });
+}
+
+void TDbmEventCommands::ExecuteCreate(const QString &database, const TDbmEventEntity &entity) const
+{
+    ExecuteScript(FFormatters->Events().FormatCreate(database, entity, true), "$$");
+}
+
+void TDbmEventCommands::ExecuteUpdate(const QString &database, const QString &oldName,
+                                      const TDbmEventEntity &entity) const
+{
+    // Split at its semicolons, a body's first statement would become the event and the others would
+    // run at once.
+    const QString delimiter = entity.Definition.contains(u';') ? "$$" : ";";
+    ExecuteScript(FFormatters->Events().FormatUpdate(database, oldName, entity), delimiter);
+}
+
+void TDbmEventCommands::ExecuteDelete(const QString &database, const QString &name) const
+{
+    ExecuteScript(FFormatters->Events().FormatDelete(database, name), ";");
+}
+
+void TDbmEventCommands::ExecuteRename(const QString &database, const QString &oldName,
+                                      const QString &newName) const
+{
+    ExecuteScript(FFormatters->Events().FormatRename(database, oldName, newName), ";");
+}

@@ -1,0 +1,282 @@
+#include "sql/uDbmFieldFormatters.h"
+
+#include "sql/uDatasetUtils.h"
+#include "sql/uDbmColumnDefaults.h"
+#include "sql/uDbmFieldUtils.h"
+#include "sql/uDbmSqlStringFormatter.h"
+#include "sql/uDbmSqlValueUtils.h"
+#include "support/uException.h"
+#include "support/uFormat.h"
+#include "support/uRegExUtils.h"
+#include "support/uStringUtils.h"
+
+namespace {
+
+QString CommentClause(const QString &comment)
+{
+    return "COMMENT '" + TDbmSqlStringFormatter::Format(comment) + '\'';
+}
+
+/// Text that already holds blanks on purpose, each part behind one blank.
+void Append(QString &text, const QString &part)
+{
+    if (!part.isEmpty())
+        text += ' ' + part;
+}
+
+QString FormatAlterTable(const QString &database, const QString &table, const QString &clause)
+{
+    return TFormat::Format("ALTER TABLE `%s`.`%s` %s", {database, table, clause});
+}
+
+// A server escapes the quotes of an expression where it shows it in a column of a result.
+QString ExpressionText(QString text)
+{
+    return text.replace("\\'", "'");
+}
+
+} // namespace
+
+QString TDbmFieldFormatters::FormatSelect(const QString &database, const QString &table) const
+{
+    return TFormat::Format(
+        "SELECT * FROM information_schema.columns WHERE table_schema = '%s' "
+        "AND table_name = '%s'",
+        {TDbmSqlStringFormatter::Format(database), TDbmSqlStringFormatter::Format(table)});
+}
+
+TDbmFieldEntity TDbmFieldFormatters::ParseSelectRow(const TDataSet &row) const
+{
+    TDbmFieldEntity field;
+    field.FieldName = row.FieldByName("COLUMN_NAME").AsString();
+    const QString collation = TDatasetUtils::AsString(row, "COLLATION_NAME", {});
+    field.ServerText.Type = TDatasetUtils::AsString(row, "COLUMN_TYPE", {});
+    try {
+        TDbmFieldUtils::ParseType(field.ServerText.Type, field.FieldType, collation);
+    } catch (const EException &) {
+        // A type of a newer server must not take the other columns with it.
+        field.FieldType = {};
+        field.FieldType.Collation = collation;
+    }
+    field.ServerText.Parsed = field.FieldType;
+    field.Nullable =
+        TDatasetUtils::AsString(row, "IS_NULLABLE", {}).compare(u"YES", Qt::CaseInsensitive) == 0;
+    const QString extra = TDatasetUtils::AsString(row, "EXTRA", {});
+    field.Autoincrement = extra.contains(u"auto_increment", Qt::CaseInsensitive);
+    ParseDefault(row, field, extra);
+    ParseExtra(row, field, extra);
+    field.Comment = TDatasetUtils::AsString(row, "COLUMN_COMMENT", {});
+    field.Info.PosIndex = TDatasetUtils::AsInteger(row, "ORDINAL_POSITION", 0);
+    return field;
+}
+
+void TDbmFieldFormatters::ParseDefault(const TDataSet &row, TDbmFieldEntity &field,
+                                       const QString &extra) const
+{
+    const TField *column = row.FindField("COLUMN_DEFAULT");
+    if (column && !column->IsNull()) {
+        const TDbmColumnDefaults defaults(*FServerFeatures);
+        defaults.Parse(field.FieldType.DataType, column->AsString(),
+                       extra.contains(u"DEFAULT_GENERATED", Qt::CaseInsensitive),
+                       field.DefaultValue, field.ServerText.Default);
+    }
+    field.ServerText.ParsedDefault = field.DefaultValue;
+}
+
+void TDbmFieldFormatters::ParseExtra(const TDataSet &row, TDbmFieldEntity &field,
+                                     const QString &extra) const
+{
+    const auto onUpdate = TRegExUtils::Match(extra, "on update ([\\w]+(?:\\(\\d*\\))?)",
+                                             QRegularExpression::CaseInsensitiveOption);
+    field.ServerText.OnUpdate = onUpdate.captured(1);
+
+    const auto generated = TRegExUtils::Match(extra, "(VIRTUAL|STORED|PERSISTENT)( GENERATED)?",
+                                              QRegularExpression::CaseInsensitiveOption);
+    const QString expression = TDatasetUtils::AsString(row, "GENERATION_EXPRESSION", {});
+    if (generated.hasMatch() && !expression.isEmpty())
+        field.ServerText.Generated = TFormat::Format(
+            "GENERATED ALWAYS AS (%s) %s",
+            {FServerFeatures->MarkedDefaults ? ExpressionText(expression) : expression,
+             generated.captured(1).toUpper()});
+
+    QStringList trailing;
+    if (extra.contains(u"INVISIBLE", Qt::CaseInsensitive))
+        trailing.append("INVISIBLE");
+    const QString srid = TDatasetUtils::AsString(row, "SRS_ID", {});
+    if (!srid.isEmpty())
+        trailing.append("SRID " + srid);
+    field.ServerText.Trailing = trailing.join(' ');
+}
+
+QString TDbmFieldFormatters::ParseColumnCheck(const QString &tableDDL, const QString &name)
+{
+    const QString start = "  `" + QString(name).replace('`', "``") + "` ";
+    for (const QString &line : TStringUtils::Lines(tableDDL)) {
+        if (!line.startsWith(start))
+            continue;
+        // The clause is the last of its line; a text inside quotes may look like one.
+        QString outside = line;
+        TRegExUtils::ForEachMatch(line, "'(?:[^'\\\\]|''|\\\\.)*'",
+                                  [&](const QRegularExpressionMatch &match) {
+                                      outside.replace(match.capturedStart(), match.capturedLength(),
+                                                      QString(match.capturedLength(), u'x'));
+                                  });
+        const qsizetype check = outside.indexOf(" CHECK (");
+        if (check < 0)
+            return {};
+        QString clause = line.mid(check + 1).trimmed();
+        if (clause.endsWith(u','))
+            clause.chop(1);
+        return clause;
+    }
+    return {};
+}
+
+QString TDbmFieldFormatters::FormatColumnType(const TDbmFieldEntity &field,
+                                              const QString &tableCollation) const
+{
+    const TDbmFieldServerText &server = field.ServerText;
+    QString text;
+    if (server.Type.isEmpty() || !(field.FieldType == server.Parsed) ||
+        TDbmFieldUtils::IsExactType(field.FieldType, server.Type)) {
+        TDbmFieldUtils::FormatType(field.FieldType, tableCollation, text);
+        return text;
+    }
+    const QString charset = TDbmFieldUtils::FormatCharset(field.FieldType, tableCollation);
+    return charset.isEmpty() ? server.Type : server.Type + "\r\n" + charset;
+}
+
+QString TDbmFieldFormatters::FormatDefault(const TDbmFieldEntity &field) const
+{
+    if (!field.Nullable && TDbmSqlValueUtils::IsNullValue(field.DefaultValue))
+        return {};
+    const bool unedited = field.DefaultValue == field.ServerText.ParsedDefault;
+    return "DEFAULT " + (unedited && !field.ServerText.Default.isEmpty()
+                             ? field.ServerText.Default
+                             : TDbmSqlValueUtils::FormatValue(field.DefaultValue, true));
+}
+
+QString TDbmFieldFormatters::FormatNullable(const TDbmFieldEntity &field) const
+{
+    return field.Nullable ? "NULL" : "NOT NULL";
+}
+
+QString TDbmFieldFormatters::FormatDefinition(const TDbmFieldEntity &field,
+                                              const QString &tableCollation, bool isNew) const
+{
+    const TDbmFieldServerText &server = field.ServerText;
+    QString text = TFormat::Format("`%s`", {field.FieldName});
+    Append(text, TStringUtils::Compact(FormatColumnType(field, tableCollation)));
+    if (!server.Generated.isEmpty()) {
+        Append(text, server.Generated);
+        // One of the two kinds of server takes no NULL word here.
+        if (!field.Nullable && FServerFeatures->MarkedDefaults)
+            Append(text, FormatNullable(field));
+    } else {
+        if (!isNew || !field.Nullable)
+            Append(text, FormatNullable(field));
+        Append(text, FormatDefault(field));
+        if (!server.OnUpdate.isEmpty())
+            Append(text, "ON UPDATE " + server.OnUpdate);
+    }
+    // Deliberate: the blank stays where the word does not follow.
+    text += field.Autoincrement ? " AUTO_INCREMENT" : " ";
+    if (!isNew || !field.Comment.isEmpty())
+        Append(text, CommentClause(field.Comment));
+    Append(text, server.Trailing);
+    return TStringUtils::Compact(text);
+}
+
+QString TDbmFieldFormatters::FormatPosition(const TDbmFieldPosition &position) const
+{
+    switch (position.PositionType) {
+    case fptFirst:
+        return "FIRST";
+    case fptAfter:
+        return TFormat::Format("AFTER `%s`", {position.PositionField});
+    case fptDefault:
+        break;
+    }
+    return {};
+}
+
+QString TDbmFieldFormatters::FormatAddColumn(const TDbmFieldEntity &field,
+                                             const TDbmFieldPosition &position,
+                                             const QString &tableCollation) const
+{
+    return TStringUtils::Compact(
+        TFormat::Format("ADD COLUMN %s %s",
+                        {FormatDefinition(field, tableCollation, true), FormatPosition(position)}));
+}
+
+QString TDbmFieldFormatters::FormatModifyColumn(const TDbmFieldEntity &field,
+                                                const TDbmFieldPosition &position,
+                                                const QString &tableCollation) const
+{
+    return TStringUtils::Compact(
+        TFormat::Format("MODIFY COLUMN %s %s", {FormatDefinition(field, tableCollation, false),
+                                                FormatPosition(position)}));
+}
+
+QString TDbmFieldFormatters::FormatChangeColumn(const TDbmFieldEntity &field,
+                                                const TDbmFieldPosition &position,
+                                                const QString &newName,
+                                                const QString &tableCollation) const
+{
+    const TDbmFieldServerText &server = field.ServerText;
+    QString text = TFormat::Format("CHANGE COLUMN `%s` `%s`", {field.FieldName, newName});
+    Append(text, TStringUtils::Compact(FormatColumnType(field, tableCollation)));
+    if (server.Generated.isEmpty()) {
+        Append(text, FormatNullable(field));
+        Append(text, FormatDefault(field));
+        if (!server.OnUpdate.isEmpty())
+            Append(text, "ON UPDATE " + server.OnUpdate);
+    } else {
+        Append(text, server.Generated);
+        if (!field.Nullable && FServerFeatures->MarkedDefaults)
+            Append(text, FormatNullable(field));
+    }
+    Append(text, field.Autoincrement ? "AUTO_INCREMENT" : "");
+    Append(text, CommentClause(field.Comment));
+    Append(text, server.Trailing);
+    Append(text, FormatPosition(position));
+    return TStringUtils::Compact(text);
+}
+
+QString TDbmFieldFormatters::FormatDropColumn(const QString &name) const
+{
+    return TFormat::Format("DROP COLUMN `%s`", {name});
+}
+
+QString TDbmFieldFormatters::FormatAlterTableAddColumn(const QString &database,
+                                                       const QString &table,
+                                                       const TDbmFieldEntity &field,
+                                                       const TDbmFieldPosition &position,
+                                                       const QString &tableCollation) const
+{
+    return FormatAlterTable(database, table, FormatAddColumn(field, position, tableCollation));
+}
+
+QString TDbmFieldFormatters::FormatAlterTableModifyColumn(const QString &database,
+                                                          const QString &table,
+                                                          const TDbmFieldEntity &field,
+                                                          const TDbmFieldPosition &position,
+                                                          const QString &tableCollation) const
+{
+    return FormatAlterTable(database, table, FormatModifyColumn(field, position, tableCollation));
+}
+
+QString TDbmFieldFormatters::FormatAlterTableChangeColumn(
+    const QString &database, const QString &table, const TDbmFieldEntity &field,
+    const TDbmFieldPosition &position, const QString &newName, const QString &tableCollation) const
+{
+    return FormatAlterTable(database, table,
+                            FormatChangeColumn(field, position, newName, tableCollation));
+}
+
+QString TDbmFieldFormatters::FormatAlterTableDropColumn(const QString &database,
+                                                        const QString &table,
+                                                        const QString &name) const
+{
+    return FormatAlterTable(database, table, FormatDropColumn(name));
+}

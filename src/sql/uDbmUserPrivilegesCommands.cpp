@@ -1,0 +1,80 @@
+#include "sql/uDbmUserPrivilegesCommands.h"
+
+#include "support/uException.h"
+#include "support/uFormat.h"
+
+QList<TDbmUserPrivilegesEntity> TDbmUserPrivilegesCommands::ExecuteSelect()
+{
+    const TDbmUserPrivilegesFormatters &formatters = FFormatters->UsersPrivileges();
+    return SafeExecuteToList<TDbmUserPrivilegesEntity>(
+        formatters.FormatSelect(),
+        [&](const TDataSet &row) { return formatters.ParseSelectRow(row); });
+}
+
+void TDbmUserPrivilegesCommands::Execute(const QString &statement) const
+{
+    if (!statement.isEmpty())
+        ExecuteScript(statement, ";");
+}
+
+void TDbmUserPrivilegesCommands::FlushPrivileges() const
+{
+    Execute(FFormatters->Other().FormatFlushPrivileges());
+}
+
+TDbmUserPrivilegesEntity TDbmUserPrivilegesCommands::SelectRow(const QString &user,
+                                                               const QString &host) const
+{
+    const TDbmUserPrivilegesFormatters &formatters = FFormatters->UsersPrivileges();
+    const auto rows = ExecuteToList<TDbmUserPrivilegesEntity>(
+        formatters.FormatSelectRow(user, host),
+        [&](const TDataSet &row) { return formatters.ParseSelectRow(row); });
+    return rows.isEmpty() ? TDbmUserPrivilegesEntity() : rows.first();
+}
+
+void TDbmUserPrivilegesCommands::ExecuteCreate(const TDbmUserPrivilegesEntity &entity,
+                                               const QString &password) const
+{
+    const TDbmUserPrivilegesFormatters &formatters = FFormatters->UsersPrivileges();
+    Execute(formatters.FormatCreate(entity.UserName, entity.HostName));
+    Execute(formatters.FormatGrant(entity));
+    Execute(formatters.FormatLimits(entity));
+    if (entity.Privileges.Contains(privGrantOption))
+        Execute(formatters.FormatGrantGrantOption(entity.UserName, entity.HostName));
+    if (!password.isEmpty())
+        Execute(formatters.FormatSetPassword(entity.UserName, entity.HostName, password));
+    FlushPrivileges();
+}
+
+void TDbmUserPrivilegesCommands::ExecuteUpdate(const QString &oldUser, const QString &oldHost,
+                                               const QString &password, bool changePassword,
+                                               const TDbmUserPrivilegesEntity &entity) const
+{
+    const TDbmUserPrivilegesFormatters &formatters = FFormatters->UsersPrivileges();
+    const TDbmUserPrivilegesEntity old = SelectRow(oldUser, oldHost);
+    if (old.IsRole)
+        throw EException(TFormat::Format("\"%s\" is a role and not an account.", {oldUser}));
+    const QString &user = entity.UserName;
+    const QString &host = entity.HostName;
+    if (user != oldUser || host != oldHost)
+        Execute(formatters.FormatRename(oldUser, oldHost, host, user));
+    // Revoking everything would take the rights on databases, tables and routines too.
+    const TDbmPrivileges gone = old.Privileges - entity.Privileges;
+    if (!gone.IsEmpty())
+        Execute(formatters.FormatRevokePrivileges(user, host, gone));
+    if (entity.Privileges.Contains(privGrantOption))
+        Execute(formatters.FormatGrantGrantOption(user, host));
+    Execute(formatters.FormatGrant(entity));
+    Execute(formatters.FormatLimits(entity));
+    if (changePassword)
+        Execute(formatters.FormatSetPassword(user, host, password));
+    FlushPrivileges();
+}
+
+void TDbmUserPrivilegesCommands::ExecuteDelete(const QString &user, const QString &host) const
+{
+    const TDbmUserPrivilegesFormatters &formatters = FFormatters->UsersPrivileges();
+    const bool isRole = host.isEmpty() && formatters.HaveRoles() && SelectRow(user, host).IsRole;
+    Execute(isRole ? formatters.FormatDropRole(user) : formatters.FormatDrop(user, host));
+    FlushPrivileges();
+}
