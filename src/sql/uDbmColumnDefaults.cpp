@@ -58,11 +58,15 @@ void TDbmColumnDefaults::Parse(TDbmFieldDataType dataType, const QString &text,
         return;
     }
     if (isMarkedExpression)
-        // The quotes of an expression are escaped where it stands in a column of a result.
-        ParseExpression(dataType, QString(text).replace("\\'", "'"), value, serverText);
+        ParseExpression(dataType, UnescapeExpression(text), value, serverText);
     else
         ParseLiteral(dataType, text, TDbmSqlValueUtils::FormatString(text, true), value,
                      serverText);
+}
+
+QString TDbmColumnDefaults::UnescapeExpression(const QString &text)
+{
+    return TRegExUtils::Replace(text, "\\\\(['\\\\])", "\\1");
 }
 
 void TDbmColumnDefaults::ParseLiteral(TDbmFieldDataType dataType, const QString &text,

@@ -14,6 +14,10 @@ public:
     void Parse(TDbmFieldDataType dataType, const QString &text, bool isMarkedExpression,
                TDbmValue &value, QString &serverText) const;
 
+    /// An expression as a statement takes it: servers that mark expressions escape the quotes and
+    /// backslashes in them once more where they stand in a column of a result.
+    static QString UnescapeExpression(const QString &text);
+
 private:
     void ParseLiteral(TDbmFieldDataType dataType, const QString &text, const QString &literal,
                       TDbmValue &value, QString &serverText) const;

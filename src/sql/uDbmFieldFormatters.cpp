@@ -29,12 +29,6 @@ QString FormatAlterTable(const QString &database, const QString &table, const QS
     return TFormat::Format("ALTER TABLE `%s`.`%s` %s", {database, table, clause});
 }
 
-// A server escapes the quotes of an expression where it shows it in a column of a result.
-QString ExpressionText(QString text)
-{
-    return text.replace("\\'", "'");
-}
-
 } // namespace
 
 QString TDbmFieldFormatters::FormatSelect(const QString &database, const QString &table) const
@@ -96,7 +90,8 @@ void TDbmFieldFormatters::ParseExtra(const TDataSet &row, TDbmFieldEntity &field
     if (generated.hasMatch() && !expression.isEmpty())
         field.ServerText.Generated = TFormat::Format(
             "GENERATED ALWAYS AS (%s) %s",
-            {FServerFeatures->MarkedDefaults ? ExpressionText(expression) : expression,
+            {FServerFeatures->MarkedDefaults ? TDbmColumnDefaults::UnescapeExpression(expression)
+                                             : expression,
              generated.captured(1).toUpper()});
 
     QStringList trailing;

@@ -159,7 +159,7 @@ bool TryParseReference(const QString &line, const QString &databaseName,
     }
     if (!TakeNames(reader, targets) || sources.size() != targets.size())
         return false;
-    entity.OnDelete = entity.OnUpdate = roRestrict;
+    // A clause that the server leaves out is not RESTRICT on every kind of server.
     for (int clause = 0; clause < 2; ++clause) {
         if (reader.Take(u"ON DELETE"))
             entity.OnDelete = TakeOption(reader);

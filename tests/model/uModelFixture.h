@@ -1,0 +1,76 @@
+#pragma once
+
+#include "core/uServerProfile.h"
+#include "model/uDbmEventList.h"
+#include "model/uDbmFieldList.h"
+#include "model/uDbmIndexList.h"
+#include "model/uDbmManager.h"
+#include "model/uDbmReferenceList.h"
+#include "model/uDbmRoutineList.h"
+#include "model/uDbmTableList.h"
+#include "model/uDbmTriggerList.h"
+#include "model/uDbmViewList.h"
+#include "uTestPrint.h"
+
+/// A manager on a database of the test's own, on each kind of server. Failed safe reads fail the
+/// test unless it looks at them itself.
+class TModelTest : public testing::TestWithParam<TTestServerKind>
+{
+protected:
+    void SetUp() override
+    {
+        if (GetParam() == skMySQL)
+            SKIP_WITHOUT_MYSQL9();
+        FDatabase = std::make_unique<TTestDatabase>(Server());
+        Manager = NewManager();
+    }
+
+    void TearDown() override { EXPECT_EQ(Failures, QStringList()); }
+
+    TTestServer &Server() const
+    {
+        return GetParam() == skMySQL ? *TTestServer::MySql9() : TTestServer::Instance();
+    }
+    bool IsMySQL() const { return GetParam() == skMySQL; }
+
+    std::unique_ptr<TDbmManager> NewManager()
+    {
+        auto manager = TDbmManager::Create();
+        manager->SetParams(ServerProfile(Server()));
+        manager->Connect();
+        manager->Commands().SetOnCommandNotExecuted(
+            [this](TDbmChildCommands *, const QString &message, const QString &) {
+                Failures += message;
+            });
+        manager->SetOnCommandBeforeExecute(
+            [this](TDbmManager *, const QString &text) { Statements += text; });
+        return manager;
+    }
+
+    QString Name() const { return FDatabase->Name(); }
+    void Exec(const QString &sql) const { FDatabase->Exec(sql); }
+    QString Value(const QString &sql) const { return FDatabase->Value(sql); }
+    QString TableText(const QString &table) const
+    {
+        return FDatabase->Rows("SHOW CREATE TABLE `" + table + '`').first().at(1);
+    }
+    TDbmDatabaseItem &Database() { return *Manager->Databases().GetByName(Name()); }
+    TDbmTableItem &Table(const QString &name)
+    {
+        TDbmTableList::TItemPtr item;
+        if (!Database().Tables().TryGetByName(name, item))
+            throw std::runtime_error("no table " + name.toStdString());
+        return *item;
+    }
+
+    std::unique_ptr<TTestDatabase> FDatabase;
+    std::unique_ptr<TDbmManager> Manager;
+    QStringList Failures;
+    QStringList Statements;
+};
+
+#define INSTANTIATE_ON_BOTH_SERVERS(Suite)                                                         \
+    INSTANTIATE_TEST_SUITE_P(Servers, Suite, testing::Values(skMariaDB, skMySQL),                  \
+                             [](const testing::TestParamInfo<TTestServerKind> &info) {             \
+                                 return info.param == skMySQL ? "MySQL9" : "MariaDB";              \
+                             })
