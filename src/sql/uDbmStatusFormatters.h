@@ -13,7 +13,7 @@ public:
     {}
 
     QString FormatSelect(TDbmStatusOption option) const;
-    /// Names in lower case. Deliberate: of the SHOW form, whose second column has another name,
-    /// the values stay empty.
+    /// Names in lower case. Deliberate: of an old server's SHOW form, whose second column has
+    /// another name, the values stay empty.
     TDbmStatusEntity ParseSelectRow(const TDataSet &row) const;
 };

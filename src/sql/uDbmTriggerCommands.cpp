@@ -39,17 +39,19 @@ void TDbmTriggerCommands::ExecuteRecreate(const QString &database, const QString
 void TDbmTriggerCommands::Restore(const QString &database, const QString &table,
                                   const TDbmTriggerEntity &entity) const
 {
-    ExecuteScript("SET @korvane_sql_mode = @@SESSION.sql_mode; SET SESSION sql_mode = " +
-                      TDbmSqlValueUtils::FormatString(entity.SQLMode, true),
-                  ";");
+    // Past the splitter of scripts, which would write the line ends of the text anew.
+    TDacMySqlConnection &connection = FProvider->Connection();
+    connection.Execute("SET @korvane_sql_mode = @@SESSION.sql_mode");
+    connection.Execute("SET SESSION sql_mode = " +
+                       TDbmSqlValueUtils::FormatString(entity.SQLMode, true));
     const QString back = "SET SESSION sql_mode = @korvane_sql_mode";
     try {
-        ExecuteScript(FFormatters->Triggers().FormatRestore(database, table, entity), "$$");
+        connection.Execute(FFormatters->Triggers().FormatRestore(database, table, entity));
     } catch (const EException &) {
-        ExecuteScript(back, ";");
+        connection.Execute(back);
         throw;
     }
-    ExecuteScript(back, ";");
+    connection.Execute(back);
 }
 
 void TDbmTriggerCommands::ExecuteDelete(const QString &database, const QString &name) const

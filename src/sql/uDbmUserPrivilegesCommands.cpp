@@ -62,7 +62,8 @@ void TDbmUserPrivilegesCommands::ExecuteUpdate(const QString &oldUser, const QSt
     const TDbmPrivileges gone = old.Privileges - entity.Privileges;
     if (!gone.IsEmpty())
         Execute(formatters.FormatRevokePrivileges(user, host, gone));
-    if (entity.Privileges.Contains(privGrantOption))
+    // Granted once more it would reach rights that are not modelled.
+    if (entity.Privileges.Contains(privGrantOption) && !old.Privileges.Contains(privGrantOption))
         Execute(formatters.FormatGrantGrantOption(user, host));
     Execute(formatters.FormatGrant(entity));
     Execute(formatters.FormatLimits(entity));

@@ -1,0 +1,208 @@
+#include "uModelFixture.h"
+
+#include "support/uException.h"
+
+namespace {
+
+class TObjectModelTest : public TModelTest
+{
+protected:
+    TDbmViewItem &View(const QString &name)
+    {
+        TDbmViewList::TItemPtr item;
+        if (!Database().Views().TryGetByName(name, item))
+            throw std::runtime_error("no view " + name.toStdString());
+        return *item;
+    }
+    TDbmRoutineItem &Routine(const QString &name)
+    {
+        TDbmRoutineList::TItemPtr item;
+        if (!Database().Routines().TryGetByName(name, item))
+            throw std::runtime_error("no routine " + name.toStdString());
+        return *item;
+    }
+    TDbmEventItem &Event(const QString &name)
+    {
+        TDbmEventList::TItemPtr item;
+        if (!Database().Events().TryGetByName(name, item))
+            throw std::runtime_error("no event " + name.toStdString());
+        return *item;
+    }
+    QString Text(const QString &kind, const QString &name) const
+    {
+        const int column = kind == u"VIEW" ? 1 : kind == u"EVENT" ? 3 : 2;
+        return FDatabase->Rows("SHOW CREATE " + kind + " `" + name + '`').first().at(column);
+    }
+};
+
+TEST_P(TObjectModelTest, ViewsKeepWhatTheyAre)
+{
+    Exec("CREATE TABLE t (a int, b int)");
+    Exec("CREATE ALGORITHM=MERGE SQL SECURITY INVOKER VIEW v AS SELECT a, b FROM t WHERE a > 1 "
+         "WITH LOCAL CHECK OPTION");
+    EXPECT_EQ(View("v").GetCheckOptionDisplayString(), "Local");
+    EXPECT_EQ(View("v").GetSecurityTypeDisplayString(), "Invoker");
+    EXPECT_EQ(View("v").GetUpdatableDisplayString(), "Yes");
+    EXPECT_EQ(View("v").Fields().Count(), 2);
+    const QString before = Text("VIEW", "v");
+    Manager->Operations().UpdateView(View("v"), View("v").Entity());
+    EXPECT_EQ(Text("VIEW", "v"), before);
+    TDbmViewEntity renamed = View("v").Entity();
+    renamed.ViewName = "w";
+    Manager->Operations().UpdateView(View("v"), renamed);
+    EXPECT_EQ(Text("VIEW", "w"), QString(before).replace("`v`", "`w`"));
+    Manager->Operations().RenameView(View("w"), "x");
+    Manager->Operations().DeleteView(View("x"));
+    EXPECT_EQ(Database().Views().Count(), 0);
+    TDbmViewEntity fresh;
+    fresh.ViewName = "n";
+    fresh.Definition = "SELECT 1 AS one";
+    Manager->Operations().CreateView(Database(), fresh);
+    EXPECT_EQ(View("n").Fields().Count(), 1);
+}
+
+TEST_P(TObjectModelTest, ViewsComeBehindWhatTheyStandOn)
+{
+    Exec("CREATE TABLE t (a int)");
+    Exec("CREATE VIEW z AS SELECT a FROM t");
+    Exec("CREATE VIEW m AS SELECT a FROM z");
+    Exec("CREATE VIEW a AS SELECT m.a AS ma, z.a FROM m, z");
+    Exec("CREATE VIEW loop1 AS SELECT a FROM t");
+    Exec("CREATE VIEW loop2 AS SELECT a FROM loop1");
+    Exec("DROP VIEW loop1");
+    QStringList names;
+    for (const auto &view : Database().Views().ToDependencySortedArray())
+        names.append(view->ViewName());
+    EXPECT_EQ(names, QStringList({"z", "m", "a", "loop2"}));
+}
+
+TEST_P(TObjectModelTest, RoutinesAreCopiedWhole)
+{
+    Exec("CREATE TABLE t (a int)");
+    Exec("CREATE PROCEDURE p (IN a DECIMAL(10,2), OUT b varchar(5)) READS SQL DATA SQL SECURITY "
+         "INVOKER COMMENT 'it''s' BEGIN SELECT 1; SET b = ')'; END");
+    Exec("CREATE FUNCTION f (a int) RETURNS varchar(9) CHARSET utf8mb4 DETERMINISTIC NO SQL RETURN "
+         "CONCAT(a, ';')");
+    EXPECT_EQ(Routine("p").Params().GetValue(), "IN a DECIMAL(10,2), OUT b varchar(5)");
+    EXPECT_EQ(Routine("p").GetSecurityTypeDisplayString(), "Invoker");
+    EXPECT_EQ(Database().Routines().CountByType(rtFunction), 1);
+    const QString before = Text("PROCEDURE", "p");
+    Manager->Operations().RenameRoutine(Routine("p"), "p2");
+    EXPECT_EQ(Text("PROCEDURE", "p2").replace("`p2`", "`p`").simplified(),
+              QString(before).replace("`p`  (", "`p` (").simplified());
+    Manager->Operations().RenameRoutine(Routine("f"), "f2");
+    EXPECT_EQ(Value("SELECT f2(7)"), "7;");
+    EXPECT_TRUE(Text("FUNCTION", "f2").contains("NO SQL"));
+
+    TDbmRoutineEntity entity = Routine("f2").Entity();
+    entity.SecurityType = rsInvoker;
+    entity.Comment = "a 'b'";
+    Manager->Commands().Routines().ExecuteUpdate(Name(), "f2", entity);
+    Database().Routines().RequestProcess();
+    EXPECT_EQ(Routine("f2").Entity().Comment, "a 'b'");
+    Manager->Operations().DeleteRoutine(Routine("f2"));
+    Manager->Operations().DeleteRoutine(Routine("p2"));
+    EXPECT_EQ(Database().Routines().Count(), 0);
+}
+
+TEST_P(TObjectModelTest, ATriggerThatCannotBeReplacedIsPutBack)
+{
+    Exec("CREATE TABLE t (a int, b int)");
+    Exec("CREATE TRIGGER tr BEFORE INSERT ON t FOR EACH ROW BEGIN\n\tSET NEW.a = 1;\n  END");
+    TDbmTriggerList &triggers = Table("t").Triggers();
+    TDbmTriggerList::TItemPtr item;
+    ASSERT_TRUE(triggers.TryGetByName("tr", item));
+    EXPECT_EQ(item->GetEventDisplayString(), "before insert");
+    const QString known = "SELECT HEX(CONCAT(action_statement, definer, sql_mode)) FROM "
+                          "information_schema.triggers WHERE trigger_schema = DATABASE()";
+    const QString before = Value(known);
+    TDbmTriggerEntity entity = item->Entity();
+    entity.Body = "SET NEW.missing = 1";
+    TDbmTriggerCommands &commands = Manager->Commands().Triggers();
+    try {
+        commands.ExecuteRecreate(Name(), "t", entity, "tr");
+        ADD_FAILURE() << "there is no such column";
+    } catch (const EDacMySqlError &e) {
+        EXPECT_EQ(e.ErrorCode(), 1054) << e.Message().toStdString();
+    }
+    EXPECT_EQ(Value(known).toStdString(), before.toStdString());
+    entity.Body = "SET NEW.a = 2";
+    entity.TriggerName = "other";
+    entity.Event = teBeforeUpdate;
+    commands.ExecuteRecreate(Name(), "t", entity, "tr");
+    triggers.RequestProcess();
+    ASSERT_EQ(triggers.Count(), 1);
+    EXPECT_EQ(triggers.ToArray().first()->GetEventDisplayString(), "before update");
+    EXPECT_EQ(Database().Tables().GetTriggerCount(), 1);
+    commands.ExecuteDelete(Name(), "other");
+    commands.ExecuteCreate(Name(), "t", entity);
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM information_schema.triggers WHERE trigger_schema = "
+                    "DATABASE()"),
+              "1");
+}
+
+TEST_P(TObjectModelTest, EventsOfSeveralStatements)
+{
+    TDbmEventEntity entity;
+    entity.EventName = "e";
+    entity.Definer = "root@localhost";
+    entity.EventType = evtRecurring;
+    entity.Interval.Days = 1;
+    entity.Interval.Hours = 6;
+    TDateTime::TryEncode(2031, 2, 3, 4, 5, 6, entity.StartsTimestamp);
+    entity.Status = evsDisableOnSlave;
+    entity.Comment = "it's";
+    entity.Definition = "BEGIN SELECT 1; SELECT 2; END";
+    Manager->Operations().CreateEvent(Database(), entity);
+    EXPECT_EQ(Event("e").GetIntervalDisplayString(), "1d 6h");
+    EXPECT_EQ(Event("e").GetStartsDisplayString(), "2031-02-03 04:05:06");
+    EXPECT_EQ(Event("e").GetEndsDisplayString(), "");
+    EXPECT_EQ(Event("e").GetStatusDisplayString(), "Disabled on slave");
+    EXPECT_EQ(Event("e").GetTypeDisplayString(), "Recurring");
+
+    TDbmEventEntity edited = Event("e").Entity();
+    edited.EventName = "e2";
+    edited.EventType = evtOneTime;
+    edited.Interval = {};
+    TDateTime::TryEncode(2032, 1, 1, 0, 0, 0, edited.AtTimestamp);
+    edited.Status = evsDisable;
+    edited.Definition = "BEGIN SELECT 3; SELECT 4; END";
+    Manager->Operations().UpdateEvent(Event("e"), edited);
+    EXPECT_EQ(Event("e2").Entity().Definition, edited.Definition);
+    EXPECT_EQ(Event("e2").GetExecuteAtDisplayString(), "2032-01-01 00:00:00");
+    EXPECT_EQ(Event("e2").Entity().Comment, "it's");
+    Manager->Operations().RenameEvent(Event("e2"), "e3");
+    Manager->Operations().DeleteEvent(Event("e3"));
+    EXPECT_EQ(Database().Events().Count(), 0);
+}
+
+TEST_P(TObjectModelTest, DatabasesLiveThroughOperations)
+{
+    TDbmDatabaseEntity entity;
+    entity.DatabaseName = Name() + "_made";
+    entity.Collation = "utf8mb4_bin";
+    Manager->Operations().CreateDatabase(Manager->Databases(), entity);
+    TDbmDatabaseList::TItemPtr item = Manager->Databases().GetByName(entity.DatabaseName);
+    EXPECT_EQ(item->Entity().Collation, "utf8mb4_bin");
+    entity.Collation = "latin1_swedish_ci";
+    Manager->Operations().UpdateDatabase(*item, entity);
+    EXPECT_EQ(Manager->Databases().GetByName(entity.DatabaseName), item);
+    EXPECT_EQ(item->Entity().Collation, "latin1_swedish_ci");
+    Manager->Operations().DeleteDatabase(*item);
+    EXPECT_FALSE(Manager->Databases().TryGetByName(entity.DatabaseName, item));
+}
+
+TEST_P(TObjectModelTest, NothingIsReadAgainUnasked)
+{
+    std::shared_ptr<TDbmTableItem> table;
+    EXPECT_FALSE(Manager->TryGetTable("no such database", "t", table));
+    EXPECT_FALSE(Manager->TryGetTable(Name(), "t", table));
+    Exec("CREATE TABLE t (a int)");
+    EXPECT_FALSE(Manager->TryGetTable(Name(), "t", table)) << "the list was read";
+    Manager->RequestProcess();
+    EXPECT_TRUE(Manager->TryGetTable(Name(), "t", table));
+}
+
+INSTANTIATE_ON_BOTH_SERVERS(TObjectModelTest);
+
+} // namespace
