@@ -4,6 +4,8 @@
 #include "core/uNetUtils.h"
 #include "support/uFormat.h"
 
+#include <utility>
+
 namespace {
 
 constexpr int CrServerLost = 2013; // CR_SERVER_LOST of the client library
@@ -28,6 +30,7 @@ void TDbmProvider::SetParams(const TDbmConnectionProfile &connectionProfile)
 {
     CloseConnection();
     FConnectionProfile = connectionProfile;
+    FDatabaseInUse.clear();
 }
 
 void TDbmProvider::OpenConnection()
@@ -63,6 +66,7 @@ void TDbmProvider::OpenTunnel()
     // the old tunnel's port.
     if (FConnection->Connected()) {
         const bool inTransaction = FConnection->LibraryConnection().InTransaction();
+        FDatabaseInUse = FConnection->LibraryConnection().CurrentDatabase();
         FConnection->Disconnect();
         // What was done in it is gone; going on as if nothing had happened would hide that.
         if (inTransaction)
@@ -90,12 +94,15 @@ void TDbmProvider::Connect()
     SetConnectionAddress();
     FConnection->SetUserName(FConnectionProfile.UserName);
     FConnection->SetPassword(FConnectionProfile.Password);
-    FConnection->SetDatabase(FConnectionProfile.Database);
+    // Once only: a database that is gone must not keep the next try from working.
+    const QString database = std::exchange(FDatabaseInUse, QString());
+    FConnection->SetDatabase(database.isEmpty() ? FConnectionProfile.Database : database);
     FConnection->SetCharset(FConnectionProfile.Charset);
     FConnection->SetUseCompression(FConnectionProfile.UseCompression);
     SendMessage(TFormat::Format("Opening connection to %s:%u...",
                                 {FConnection->Host(), static_cast<uint>(FConnection->Port())}));
     FConnection->Connect();
+    FConnection->SetDatabase(FConnectionProfile.Database);
     FServerVersion = FConnection->ServerVersion();
 }
 

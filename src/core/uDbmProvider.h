@@ -55,5 +55,6 @@ private:
     QString FServerVersion; // empty until the first connect
     std::unique_ptr<TSSHTunnel> FSSHTunnel;
     TDbmConnectionProfile FConnectionProfile;
+    QString FDatabaseInUse; // of a session that went with its tunnel
     TConnectionMessageEvent FOnConnectionMessage;
 };

@@ -3,6 +3,7 @@
 #include "uRelayTransport.h"
 #include "uServerProfile.h"
 #include "uTcpProxy.h"
+#include "uTestSshServer.h"
 
 #include <gmock/gmock.h>
 
@@ -104,12 +105,20 @@ const TBadProfileRow BadProfiles[] = {
          p.SSHSettings.HostName = "bad..gate";
      },
      "Cannot resolve IPv4 address\\."},
-    {"NoTransport",
+    {"TunnelUser",
      [](TDbmConnectionProfile &p) {
          p.ConnectionType = ctSSHTunnel;
          p.SSHSettings.HostName = "127.0.0.1";
      },
-     "SSH tunnels are not available in this build\\."},
+     "There is no user name for the SSH server\\."},
+    {"NoSshServer",
+     [](TDbmConnectionProfile &p) {
+         p.ConnectionType = ctSSHTunnel;
+         p.SSHSettings.HostName = "127.0.0.1";
+         p.SSHSettings.Port = 1;
+         p.SSHSettings.UserName = "somebody";
+     },
+     "Cannot connect to the SSH server 127\\.0\\.0\\.1:.+"},
 };
 
 TEST_F(TProvider, TellsWhatIsWrongWithAProfileAndTakesTheNextOne)
@@ -222,10 +231,36 @@ TEST_F(TTunnelledProvider, ABrokenTunnelIsReopenedByTheNextRun)
 {
     FProvider.OpenConnection();
     const QString session = Ask("SELECT CONNECTION_ID()");
+    FProvider.Command().ExecScript("USE mysql");
     Log().Last->Break();
     EXPECT_NE(Ask("SELECT CONNECTION_ID()"), session);
+    EXPECT_EQ(Ask("SELECT DATABASE()"), "mysql");
     EXPECT_EQ(Log().Connects.size(), 2);
     EXPECT_EQ(Log().Connected, 1);
+}
+
+TEST_F(TProvider, ATunnelThroughARealSshServerIsRepaired)
+{
+    TTestSshServer server;
+    TDbmConnectionProfile profile = Profile();
+    profile.ConnectionType = ctSSHTunnel;
+    profile.SSHSettings.HostName = "127.0.0.1";
+    profile.SSHSettings.Port = server.Port();
+    profile.SSHSettings.UserName = server.User();
+    profile.SSHSettings.Authentication = taPublicKey;
+    profile.SSHSettings.PrivateKey = server.NewKey({"-t", "rsa"});
+    FProvider.SetParams(profile);
+    FProvider.Command().ExecScript("USE mysql");
+    EXPECT_EQ(Ask("SELECT LENGTH(REPEAT('x', 3000000))"), "3000000");
+    server.Kill();
+    server.Start();
+    // The statement that meets the loss may be its victim; the next one is not.
+    try {
+        Ask("SELECT 1");
+    } catch (const EException &) {
+    }
+    EXPECT_EQ(Ask("SELECT DATABASE()"), "mysql");
+    FProvider.CloseConnection();
 }
 
 } // namespace

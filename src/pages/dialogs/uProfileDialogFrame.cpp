@@ -1,15 +1,21 @@
 #include "pages/dialogs/uProfileDialogFrame.h"
 
+#include "app/uAppConfig.h"
+#include "client/uSSHUtils.h"
 #include "jobs/uAppWorkers.h"
 #include "model/uDbmManager.h"
 #include "shell/uAppDialogs.h"
+#include "shell/uFileDialogs.h"
 #include "shell/uGuard.h"
+#include "support/uException.h"
+#include "support/uFileUtils.h"
 #include "support/uFormat.h"
 #include "widgets/uIcons.h"
 #include "widgets/uPropertyRows.h"
 #include "widgets/uWaitCursor.h"
 
 #include <QAction>
+#include <QFileInfo>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -113,9 +119,16 @@ void TProfileDialogFrame::DoCreate()
         {.Name = "rowSSHPrivateKey",
          .Caption = "Private key",
          .Kind = rkReadOnlyButtons,
-         .Buttons = [] { return QStringList{"Clear"}; },
-         .Pressed = [this](TVerticalRow &,
-                           const QString &) { TGuard::Run([this] { ClearPrivateKey(); }); }},
+         .Buttons =
+             [] {
+                 return QStringList{"Import", "Clear"};
+             },
+         .Pressed =
+             [this](TVerticalRow &, const QString &button) {
+                 TGuard::Run([this, import = button == "Import"] {
+                     import ? ImportPrivateKey() : ClearPrivateKey();
+                 });
+             }},
         {.Name = "rowMySQLSettings", .Caption = "MySQL settings", .Kind = rkCategory},
         {.Caption = "Host name", .Field = &TValues::HostName},
         {.Caption = "Port",
@@ -243,6 +256,25 @@ void TProfileDialogFrame::SelectDatabase()
         vgProfile->Row("rowDatabase")->SetValue(name);
 }
 
+void TProfileDialogFrame::ImportPrivateKey()
+{
+    QString fileName;
+    if (!TFileDialogs::Open(
+            this, {.Folder = TAppConfig::ReadLastSSHPrivateKeysFolder(), .Filter = "*"}, fileName))
+        return;
+    TAppConfig::WriteLastSSHPrivateKeysFolder(QFileInfo(fileName).path());
+    QByteArray key;
+    TFileUtils::ReadBinary(fileName, key);
+    TSSHKeyInfo info;
+    if (!TSSHUtils::TryGetKeyInfo(key, vgProfile->Row("rowSSHPassword")->Text(), info))
+        throw EException(TFormat::Format(
+            "\"%s\" cannot be read as a private key: it is damaged, of an unknown kind, or needs "
+            "another password than the one above.",
+            {fileName}));
+    FPrivateKey = key;
+    ShowPrivateKey();
+}
+
 void TProfileDialogFrame::ClearPrivateKey()
 {
     FPrivateKey.clear();
@@ -251,6 +283,11 @@ void TProfileDialogFrame::ClearPrivateKey()
 
 void TProfileDialogFrame::ShowPrivateKey()
 {
-    vgProfile->Row("rowSSHPrivateKey")
-        ->SetValue(FPrivateKey.isEmpty() ? QString() : TFormat::SizeText(FPrivateKey.size()));
+    QString text = FPrivateKey.isEmpty() ? QString() : TFormat::SizeText(FPrivateKey.size());
+    TSSHKeyInfo info;
+    if (!FPrivateKey.isEmpty() &&
+        TSSHUtils::TryGetKeyInfo(FPrivateKey, vgProfile->Row("rowSSHPassword")->Text(), info))
+        text = TFormat::Format("%s %d - %s", {TSSHUtils::GetAlgorithmName(info.Algorithm),
+                                              info.BitCount, info.MD5FingerprintString});
+    vgProfile->Row("rowSSHPrivateKey")->SetValue(text);
 }

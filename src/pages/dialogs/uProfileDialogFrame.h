@@ -34,6 +34,7 @@ private:
     void LoadRows(const TAppProfile &profile);
     void TestConnection();
     void SelectDatabase();
+    void ImportPrivateKey();
     void ClearPrivateKey();
     void ShowPrivateKey();
 

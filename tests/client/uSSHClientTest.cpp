@@ -1,0 +1,287 @@
+#include "client/uSSHTransport.h"
+#include "client/uSSHUtils.h"
+#include "support/uException.h"
+#include "uTestSshServer.h"
+
+#include <arpa/inet.h>
+#include <atomic>
+#include <gmock/gmock.h>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+int Socket()
+{
+    return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+}
+
+sockaddr_in Loopback(quint16 port)
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(port);
+    return address;
+}
+
+/// A listening socket on a free port.
+class TListener
+{
+public:
+    TListener()
+    {
+        sockaddr_in address = Loopback(0);
+        socklen_t size = sizeof address;
+        ::bind(FSocket, reinterpret_cast<sockaddr *>(&address), size);
+        ::listen(FSocket, 16);
+        ::getsockname(FSocket, reinterpret_cast<sockaddr *>(&address), &size);
+        Port = ntohs(address.sin_port);
+    }
+    ~TListener() { End(); }
+    void End()
+    {
+        if (FSocket >= 0)
+            ::shutdown(FSocket, SHUT_RDWR), ::close(FSocket);
+        FSocket = -1;
+    }
+    int Accept() { return ::accept(FSocket, nullptr, nullptr); }
+
+    quint16 Port = 0;
+
+private:
+    int FSocket = Socket();
+};
+
+QByteArray ReadAll(int socket)
+{
+    QByteArray all;
+    char part[65536];
+    for (ssize_t size; (size = ::recv(socket, part, sizeof part, 0)) > 0;)
+        all.append(part, size);
+    return all;
+}
+
+bool WriteAll(int socket, const QByteArray &bytes)
+{
+    for (qsizetype at = 0; at < bytes.size();) {
+        const ssize_t size =
+            ::send(socket, bytes.constData() + at, bytes.size() - at, MSG_NOSIGNAL);
+        if (size <= 0)
+            return false;
+        at += size;
+    }
+    return true;
+}
+
+/// Sends back what came once the client has sent all: only a half-closed connection gets there.
+class TEcho
+{
+public:
+    TEcho()
+        : FThread([this] {
+              for (int client; (client = FListener.Accept()) >= 0;)
+                  FClients.emplace_back([client] {
+                      WriteAll(client, ReadAll(client));
+                      ::close(client);
+                  });
+          })
+    {}
+    ~TEcho()
+    {
+        FListener.End();
+        FThread.join();
+        for (std::thread &client : FClients)
+            client.join();
+    }
+    quint16 Port() const { return FListener.Port; }
+
+private:
+    TListener FListener;
+    std::vector<std::thread> FClients;
+    std::thread FThread;
+};
+
+class TSSHClientTest : public testing::Test
+{
+protected:
+    static void SetUpTestSuite() { Server = std::make_unique<TTestSshServer>(); }
+    static void TearDownTestSuite() { Server.reset(); }
+
+    static TSSHTransportSettings Settings(const QByteArray &key, const QString &passPhrase = {})
+    {
+        TSSHTransportSettings settings;
+        settings.HostName = "127.0.0.1";
+        settings.Port = Server->Port();
+        settings.UserName = Server->User();
+        settings.Authentication = passPhrase.isEmpty() ? taPublicKey : taPublicKeyWithPassword;
+        settings.PrivateKey = key;
+        settings.PassPhrase = passPhrase;
+        return settings;
+    }
+    std::string ErrorOf(const TSSHTransportSettings &settings)
+    {
+        try {
+            Transport->Connect(settings);
+        } catch (const EException &e) {
+            EXPECT_FALSE(Transport->Connected());
+            return e.Message().toStdString();
+        }
+        return {};
+    }
+    int Client() const
+    {
+        const int client = Socket();
+        const sockaddr_in address = Loopback(FLocalPort);
+        EXPECT_EQ(::connect(client, reinterpret_cast<const sockaddr *>(&address), sizeof address),
+                  0);
+        return client;
+    }
+    void ForwardTo(quint16 port)
+    {
+        Transport->Connect(Settings(Server->NewKey({"-t", "ed25519"})));
+        TListener free;
+        FLocalPort = free.Port;
+        free.End();
+        Transport->ForwardPort(FLocalPort, "localhost", port);
+    }
+
+    static std::unique_ptr<TTestSshServer> Server;
+    std::unique_ptr<TSSHTransport> Transport = NewSSHTransport();
+    quint16 FLocalPort = 0;
+};
+
+std::unique_ptr<TTestSshServer> TSSHClientTest::Server;
+
+struct TKeyRow
+{
+    QStringList Arguments;
+    QString PassPhrase;
+    TSSHKeyAlgorithm Algorithm;
+    int Bits;
+};
+
+TEST_F(TSSHClientTest, EntersWithEveryKindOfKey)
+{
+    const TKeyRow rows[] = {
+        {{"-t", "rsa", "-b", "3072"}, "", sshkaRSA, 3072},
+        {{"-t", "rsa", "-b", "2048", "-m", "PEM"}, "", sshkaRSA, 2048},
+        {{"-t", "rsa", "-b", "2048", "-m", "PEM"}, "pass phrase", sshkaRSA, 2048},
+        {{"-t", "rsa", "-b", "2048", "-m", "PKCS8"}, "pass phrase", sshkaRSA, 2048},
+        {{"-t", "ecdsa", "-b", "256"}, "", sshkaECDSA, 256},
+        {{"-t", "ecdsa", "-b", "521", "-m", "PKCS8"}, "", sshkaECDSA, 521},
+        {{"-t", "ecdsa", "-b", "384", "-m", "PEM"}, "pass phrase", sshkaECDSA, 384},
+        {{"-t", "ed25519"}, "", sshkaEd25519, 256},
+        {{"-t", "ed25519"}, "päss", sshkaEd25519, 256},
+    };
+    for (const TKeyRow &row : rows) {
+        const std::string name = row.Arguments.join(' ').toStdString();
+        const QByteArray key = Server->NewKey(row.Arguments, row.PassPhrase);
+        EXPECT_EQ(ErrorOf(Settings(key, row.PassPhrase)), "") << name;
+        EXPECT_TRUE(Transport->Connected()) << name;
+        TSSHKeyInfo info;
+        ASSERT_TRUE(TSSHUtils::TryGetKeyInfo(key, row.PassPhrase, info)) << name;
+        EXPECT_EQ(info.Algorithm, row.Algorithm) << name;
+        EXPECT_EQ(info.BitCount, row.Bits) << name;
+        EXPECT_THAT(Server->Fingerprint("md5").toStdString(),
+                    testing::HasSubstr("MD5:" + info.MD5FingerprintString.toStdString()))
+            << name;
+        EXPECT_EQ(TSSHUtils::TryGetKeyInfo(key, "wrong", info), row.PassPhrase.isEmpty()) << name;
+    }
+}
+
+TEST_F(TSSHClientTest, TellsWhyItIsNotLetIn)
+{
+    using testing::StartsWith;
+    EXPECT_THAT(ErrorOf(Settings(Server->NewKey({"-t", "ed25519"}, "right"), "wrong")),
+                StartsWith("The private key cannot be read"));
+    EXPECT_THAT(ErrorOf(Settings("-----BEGIN nonsense")),
+                StartsWith("The private key cannot be read"));
+    const std::string user = Server->User().toStdString();
+    EXPECT_THAT(ErrorOf(Settings({})),
+                StartsWith("The SSH server refused the key of user \"" + user + "\"."));
+    TSSHTransportSettings password = Settings({});
+    password.Authentication = taPassword;
+    password.Password = "not the password";
+    EXPECT_THAT(ErrorOf(password),
+                StartsWith("The SSH server refused the password of user \"" + user + "\"."));
+    TListener nobody;
+    TSSHTransportSettings closed = Settings({});
+    closed.Port = nobody.Port;
+    nobody.End();
+    EXPECT_THAT(ErrorOf(closed),
+                testing::MatchesRegex("Cannot connect to the SSH server 127.0.0.1:[0-9]+. .+"));
+}
+
+TEST_F(TSSHClientTest, CarriesSeveralConnectionsWholeInBothDirections)
+{
+    TEcho echo;
+    ForwardTo(echo.Port());
+    std::atomic<int> whole = 0;
+    std::vector<std::thread> clients;
+    for (int i = 0; i < 4; ++i)
+        clients.emplace_back([&, i] {
+            QByteArray bytes(8 * 1024 * 1024 + i, char('a' + i));
+            bytes[i * 1000] = '!';
+            const int client = Client();
+            WriteAll(client, bytes);
+            ::shutdown(client, SHUT_WR);
+            whole += ReadAll(client) == bytes;
+            ::close(client);
+        });
+    for (std::thread &client : clients)
+        client.join();
+    EXPECT_EQ(whole, 4);
+    EXPECT_TRUE(Transport->Forwarding());
+}
+
+TEST_F(TSSHClientTest, ADestinationThatRefusesEndsTheConnectionAlone)
+{
+    TListener nobody;
+    const quint16 port = nobody.Port;
+    nobody.End();
+    ForwardTo(port);
+    const int client = Client();
+    EXPECT_EQ(ReadAll(client), QByteArray());
+    ::close(client);
+    EXPECT_TRUE(Transport->Forwarding());
+}
+
+TEST_F(TSSHClientTest, ClosesWhileDataFlow)
+{
+    TListener flood;
+    std::thread source([&] {
+        const int client = flood.Accept();
+        while (WriteAll(client, QByteArray(1 << 20, 'x'))) {
+        }
+        ::close(client);
+    });
+    ForwardTo(flood.Port);
+    const int client = Client();
+    char some[1000];
+    EXPECT_GT(::recv(client, some, sizeof some, 0), 0);
+    Transport->Disconnect();
+    EXPECT_FALSE(Transport->Connected());
+    ReadAll(client); // to its end, which has to come
+    ::close(client);
+    source.join();
+}
+
+TEST_F(TSSHClientTest, NoticesADeadServer)
+{
+    TEcho echo;
+    ForwardTo(echo.Port());
+    const int client = Client();
+    EXPECT_TRUE(WriteAll(client, "x"));
+    Server->Kill();
+    EXPECT_EQ(ReadAll(client), QByteArray());
+    ::close(client);
+    for (int i = 0; i < 500 && Transport->Connected(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_FALSE(Transport->Connected());
+    EXPECT_FALSE(Transport->Forwarding());
+    Server = std::make_unique<TTestSshServer>();
+}
+
+} // namespace

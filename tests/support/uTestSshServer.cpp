@@ -1,0 +1,163 @@
+#include "uTestSshServer.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <arpa/inet.h>
+#include <csignal>
+#include <pwd.h>
+#include <stdexcept>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+int Connect(quint16 port)
+{
+    const int client = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(port);
+    if (::connect(client, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0)
+        return client;
+    ::close(client);
+    return -1;
+}
+
+quint16 FreePort()
+{
+    const int server = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    ::bind(server, reinterpret_cast<sockaddr *>(&address), size);
+    ::getsockname(server, reinterpret_cast<sockaddr *>(&address), &size);
+    ::close(server);
+    return ntohs(address.sin_port);
+}
+
+void Write(const QString &fileName, const QByteArray &text)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || file.write(text) != text.size())
+        throw std::runtime_error("cannot write " + fileName.toStdString());
+}
+
+} // namespace
+
+TTestSshServer::TTestSshServer() : FPort(FreePort())
+{
+    // The server's own demand where it runs as root.
+    if (::geteuid() == 0)
+        QDir().mkpath("/run/sshd");
+    QByteArray config = "ListenAddress 127.0.0.1\nStrictModes no\nUsePAM no\nPidFile none\n"
+                        "PermitRootLogin yes\nPasswordAuthentication yes\nMaxStartups 100\n";
+    config += "Port " + QByteArray::number(FPort) + "\nAuthorizedKeysFile " +
+              Path("authorized").toUtf8() + '\n';
+    for (const char *type : {"rsa", "ecdsa", "ed25519"}) {
+        const QString key = Path(QString("host_") + type);
+        Run("ssh-keygen", {"-q", "-t", type, "-N", "", "-f", key});
+        config += "HostKey " + key.toUtf8() + '\n';
+    }
+    Write(Path("config"), config);
+    Write(Path("authorized"), {});
+    Start();
+}
+
+void TTestSshServer::Start()
+{
+    const QByteArray configFile = Path("config").toUtf8();
+    const QByteArray logFile = Path("log").toUtf8();
+    FPid = ::fork();
+    if (FPid == 0) {
+        ::setpgid(0, 0);
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        ::execl("/usr/sbin/sshd", "/usr/sbin/sshd", "-D", "-f", configFile.constData(), "-E",
+                logFile.constData(), nullptr);
+        ::_exit(127);
+    }
+    ::setpgid(FPid, FPid);
+    AwaitPort();
+}
+
+void TTestSshServer::AwaitPort()
+{
+    for (int i = 0; i < 200; ++i) {
+        const int client = Connect(FPort);
+        if (client >= 0) {
+            ::close(client);
+            return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    QFile log(Path("log"));
+    const bool opened = log.open(QIODevice::ReadOnly);
+    Kill();
+    throw std::runtime_error("sshd does not answer: " +
+                             (opened ? log.readAll().toStdString() : std::string()));
+}
+
+TTestSshServer::~TTestSshServer()
+{
+    Kill();
+}
+
+// Sessions run in groups of their own; each is a descendant that we started.
+void TTestSshServer::Kill()
+{
+    if (FPid == 0)
+        return;
+    QProcess ps;
+    ps.start("ps", {"-eo", "pid=,ppid="});
+    ps.waitForFinished();
+    QList<QByteArray> parents{QByteArray::number(FPid)};
+    const QList<QByteArray> lines = ps.readAllStandardOutput().split('\n');
+    for (qsizetype i = 0; i < parents.size(); ++i)
+        for (const QByteArray &line : lines) {
+            const QList<QByteArray> pair = line.simplified().split(' ');
+            if (pair.size() == 2 && pair[1] == parents[i])
+                parents.append(pair[0]);
+        }
+    for (const QByteArray &pid : parents)
+        ::kill(pid.toInt(), SIGKILL);
+    ::waitpid(FPid, nullptr, 0);
+    FPid = 0;
+}
+
+QString TTestSshServer::User() const
+{
+    return QString::fromLocal8Bit(::getpwuid(::geteuid())->pw_name);
+}
+
+QByteArray TTestSshServer::Run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments);
+    if (!process.waitForFinished() || process.exitCode() != 0)
+        throw std::runtime_error(program.toStdString() + ": " + process.readAll().toStdString());
+    return process.readAll();
+}
+
+QByteArray TTestSshServer::NewKey(const QStringList &arguments, const QString &passPhrase)
+{
+    const QString name = Path("key" + QString::number(++FKeys));
+    Run("ssh-keygen", QStringList{"-q", "-N", passPhrase, "-f", name} + arguments);
+    QFile publicKey(name + ".pub");
+    QFile privateKey(name);
+    if (!publicKey.open(QIODevice::ReadOnly) || !privateKey.open(QIODevice::ReadOnly))
+        throw std::runtime_error("no key was made");
+    Write(Path("authorized"), publicKey.readAll());
+    return privateKey.readAll();
+}
+
+QString TTestSshServer::Fingerprint(const QString &hash) const
+{
+    return QString::fromUtf8(
+        Run("ssh-keygen", {"-l", "-E", hash, "-f", Path("key" + QString::number(FKeys) + ".pub")}));
+}
