@@ -127,6 +127,7 @@ launch() {
     local options=(
         --no-defaults
         --datadir="$dir/data"
+        --tmpdir="$dir/tmp" # a shared one is swept by every other server that starts
         --socket=../server.sock # from the data folder: a full path may be too long for a socket
         --pid-file="$dir/server.pid"
         --log-error="$dir/server.log"
@@ -141,6 +142,7 @@ launch() {
         --innodb-buffer-pool-size=64M
         --innodb-log-file-size=32M
     )
+    mkdir -p "$dir/tmp"
     ((EUID)) || options+=(--user=root)
     [[ -e $dir/server.log ]] && mv -f "$dir/server.log" "$dir/server.log.1"
     # A session of its own: Ctrl+C in the terminal is not for the server.

@@ -91,6 +91,9 @@ prepare() { # KIND DIR
     mkdir -p "$2"
     rm -rf "$2/data"
     cp -r "$from/data" "$2/data"
+    # Of its own: a server that starts removes what it takes for leftovers in a shared folder, and
+    # another server's temporary tables look just like that.
+    mkdir -p "$2/tmp"
     rm -f "$2/data/auto.cnf" # the identity of one MySQL server
     cat >"$2/init.sql" <<'SQL'
 CREATE USER IF NOT EXISTS 'korvane'@'%' IDENTIFIED BY 'secret';
@@ -104,7 +107,7 @@ launch() { # KIND DIR PORT ARGUMENT...; sets pid, fails when the server ends bef
     # MySQL makes its certificate itself.
     [ "$kind" = mysql ] || tls=(--ssl-cert=test-cert.pem --ssl-key=test-key.pem --ssl-ca=test-cert.pem)
     # The socket is named relative to the data folder: a deep path would not fit into an address.
-    (server_"$kind" --datadir="$dir/data" --bind-address=127.0.0.1 --port="$port" \
+    (server_"$kind" --datadir="$dir/data" --tmpdir="$dir/tmp" --bind-address=127.0.0.1 --port="$port" \
         --socket=test.sock --pid-file=test.pid --init-file="$dir/init.sql" --secure-file-priv= \
         --event-scheduler=OFF "${tls[@]}" "$@") </dev/null >"$dir/server.log" 2>&1 &
     pid=$!
