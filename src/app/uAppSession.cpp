@@ -17,14 +17,16 @@ namespace {
 const QString Pages = QStringLiteral("pages");
 const QString PageGroup = QStringLiteral("pages.page_%1");
 
-/// The texts of a session's query pages, which are nowhere else. A page with a file has it there.
+/// The texts of a session's query pages which no file has.
 QStringList TextsOf(const TConfig &config)
 {
     QStringList texts;
     for (int i = 0; i < config.GetChildCount(Pages); ++i) {
         const QString path = PageGroup.arg(i);
-        const QString text = config.GetValue(path, "text", QString(), true);
-        if (!text.isEmpty() && config.GetValue(path, "filename", QString(), true).isEmpty())
+        const bool hasFile = !config.GetValue(path, "filename", QString(), true).isEmpty();
+        const QString text =
+            config.GetValue(path, hasFile ? "unsaved_text" : "text", QString(), true);
+        if (!text.isEmpty())
             texts.append(text);
     }
     return texts;

@@ -44,11 +44,18 @@ void TAppManagerPageUtils::ShowQueryFromFile(const QString &fileName,
                                              const QString &usedDatabaseName, int editorHeight,
                                              bool activate)
 {
-    if (!QFileInfo(fileName).isFile())
-        return;
+    if (QFileInfo(fileName).isFile())
+        RestoreUnsavedText(fileName, {}, usedDatabaseName, editorHeight, activate);
+}
+
+void TAppManagerPageUtils::RestoreUnsavedText(const QString &fileName, const QString &text,
+                                              const QString &usedDatabaseName, int editorHeight,
+                                              bool activate)
+{
     Show("query." + fileName, TIcons::Icon("query"), activate, [&](QWidget *owner) {
         auto *page = TBaseFrame::New<TQueryPageFrame>(owner);
         page->InitializeFromFile(FManager, fileName, editorHeight, usedDatabaseName);
+        page->RestoreUnsavedText(text);
         HookQueryPage(page);
         return page;
     });
@@ -56,6 +63,10 @@ void TAppManagerPageUtils::ShowQueryFromFile(const QString &fileName,
 
 void TAppManagerPageUtils::HookQueryPage(TQueryPageFrame *page)
 {
+    page->SetOnDropText([this](const QString &text) {
+        if (FOnDropText)
+            FOnDropText(text);
+    });
     QObject::connect(page, &TQueryPageFrame::OnDuplicate, page, [this, page] {
         ShowQueryFromText(page->GetText(), page->GetUsedDatabaseName(), page->GetResultHeight(),
                           true);

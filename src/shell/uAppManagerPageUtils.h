@@ -28,6 +28,15 @@ public:
     /// Only if the file exists; found again by the file's name.
     void ShowQueryFromFile(const QString &fileName, const QString &usedDatabaseName,
                            int editorHeight, bool activate);
+    /// Opens the file with a text that was not saved to it.
+    void RestoreUnsavedText(const QString &fileName, const QString &text,
+                            const QString &usedDatabaseName, int editorHeight, bool activate);
+    /// Called ahead of a query page that goes, when no file has its text. What it raises keeps the
+    /// page open if the user closed it.
+    void SetOnDropText(std::function<void(const QString &text)> event)
+    {
+        FOnDropText = std::move(event);
+    }
     void ShowExportQueryAsText(const QString &sql, const TDbmCommandExecQueryResult &execResult);
     void ShowPanelEditor(const QString &caption, const QString &fileNameOrText, bool useFileName,
                          bool readOnly);
@@ -57,4 +66,5 @@ private:
 
     TDbmManager *FManager;
     TPageManagerFrame *FPageManager;
+    std::function<void(const QString &text)> FOnDropText;
 };

@@ -64,6 +64,12 @@ void TAppUtils::CloseAllPages()
         manager->CloseAllPages();
 }
 
+void TAppUtils::ReopenClosedQuery()
+{
+    if (TManagerFrame *manager = GetActiveManager())
+        manager->ReopenClosedQuery();
+}
+
 int TAppUtils::GetActivePage() const
 {
     const TManagerFrame *manager = GetActiveManager();

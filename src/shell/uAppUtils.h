@@ -40,6 +40,7 @@ public:
     void Refresh();
     void CloseActivePage();
     void CloseAllPages();
+    void ReopenClosedQuery();
     int GetActivePage() const; // index, -1 without one
     void SetActivePage(int index);
     QStringList GetPagesCaption() const;

@@ -132,6 +132,13 @@ const std::vector<TMainFormMenuUtils::TActionRow> &TMainFormMenuUtils::Rows()
          {QKeySequence("Ctrl+O")},
          "open"},
         {"Query",
+         "actQueryReopen",
+         "Reopen Closed Query",
+         mcClosedQuery,
+         [] { App().ReopenClosedQuery(); },
+         false,
+         {QKeySequence("Ctrl+Shift+T")}},
+        {"Query",
          "actQuerySave",
          "Save",
          mcQueryPage,
@@ -324,6 +331,8 @@ void TMainFormMenuUtils::UpdateConnectionStates()
     for (const TEntry &entry : FEntries) {
         if (entry.Condition == mcConnection)
             entry.Action->setEnabled(opened && entry.HasWork);
+        if (entry.Condition == mcClosedQuery)
+            entry.Action->setEnabled(opened && manager->HasClosedQueries());
         if (entry.Condition == mcServerConnection) {
             entry.Action->setVisible(onServer);
             entry.Action->setEnabled(onServer && entry.HasWork);

@@ -25,7 +25,7 @@ public:
 
 private:
     /// When an entry of the Schema, Tools and Query menus can be used.
-    enum TCondition { mcAlways, mcConnection, mcServerConnection, mcQueryPage };
+    enum TCondition { mcAlways, mcConnection, mcServerConnection, mcQueryPage, mcClosedQuery };
     struct TActionRow;
     struct TEntry
     {

@@ -1,10 +1,17 @@
 #include "shell/uManagerFrame.h"
 
+#include "app/uAppPathUtils.h"
+#include "app/uAppSession.h"
 #include "model/uDbmManager.h"
+#include "shell/uAppDialogs.h"
 #include "shell/uAppManagerPageUtils.h"
+#include "shell/uAppManagerSessionUtils.h"
 #include "shell/uAppManagerUtils.h"
 #include "shell/uAppMessages.h"
+#include "shell/uGuard.h"
+#include "shell/uManagerJournal.h"
 #include "shell/uPageManagerFrame.h"
+#include "support/uException.h"
 #include "widgets/uLayoutStore.h"
 
 #include <QLabel>
@@ -86,6 +93,50 @@ void TManagerFrame::DoLoad()
     FUtils = std::make_unique<TAppManagerUtils>(FManager.get(), FPageUtils.get());
     TLayoutStore::Remember(splMain, "workspace.splitter");
     FillStatusBar();
+    UpdateHint();
+    TGuard::Run([this] { OpenSession(); });
+}
+
+// A profile that was never stored has no session.
+void TManagerFrame::OpenSession()
+{
+    if (FSessionId.isEmpty())
+        return;
+    auto session = std::make_unique<TAppSession>();
+    session->Open(TAppPathUtils::SessionsFolder(), FSessionId);
+    FSession = std::move(session);
+    FSessionUtils = std::make_unique<TAppManagerSessionUtils>(FSession.get(), FPageManagerFrame,
+                                                              FPageUtils.get());
+    FJournal = std::make_unique<TManagerJournal>(FSession.get(), FSessionUtils.get(),
+                                                 FPageManagerFrame, FPageUtils.get());
+    FSessionUtils->Read();
+    FJournal->Start();
+    if (!FSession->DamagedFile().isEmpty())
+        throw EException("What was kept of this workspace could not be read. The damaged file is "
+                         "kept as \"" +
+                         FSession->DamagedFile() + "\".");
+}
+
+// Ahead of the pages, so that the user can still turn back when the disk refuses.
+bool TManagerFrame::SaveSession()
+{
+    const bool saved = FSession ? TGuard::Run([this] { FJournal->Write(); })
+                                : FSessionId.isEmpty() || FPageManagerFrame->PageCount() == 0;
+    return saved ||
+           TAppDialogs::Execute(
+               "The queries of this workspace are not saved. Close it all the same?", [] {});
+}
+
+void TManagerFrame::CloseSession()
+{
+    if (!FSession)
+        return;
+    FJournal->Stop();
+    FJournal->SetWorkspaceClosing(true);
+    TGuard::Run([this] {
+        FSessionUtils->Write();
+        FSession->Close();
+    });
 }
 
 void TManagerFrame::HookManager()
@@ -116,13 +167,25 @@ void TManagerFrame::DoProcess()
 
 bool TManagerFrame::DoCloseQuery()
 {
-    return FPageManagerFrame->CloseQuery();
+    if (!FPageManagerFrame)
+        return true;
+    if (FJournal)
+        FJournal->SetWorkspaceClosing(true);
+    const bool closes = FPageManagerFrame->CloseQuery() && SaveSession();
+    if (FJournal)
+        FJournal->SetWorkspaceClosing(closes);
+    return closes;
 }
 
 void TManagerFrame::DoUnload()
 {
+    // The pages that go tell nobody: their texts are in the session already.
+    CloseSession();
     FPageManagerFrame->PrepareDestroy();
     FPageManagerFrame->disconnect(this);
+    FJournal.reset();
+    FSessionUtils.reset();
+    FSession.reset();
     FUtils.reset();
     FPageUtils.reset();
     // Pages are gone by now, and with them every dataset of this connection.
@@ -159,4 +222,15 @@ void TManagerFrame::CloseActivePage()
 void TManagerFrame::CloseAllPages()
 {
     FPageManagerFrame->CloseAllPages();
+}
+
+bool TManagerFrame::HasClosedQueries() const
+{
+    return FJournal && FJournal->HasClosedQueries();
+}
+
+void TManagerFrame::ReopenClosedQuery()
+{
+    if (FJournal)
+        FJournal->ReopenClosedQuery();
 }

@@ -7,8 +7,11 @@
 class QLabel;
 class QSplitter;
 class TAppManagerPageUtils;
+class TAppManagerSessionUtils;
 class TAppManagerUtils;
+class TAppSession;
 class TDbmManager;
+class TManagerJournal;
 class TPageManagerFrame;
 
 /// The workspace of one connection: an area for panels at the left, the tabs of its pages at the
@@ -29,6 +32,8 @@ public:
     void SetActivePageIndex(int value);
     void CloseActivePage();
     void CloseAllPages();
+    bool HasClosedQueries() const;
+    void ReopenClosedQuery();
 
     TDbmManager &Manager() { return *FManager; }
     TAppManagerPageUtils &PageUtils() { return *FPageUtils; }
@@ -51,6 +56,9 @@ protected:
 private:
     void BuildLayout();
     void HookManager();
+    void OpenSession();
+    bool SaveSession();
+    void CloseSession();
     void UpdateHint();
     void FillStatusBar();
 
@@ -60,6 +68,9 @@ private:
     TPageManagerFrame *FPageManagerFrame = nullptr; // child widget
     std::unique_ptr<TAppManagerPageUtils> FPageUtils;
     std::unique_ptr<TAppManagerUtils> FUtils;
+    std::unique_ptr<TAppSession> FSession; // the three are there while the session is open
+    std::unique_ptr<TAppManagerSessionUtils> FSessionUtils;
+    std::unique_ptr<TManagerJournal> FJournal;
     QSplitter *splMain = nullptr;
     QWidget *panPanels = nullptr;
     QWidget *panPages = nullptr;

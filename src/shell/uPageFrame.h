@@ -16,9 +16,9 @@ public:
     void UpdateTitle() { Q_EMIT OnUpdateTitle(); }
     void UpdateId(const QString &id) { Q_EMIT OnUpdateId(id); }
     void Close() { Q_EMIT OnClose(); }
-    /// Asked before the user closes the page or the window: saves what closing would lose. False
-    /// keeps the page open.
-    bool CloseQuery() { return !FIsLoaded || DoCloseQuery(); }
+    /// Asked before the user closes the page or the window, also of a page that never loaded: saves
+    /// what closing would lose. False keeps the page open.
+    bool CloseQuery() { return DoCloseQuery(); }
     void Activate() { DoActivate(); }
     void Deactivate() { DoDeactivate(); }
     bool IsLoaded() const { return FIsLoaded; }

@@ -25,6 +25,7 @@ public:
     explicit TPageManagerFrame(QWidget *owner, int pagePadding = 0); // padding in pixels
 
     void SetTabPosition(TPageManagerFrameTabPosition position);
+    TPageManagerFrameNewPagePosition NewPagePosition() const { return FNewPagePosition; }
     void SetNewPagePosition(TPageManagerFrameNewPagePosition value) { FNewPagePosition = value; }
     /// Stay visible without a page.
     void SetShowWhenEmpty(bool value);

@@ -60,10 +60,10 @@ TEST_F(TMainFormTest, AConnectionBringsItsMenus)
                            "Create Procedure...", "Create Function...", "Create Event...", "-",
                            "Migrate...", "Clone...", "Create SQL Dump...", "-",
                            "Checksum Data (CRC32)...", "-", "Modify...", "Delete..."}));
-    EXPECT_EQ(
-        Entries(Find<QMenu>(Window.get(), "menQuery")),
-        (QStringList{"New", "Open...", "-", "Save", "Save As...", "-", "Duplicate", "-", "Execute",
-                     "Execute Selected", "-", "Export as CVS...", "Export as Text"}));
+    EXPECT_EQ(Entries(Find<QMenu>(Window.get(), "menQuery")),
+              (QStringList{"New", "Open...", "Reopen Closed Query", "-", "Save", "Save As...", "-",
+                           "Duplicate", "-", "Execute", "Execute Selected", "-", "Export as CVS...",
+                           "Export as Text"}));
     EXPECT_EQ(Entries(Find<QMenu>(Window.get(), "menTools")),
               (QStringList{"Execute SQL Dump...", "-", "Server", "Other"}));
     for (const char *action :

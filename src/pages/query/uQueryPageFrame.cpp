@@ -1,6 +1,5 @@
 #include "pages/query/uQueryPageFrame.h"
 
-#include "app/uAppConfig.h"
 #include "core/uDbmErrorNames.h"
 #include "model/uDbmManager.h"
 #include "pages/data/uDataFrame.h"
@@ -11,17 +10,13 @@
 #include "pages/query/uQueryPageControls.h"
 #include "shell/uAppDialogs.h"
 #include "shell/uAppMessages.h"
-#include "shell/uFileDialogs.h"
 #include "shell/uGuard.h"
 #include "support/uFormat.h"
 #include "widgets/uDropDownCombo.h"
 #include "widgets/uTextEditor.h"
-#include "widgets/uWaitCursor.h"
 
 #include <QAction>
-#include <QClipboard>
 #include <QFileInfo>
-#include <QGuiApplication>
 
 TQueryPageFrame::TQueryPageFrame(QWidget *owner) : TPageFrame(owner) {}
 
@@ -93,25 +88,6 @@ void TQueryPageFrame::DoLoad()
     DisplayResults();
     UpdateActions();
     FEditorFrame->setFocus(); // a new page was activated before it had an editor
-}
-
-void TQueryPageFrame::LoadEditor()
-{
-    FEditorFrame = New<TSqlEditorFrame>(FControls->panEditor);
-    FEditorFrame->MoveTo(FControls->panEditor);
-    FEditorFrame->Editor().setAccessibleName("SQL");
-    if (FFileName.isEmpty()) {
-        FEditorFrame->SetText(FText);
-    } else {
-        TWaitCursor::Show();
-        // While the file has not been read, nothing may be typed that could be written over it.
-        FEditorFrame->Editor().SetReadOnly(true);
-        const QString text = FFile.Load(FFileName);
-        FEditorFrame->Editor().SetReadOnly(false);
-        FEditorFrame->SetText(text);
-        FEditorFrame->Editor().SetReadOnly(FFile.IsUndecodable());
-    }
-    connect(FEditorFrame, &TEditorFrame::OnChange, this, &TQueryPageFrame::UpdateActions);
 }
 
 void TQueryPageFrame::DoActivate()
@@ -315,81 +291,9 @@ void TQueryPageFrame::UpdateActions()
     TAppMessages::SendQueryPageStatusChanged();
 }
 
-bool TQueryPageFrame::MayOverwrite()
-{
-    return !FFile.IsChangedOnDisk() ||
-           TAppDialogs::Execute(
-               TFormat::Format("The file \"%s\" was changed by another program. Overwrite it?",
-                               {FFileName}),
-               [] {});
-}
-
-void TQueryPageFrame::Save()
-{
-    if (FFileName.isEmpty()) {
-        SaveAs();
-        return;
-    }
-    if (!MayOverwrite())
-        return;
-    FEditorFrame->Editor().TrimTrailingSpaces();
-    FFile.Save(FEditorFrame->Text());
-    FEditorFrame->Editor().SetModified(false);
-    UpdateActions();
-}
-
-void TQueryPageFrame::SaveAs()
-{
-    const QFileInfo file(FFileName);
-    const TFileDialogs::TOptions options = {
-        .Folder = FFileName.isEmpty() ? TAppConfig::ReadLastQueryFolder() : file.path(),
-        .DefaultName = FFileName.isEmpty() ? QString() : file.fileName(),
-        .Extension = "sql"};
-    QString fileName;
-    if (!TFileDialogs::Save(this, options, fileName))
-        return;
-    TAppConfig::WriteLastQueryFolder(QFileInfo(fileName).path());
-    FEditorFrame->Editor().TrimTrailingSpaces();
-    FFile.SaveAs(fileName, FEditorFrame->Text());
-    FEditorFrame->Editor().SetModified(false);
-    FFileName = fileName;
-    UpdateActions();
-    DisplayStatus();
-    UpdateId("query." + fileName);
-    UpdateTitle();
-}
-
 QString TQueryPageFrame::DoGetTitle() const
 {
     return FFileName.isEmpty() ? QString("Query") : QFileInfo(FFileName).fileName();
-}
-
-// A modified page with a file is saved without asking, but never over somebody else's change and
-// never lost by a disk that refuses: then the user decides.
-bool TQueryPageFrame::DoCloseQuery()
-{
-    if (!FEditorFrame || FFileName.isEmpty() || !FEditorFrame->Editor().IsModified())
-        return true;
-    TGuard::Run([this] { Save(); });
-    FCloseAsked =
-        !FEditorFrame->Editor().IsModified() ||
-        TAppDialogs::Execute(
-            TFormat::Format("\"%s\" is not saved. Close it all the same?", {FFileName}), [] {});
-    return FCloseAsked;
-}
-
-void TQueryPageFrame::DoUnload()
-{
-    if (!FCloseAsked)
-        DoCloseQuery();
-    DetachResult();
-    if (FEditorFrame)
-        FEditorFrame->disconnect(this);
-}
-
-QString TQueryPageFrame::GetText() const
-{
-    return FEditorFrame ? FEditorFrame->Text() : FText;
 }
 
 int TQueryPageFrame::GetResultHeight() const
@@ -402,12 +306,6 @@ QString TQueryPageFrame::GetUsedDatabaseName() const
     if (!FEditorFrame)
         return FUsedDatabaseName;
     return FControls->cbxUse->currentIndex() >= 1 ? FControls->cbxUse->currentText() : QString();
-}
-
-void TQueryPageFrame::PasteText(const QString &text)
-{
-    QGuiApplication::clipboard()->setText(text);
-    FEditorFrame->PasteText(text);
 }
 
 QAction *TQueryPageFrame::GetSaveAction() const

@@ -33,11 +33,24 @@ public:
                             const QString &usedDatabaseName);
 
     QString GetText() const;
+    /// Whether the text, or a change of it, stands in no file.
+    bool IsUnsaved() const;
+    /// Changes of the file's text that a crash kept from being saved; before the page loads.
+    void RestoreUnsavedText(const QString &text);
+    /// Another number after each change of the text.
+    int Revision() const { return FRevision; }
     QString GetFileName() const { return FFileName; }
     int GetResultHeight() const;
     QString GetUsedDatabaseName() const;
     /// Puts the text on the clipboard and pastes it at the caret.
     void PasteText(const QString &text);
+
+    /// Called when the page is about to go with a text that no file has. No signal, since what it
+    /// raises keeps the page open.
+    void SetOnDropText(std::function<void(const QString &text)> event)
+    {
+        FOnDropText = std::move(event);
+    }
 
     QAction *GetSaveAction() const;
     QAction *GetSaveAsAction() const;
@@ -62,6 +75,7 @@ protected:
     void DoCreate() override;
     void DoLoad() override;
     void DoUnload() override;
+    void DoDestroy() override;
     void DoActivate() override;
 
 private:
@@ -86,10 +100,16 @@ private:
     void Save();
     void SaveAs();
     bool MayOverwrite();
+    bool SaveBeforeClose();
+    void DropText();
 
     TDbmManager *FManager = nullptr;
     QString FFileName;
     QString FText;
+    QString FUnsavedText; // null when there is none
+    int FRevision = 0;
+    int FDroppedRevision = -1;
+    std::function<void(const QString &text)> FOnDropText;
     QString FUsedDatabaseName;
     int FResultHeight = 0;
     TTextDocumentFile FFile;

@@ -1,0 +1,98 @@
+#include "shell/uAppManagerSessionUtils.h"
+
+#include "app/uAppSession.h"
+#include "pages/query/uQueryPageFrame.h"
+#include "shell/uAppManagerPageUtils.h"
+#include "shell/uGuard.h"
+#include "shell/uPageManagerFrame.h"
+
+#include <QFileInfo>
+
+namespace {
+
+const QString Pages = QStringLiteral("pages");
+
+QString PagePath(int index)
+{
+    return Pages + ".page_" + QString::number(index);
+}
+
+} // namespace
+
+TAppManagerSessionUtils::TAppManagerSessionUtils(TAppSession *session,
+                                                 TPageManagerFrame *pageManager,
+                                                 TAppManagerPageUtils *pageUtils)
+    : FSession(session), FPageManagerFrame(pageManager), FPageUtils(pageUtils)
+{}
+
+void TAppManagerSessionUtils::Read()
+{
+    const auto position = FPageManagerFrame->NewPagePosition();
+    FPageManagerFrame->SetNewPagePosition(nppLast);
+    FPageManagerFrame->CloseAllPages();
+    bool anyActive = false;
+    const int count = FSession->Config().GetChildCount(Pages);
+    for (int i = 0; i < count; ++i)
+        // One page that fails to open must not take the others with it.
+        TGuard::Run([&] { anyActive = ReadPage(PagePath(i)) || anyActive; });
+    if (!anyActive && FPageManagerFrame->PageCount() > 0)
+        TGuard::Run([&] { FPageManagerFrame->SetActivePageIndex(0); });
+    FPageManagerFrame->SetNewPagePosition(position);
+}
+
+bool TAppManagerSessionUtils::ReadPage(const QString &path)
+{
+    const QString word = FSession->Config().GetValue(path, "id", QString());
+    const bool active = FSession->Config().GetValue(path, "active", false);
+    if (word == "query")
+        ReadQuery(path, active);
+    return active;
+}
+
+void TAppManagerSessionUtils::ReadQuery(const QString &path, bool active)
+{
+    const TConfig &config = FSession->Config();
+    const QString fileName = config.GetValue(path, "filename", QString(), true);
+    const QString text = config.GetValue(path, "text", QString(), true);
+    const QString database = config.GetValue(path, "used_database_name", QString(), true);
+    const int height = config.GetValue(path, "result_height", 0);
+    if (fileName.isEmpty()) {
+        FPageUtils->ShowQueryFromText(text, database, height, active);
+        return;
+    }
+    const QString unsaved = config.GetValue(path, "unsaved_text", QString(), true);
+    if (unsaved.isEmpty())
+        FPageUtils->ShowQueryFromFile(fileName, database, height, active);
+    else if (!QFileInfo(fileName).isFile())
+        FPageUtils->ShowQueryFromText(unsaved, database, height, active);
+    else
+        FPageUtils->RestoreUnsavedText(fileName, unsaved, database, height, active);
+}
+
+void TAppManagerSessionUtils::Write()
+{
+    FSession->Config().ClearNode(Pages);
+    int count = 0;
+    for (int i = 0; i < FPageManagerFrame->PageCount(); ++i)
+        if (WritePage(FPageManagerFrame->GetPageByIndex(i), PagePath(count)))
+            ++count;
+}
+
+bool TAppManagerSessionUtils::WritePage(TPageFrame *page, const QString &path)
+{
+    const auto *query = qobject_cast<TQueryPageFrame *>(page);
+    if (!query)
+        return false;
+    TConfig &config = FSession->Config();
+    config.SetValue(path, "id", QStringLiteral("query"));
+    config.SetValue(path, "active", FPageManagerFrame->ActivePage() == page);
+    if (query->GetFileName().isEmpty())
+        config.SetValue(path, "text", query->GetText(), true);
+    else
+        config.SetValue(path, "filename", query->GetFileName(), true);
+    if (query->IsUnsaved() && !query->GetFileName().isEmpty())
+        config.SetValue(path, "unsaved_text", query->GetText(), true);
+    config.SetValue(path, "used_database_name", query->GetUsedDatabaseName(), true);
+    config.SetValue(path, "result_height", query->GetResultHeight());
+    return true;
+}
