@@ -5,6 +5,7 @@ import files
 import grids
 import profiles
 import queries
+import sessions
 import windows
 
 SCENES = (
@@ -35,5 +36,7 @@ SCENES = (
     ("A connection to one database", windows.one_database),
     ("Closing the connection", windows.close_connection),
     ("What is remembered", windows.remembered),
+    ("A closed query is opened again", sessions.reopen),
+    ("A workbench that is killed", sessions.killed),
     ("The end", windows.leave),
 )

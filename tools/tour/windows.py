@@ -15,7 +15,7 @@ MENUS = {
         "-Create SQL Dump...", "-Checksum Data (CRC32)...", "-Modify...", "-Delete...",
     ],
     "Query": [
-        "New", "Open...", "-Save", "-Save As...", "-Duplicate", "-Execute", "-Execute Selected",
+        "New", "Open...", "-Reopen Closed Query", "-Save", "-Save As...", "-Duplicate", "-Execute", "-Execute Selected",
         "-Export as CVS...", "-Export as Text",
     ],
     "Tools": ["-Execute SQL Dump...", "Server", "Other"],
