@@ -16,16 +16,12 @@
 #include <QApplication>
 #include <QFileInfo>
 
-namespace {
-
 // Boxes and dialogs stand on the window that asked, which may be a dialog itself.
-QWidget *Owner()
+QWidget *TAppDialogs::Owner()
 {
     QWidget *modal = QApplication::activeModalWidget();
     return modal ? modal : TAppUtils::Instance().MainWindow();
 }
-
-} // namespace
 
 bool TAppDialogs::Execute(const QString &question, const std::function<void()> &action)
 {

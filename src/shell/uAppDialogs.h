@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 
+class QWidget;
 class TAppProfile;
 class TDbmManager;
 
@@ -28,4 +29,35 @@ public:
     static void About();
     static bool SelectDatabase(TDbmManager &manager, QString &name);
     static bool SelectCharset(TDbmManager &manager, QString &name);
+
+    /// Rename and delete do the change; an object that is no longer there is not asked about.
+    static bool RenameTable(TDbmManager &manager, const QString &databaseName, QString &newName,
+                            const QString &tableName);
+    static bool RenameView(TDbmManager &manager, const QString &databaseName, QString &newName,
+                           const QString &viewName);
+    static bool RenameRoutine(TDbmManager &manager, const QString &databaseName, QString &newName,
+                              const QString &routineName);
+    static bool RenameEvent(TDbmManager &manager, const QString &databaseName, QString &newName,
+                            const QString &eventName);
+
+    static bool DeleteDatabase(TDbmManager &manager, const QString &databaseName);
+    static bool DeleteTable(TDbmManager &manager, const QString &databaseName,
+                            const QString &tableName);
+    static bool DeleteView(TDbmManager &manager, const QString &databaseName,
+                           const QString &viewName);
+    static bool DeleteRoutine(TDbmManager &manager, const QString &databaseName,
+                              const QString &routineName);
+    static bool DeleteEvent(TDbmManager &manager, const QString &databaseName,
+                            const QString &eventName);
+    static bool DeleteField(TDbmManager &manager, const QString &databaseName,
+                            const QString &tableName, const QString &fieldName);
+    static bool DeleteIndex(TDbmManager &manager, const QString &databaseName,
+                            const QString &tableName, const QString &indexName);
+    static bool DeleteReference(TDbmManager &manager, const QString &databaseName,
+                                const QString &tableName, const QString &referenceName);
+    static bool DeleteTrigger(TDbmManager &manager, const QString &databaseName,
+                              const QString &tableName, const QString &triggerName);
+
+private:
+    static QWidget *Owner();
 };

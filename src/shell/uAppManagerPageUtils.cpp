@@ -1,6 +1,7 @@
 #include "shell/uAppManagerPageUtils.h"
 
 #include "model/uDbmManager.h"
+#include "model/uDbmRoutineList.h"
 #include "pages/query/uEditorPageFrame.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "shell/uPageManagerFrame.h"
@@ -74,6 +75,35 @@ void TAppManagerPageUtils::HookQueryPage(TQueryPageFrame *page)
     QObject::connect(page, &TQueryPageFrame::OnExportAsText, page, [this, page] {
         ShowExportQueryAsText(page->GetExecutedText(), page->GetExecResult());
     });
+}
+
+void TAppManagerPageUtils::ShowRoutine(const QString &databaseName, const QString &routineName,
+                                       bool activate)
+{
+    QString text;
+    std::shared_ptr<TDbmRoutineItem> routine;
+    if (FManager->TryGetRoutine(databaseName, routineName, routine)) {
+        const TDbmRoutineEntity &entity = routine->Entity();
+        TDbmFormatters &formatters = FManager->Formatters();
+        text = QStringList{formatters.Routines().FormatDelete(databaseName, entity) + ';', "",
+                           formatters.Other().FormatDelimiter("$$"), "",
+                           formatters.Routines().FormatCreate(databaseName, entity,
+                                                              routine->Params().GetValue())}
+                   .join("\r\n");
+    }
+    ShowQueryFromText(text, databaseName, 0, activate);
+}
+
+void TAppManagerPageUtils::ShowCreateRoutineQuery(const QString &databaseName,
+                                                  TDbmRoutineType routineType, bool activate)
+{
+    TDbmRoutineEntity entity;
+    entity.RoutineType = routineType;
+    entity.Definition = "BEGIN\r\n\r\nEND";
+    TDbmFormatters &formatters = FManager->Formatters();
+    const QStringList lines = {formatters.Other().FormatDelimiter("$$"), "",
+                               formatters.Routines().FormatCreate(databaseName, entity, {})};
+    ShowQueryFromText(lines.join("\r\n"), databaseName, 0, activate);
 }
 
 void TAppManagerPageUtils::ShowExportQueryAsText(const QString &sql,

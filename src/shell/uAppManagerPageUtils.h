@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/uDbmEntityTypes.h"
+
 #include <QIcon>
 #include <QString>
 #include <functional>
@@ -37,6 +39,10 @@ public:
     {
         FOnDropText = std::move(event);
     }
+    /// A query page that drops the routine and makes it again; without text when it is unknown.
+    void ShowRoutine(const QString &databaseName, const QString &routineName, bool activate);
+    void ShowCreateRoutineQuery(const QString &databaseName, TDbmRoutineType routineType,
+                                bool activate);
     void ShowExportQueryAsText(const QString &sql, const TDbmCommandExecQueryResult &execResult);
     void ShowPanelEditor(const QString &caption, const QString &fileNameOrText, bool useFileName,
                          bool readOnly);

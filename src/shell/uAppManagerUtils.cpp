@@ -5,6 +5,17 @@
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppMessages.h"
 
+namespace {
+
+/// Pages are renamed or closed by the time the redraw comes.
+bool Redraw()
+{
+    TAppMessages::SendRedrawUI();
+    return true;
+}
+
+} // namespace
+
 TAppManagerUtils::TAppManagerUtils(TDbmManager *manager, TAppManagerPageUtils *pageUtils)
     : FManager(manager), FPageUtils(pageUtils)
 {}
@@ -33,4 +44,119 @@ void TAppManagerUtils::OpenQuery()
     QString fileName;
     if (TAppDialogs::OpenSqlFile(fileName))
         FPageUtils->ShowQueryFromFile(fileName, {}, 0, true);
+}
+
+bool TAppManagerUtils::NeedDatabase(QString &databaseName)
+{
+    return !databaseName.isEmpty() || TAppDialogs::SelectDatabase(*FManager, databaseName);
+}
+
+bool TAppManagerUtils::CreateRoutine(TDbmRoutineType routineType, const QString &databaseName)
+{
+    QString database = databaseName;
+    if (!NeedDatabase(database))
+        return false;
+    FPageUtils->ShowCreateRoutineQuery(database, routineType, true);
+    return true;
+}
+
+bool TAppManagerUtils::DeleteDatabase(const QString &databaseName)
+{
+    QString database = databaseName;
+    if (!NeedDatabase(database) || !TAppDialogs::DeleteDatabase(*FManager, database))
+        return false;
+    return Redraw();
+}
+
+bool TAppManagerUtils::RenameTable(const QString &databaseName, const QString &tableName)
+{
+    QString newName;
+    if (!TAppDialogs::RenameTable(*FManager, databaseName, newName, tableName))
+        return false;
+    TAppMessages::SendTableRenamed(FManager, databaseName, tableName, newName);
+    return Redraw();
+}
+
+bool TAppManagerUtils::RenameView(const QString &databaseName, const QString &viewName)
+{
+    QString newName;
+    if (!TAppDialogs::RenameView(*FManager, databaseName, newName, viewName))
+        return false;
+    TAppMessages::SendViewRenamed(FManager, databaseName, viewName, newName);
+    return Redraw();
+}
+
+bool TAppManagerUtils::RenameRoutine(const QString &databaseName, const QString &routineName)
+{
+    QString newName;
+    if (!TAppDialogs::RenameRoutine(*FManager, databaseName, newName, routineName))
+        return false;
+    TAppMessages::SendRoutineRenamed(FManager, databaseName, routineName, newName);
+    return Redraw();
+}
+
+bool TAppManagerUtils::RenameEvent(const QString &databaseName, const QString &eventName)
+{
+    QString newName;
+    if (!TAppDialogs::RenameEvent(*FManager, databaseName, newName, eventName))
+        return false;
+    TAppMessages::SendEventRenamed(FManager, databaseName, eventName, newName);
+    return Redraw();
+}
+
+bool TAppManagerUtils::DeleteTable(const QString &databaseName, const QString &tableName)
+{
+    if (!TAppDialogs::DeleteTable(*FManager, databaseName, tableName))
+        return false;
+    TAppMessages::SendTableDeleted(FManager, databaseName, tableName);
+    return Redraw();
+}
+
+bool TAppManagerUtils::DeleteView(const QString &databaseName, const QString &viewName)
+{
+    if (!TAppDialogs::DeleteView(*FManager, databaseName, viewName))
+        return false;
+    TAppMessages::SendViewDeleted(FManager, databaseName, viewName);
+    return Redraw();
+}
+
+bool TAppManagerUtils::DeleteRoutine(const QString &databaseName, const QString &routineName)
+{
+    if (!TAppDialogs::DeleteRoutine(*FManager, databaseName, routineName))
+        return false;
+    TAppMessages::SendRoutineDeleted(FManager, databaseName, routineName);
+    return Redraw();
+}
+
+bool TAppManagerUtils::DeleteEvent(const QString &databaseName, const QString &eventName)
+{
+    if (!TAppDialogs::DeleteEvent(*FManager, databaseName, eventName))
+        return false;
+    TAppMessages::SendEventDeleted(FManager, databaseName, eventName);
+    return Redraw();
+}
+
+bool TAppManagerUtils::DeleteField(const QString &databaseName, const QString &tableName,
+                                   const QString &fieldName)
+{
+    return TAppDialogs::DeleteField(*FManager, databaseName, tableName, fieldName) && Redraw();
+}
+
+bool TAppManagerUtils::DeleteIndex(const QString &databaseName, const QString &tableName,
+                                   const QString &indexName)
+{
+    return TAppDialogs::DeleteIndex(*FManager, databaseName, tableName, indexName) && Redraw();
+}
+
+bool TAppManagerUtils::DeleteReference(const QString &databaseName, const QString &tableName,
+                                       const QString &referenceName)
+{
+    return TAppDialogs::DeleteReference(*FManager, databaseName, tableName, referenceName) &&
+           Redraw();
+}
+
+bool TAppManagerUtils::DeleteTrigger(const QString &databaseName, const QString &tableName,
+                                     const QString &triggerName)
+{
+    return TAppDialogs::DeleteTrigger(*FManager, databaseName, tableName, triggerName) && Redraw();
 }

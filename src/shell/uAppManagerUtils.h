@@ -1,11 +1,14 @@
 #pragma once
 
+#include "model/uDbmEntityTypes.h"
+
 #include <QString>
 
 class TAppManagerPageUtils;
 class TDbmManager;
 
 /// The user-level operations of a workspace: each runs a dialog, then tells the bus what changed.
+/// Those that give a result give whether the user went through with it.
 class TAppManagerUtils
 {
 public:
@@ -17,8 +20,29 @@ public:
     void SelectSchema(const QString &databaseName);
     void NewQuery();
     void OpenQuery();
+    /// A query page with the frame of a new routine. Without a name the database is asked for, here
+    /// and below.
+    bool CreateRoutine(TDbmRoutineType routineType, const QString &databaseName = {});
+    bool DeleteDatabase(const QString &databaseName = {});
+    bool RenameTable(const QString &databaseName, const QString &tableName);
+    bool RenameView(const QString &databaseName, const QString &viewName);
+    bool RenameRoutine(const QString &databaseName, const QString &routineName);
+    bool RenameEvent(const QString &databaseName, const QString &eventName);
+    bool DeleteTable(const QString &databaseName, const QString &tableName);
+    bool DeleteView(const QString &databaseName, const QString &viewName);
+    bool DeleteRoutine(const QString &databaseName, const QString &routineName);
+    bool DeleteEvent(const QString &databaseName, const QString &eventName);
+    bool DeleteField(const QString &databaseName, const QString &tableName,
+                     const QString &fieldName);
+    bool DeleteIndex(const QString &databaseName, const QString &tableName,
+                     const QString &indexName);
+    bool DeleteReference(const QString &databaseName, const QString &tableName,
+                         const QString &referenceName);
+    bool DeleteTrigger(const QString &databaseName, const QString &tableName,
+                       const QString &triggerName);
 
 private:
+    bool NeedDatabase(QString &databaseName);
     TDbmManager *FManager;
     TAppManagerPageUtils *FPageUtils;
 };

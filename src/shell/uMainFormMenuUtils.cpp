@@ -35,11 +35,12 @@ TAppUtils &App()
     return TAppUtils::Instance();
 }
 
-std::function<void()> OnManager(void (TAppManagerUtils::*operation)())
+template <typename TOperation>
+std::function<void()> OnManager(TOperation operation)
 {
     return [operation] {
         if (TManagerFrame *manager = App().GetActiveManager())
-            (manager->Utils().*operation)();
+            std::invoke(operation, manager->Utils());
     };
 }
 
@@ -105,15 +106,18 @@ const std::vector<TMainFormMenuUtils::TActionRow> &TMainFormMenuUtils::Rows()
         {"Schema", "actSchemaOpen", "Open", mcConnection, {}, true},
         {"Schema", "actSchemaCreateTable", "Create Table...", mcConnection, {}, true},
         {"Schema", "actSchemaCreateView", "Create View...", mcConnection},
-        {"Schema", "actSchemaCreateProcedure", "Create Procedure...", mcConnection},
-        {"Schema", "actSchemaCreateFunction", "Create Function...", mcConnection},
+        {"Schema", "actSchemaCreateProcedure", "Create Procedure...", mcConnection,
+         OnManager([](TAppManagerUtils &utils) { utils.CreateRoutine(rtProcedure); })},
+        {"Schema", "actSchemaCreateFunction", "Create Function...", mcConnection,
+         OnManager([](TAppManagerUtils &utils) { utils.CreateRoutine(rtFunction); })},
         {"Schema", "actSchemaCreateEvent", "Create Event...", mcConnection},
         {"Schema", "actSchemaMigrate", "Migrate...", mcConnection, {}, true},
         {"Schema", "actSchemaClone", "Clone...", mcConnection},
         {"Schema", "actSchemaCreateSqlDump", "Create SQL Dump...", mcConnection},
         {"Schema", "actSchemaChecksumData", "Checksum Data (CRC32)...", mcConnection, {}, true},
         {"Schema", "actSchemaUpdate", "Modify...", mcConnection, {}, true},
-        {"Schema", "actSchemaDelete", "Delete...", mcServerConnection},
+        {"Schema", "actSchemaDelete", "Delete...", mcServerConnection,
+         OnManager([](TAppManagerUtils &utils) { utils.DeleteDatabase(); })},
 
         {"Query",
          "actQueryNew",

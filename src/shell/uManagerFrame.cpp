@@ -3,6 +3,7 @@
 #include "app/uAppPathUtils.h"
 #include "app/uAppSession.h"
 #include "model/uDbmManager.h"
+#include "pages/tree/uManagerObjectsFrame.h"
 #include "shell/uAppDialogs.h"
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppManagerSessionUtils.h"
@@ -12,12 +13,20 @@
 #include "shell/uManagerJournal.h"
 #include "shell/uPageManagerFrame.h"
 #include "support/uException.h"
+#include "support/uStringUtils.h"
 #include "widgets/uLayoutStore.h"
 
 #include <QLabel>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTabWidget>
 #include <QVBoxLayout>
+
+namespace {
+
+constexpr int MaxToolTip = 1000; // characters of a statement
+
+} // namespace
 
 TManagerFrame::TManagerFrame(QWidget *owner) : TPageFrame(owner) {}
 
@@ -50,10 +59,10 @@ void TManagerFrame::BuildLayout()
     column->setSpacing(0);
     splMain = new QSplitter(Qt::Horizontal, this);
     splMain->setObjectName("splMain");
-    // Empty and out of sight until a panel moves in.
-    panPanels = new QWidget(splMain);
+    panPanels = new QTabWidget(splMain);
     panPanels->setObjectName("panPanels");
-    panPanels->hide();
+    panPanels->setDocumentMode(true);
+    panPanels->setTabBarAutoHide(true);
     panPages = new QWidget(splMain);
     panPages->setObjectName("panPages");
     labHint = new QLabel("Ctrl+N opens a new query, Ctrl+O a query file.", panPages);
@@ -64,6 +73,7 @@ void TManagerFrame::BuildLayout()
     (new QVBoxLayout(panPages))->setContentsMargins(0, 0, 0, 0);
     panPages->layout()->addWidget(labHint);
     splMain->setStretchFactor(1, 1);
+    splMain->setSizes({fontMetrics().averageCharWidth() * 42, width()});
     column->addWidget(splMain, 1);
 
     auto *statusBar = new QStatusBar(this);
@@ -77,6 +87,11 @@ void TManagerFrame::BuildLayout()
         label->setTextFormat(Qt::PlainText);
         statusBar->addWidget(label);
     }
+    labNotRead = new QLabel(statusBar);
+    labNotRead->setObjectName("labNotRead");
+    labNotRead->setTextFormat(Qt::PlainText);
+    labNotRead->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    statusBar->addWidget(labNotRead, 1);
     column->addWidget(statusBar);
 }
 
@@ -91,10 +106,20 @@ void TManagerFrame::DoLoad()
     });
     FPageUtils = std::make_unique<TAppManagerPageUtils>(FManager.get(), FPageManagerFrame);
     FUtils = std::make_unique<TAppManagerUtils>(FManager.get(), FPageUtils.get());
+    LoadPanels();
     TLayoutStore::Remember(splMain, "workspace.splitter");
     FillStatusBar();
     UpdateHint();
     TGuard::Run([this] { OpenSession(); });
+}
+
+void TManagerFrame::LoadPanels()
+{
+    auto *page = new QWidget(panPanels);
+    FObjectsFrame = New<TManagerObjectsFrame>(page);
+    FObjectsFrame->MoveTo(page);
+    FObjectsFrame->Initialize(FManager.get(), FUtils.get(), FPageUtils.get());
+    panPanels->addTab(page, "Objects");
 }
 
 // A profile that was never stored has no session.
@@ -107,14 +132,21 @@ void TManagerFrame::OpenSession()
     FSession = std::move(session);
     FSessionUtils = std::make_unique<TAppManagerSessionUtils>(FSession.get(), FPageManagerFrame,
                                                               FPageUtils.get());
-    FJournal = std::make_unique<TManagerJournal>(FSession.get(), FSessionUtils.get(),
-                                                 FPageManagerFrame, FPageUtils.get());
+    FJournal = std::make_unique<TManagerJournal>(FSession.get(), FPageManagerFrame,
+                                                 FPageUtils.get(), [this] { WriteSession(); });
+    FObjectsFrame->ReadSession(*FSession);
     FSessionUtils->Read();
     FJournal->Start();
     if (!FSession->DamagedFile().isEmpty())
         throw EException("What was kept of this workspace could not be read. The damaged file is "
                          "kept as \"" +
                          FSession->DamagedFile() + "\".");
+}
+
+void TManagerFrame::WriteSession()
+{
+    FObjectsFrame->WriteSession(*FSession);
+    FSessionUtils->Write();
 }
 
 // Ahead of the pages, so that the user can still turn back when the disk refuses.
@@ -134,7 +166,7 @@ void TManagerFrame::CloseSession()
     FJournal->Stop();
     FJournal->SetWorkspaceClosing(true);
     TGuard::Run([this] {
-        FSessionUtils->Write();
+        WriteSession();
         FSession->Close();
     });
 }
@@ -144,6 +176,13 @@ void TManagerFrame::HookManager()
     FManager->SetOnCommandBeforeExecute([this](TDbmManager *, const QString &commandText) {
         Q_EMIT OnCommandBeforeExecute(commandText);
     });
+    // A list that cannot be read is empty, without a box in the user's way; but it must be seen
+    // that it is not the server that has nothing.
+    FManager->Commands().SetOnCommandNotExecuted(
+        [this](TDbmChildCommands *, const QString &message, const QString &command) {
+            labNotRead->setText("Not read: " + TStringUtils::Compact(message));
+            labNotRead->setToolTip(message + "\n---\n" + command.left(MaxToolTip));
+        });
 }
 
 void TManagerFrame::FillStatusBar()
@@ -162,6 +201,8 @@ void TManagerFrame::UpdateHint()
 
 void TManagerFrame::DoProcess()
 {
+    // A server that does not tell its objects must not keep the pages from being drawn.
+    TGuard::Run([this] { FObjectsFrame->Process(); });
     FPageManagerFrame->Process();
 }
 
@@ -181,6 +222,7 @@ void TManagerFrame::DoUnload()
 {
     // The pages that go tell nobody: their texts are in the session already.
     CloseSession();
+    FObjectsFrame->PrepareDestroy();
     FPageManagerFrame->PrepareDestroy();
     FPageManagerFrame->disconnect(this);
     FJournal.reset();
@@ -194,6 +236,8 @@ void TManagerFrame::DoUnload()
 
 void TManagerFrame::RefreshManager()
 {
+    labNotRead->clear();
+    labNotRead->setToolTip({});
     FManager->RequestProcess();
     RequestProcess();
     Process();

@@ -6,12 +6,14 @@
 
 class QLabel;
 class QSplitter;
+class QTabWidget;
 class TAppManagerPageUtils;
 class TAppManagerSessionUtils;
 class TAppManagerUtils;
 class TAppSession;
 class TDbmManager;
 class TManagerJournal;
+class TManagerObjectsFrame;
 class TPageManagerFrame;
 
 /// The workspace of one connection: an area for panels at the left, the tabs of its pages at the
@@ -56,7 +58,9 @@ protected:
 private:
     void BuildLayout();
     void HookManager();
+    void LoadPanels();
     void OpenSession();
+    void WriteSession();
     bool SaveSession();
     void CloseSession();
     void UpdateHint();
@@ -72,9 +76,11 @@ private:
     std::unique_ptr<TAppManagerSessionUtils> FSessionUtils;
     std::unique_ptr<TManagerJournal> FJournal;
     QSplitter *splMain = nullptr;
-    QWidget *panPanels = nullptr;
+    QTabWidget *panPanels = nullptr;
+    TManagerObjectsFrame *FObjectsFrame = nullptr; // child widget
     QWidget *panPages = nullptr;
     QLabel *labHint = nullptr;
     QLabel *labProfile = nullptr;
     QLabel *labServerVersion = nullptr;
+    QLabel *labNotRead = nullptr; // the last read that failed
 };

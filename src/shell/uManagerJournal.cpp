@@ -3,7 +3,6 @@
 #include "app/uAppSession.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "shell/uAppManagerPageUtils.h"
-#include "shell/uAppManagerSessionUtils.h"
 #include "shell/uAppMessages.h"
 #include "shell/uGuard.h"
 #include "shell/uPageManagerFrame.h"
@@ -14,10 +13,11 @@ constexpr int Interval = 3000; // milliseconds; what a crash can take at most
 
 } // namespace
 
-TManagerJournal::TManagerJournal(TAppSession *session, TAppManagerSessionUtils *sessionUtils,
-                                 TPageManagerFrame *pageManager, TAppManagerPageUtils *pageUtils)
-    : FSession(session), FSessionUtils(sessionUtils), FPageManagerFrame(pageManager),
-      FPageUtils(pageUtils)
+TManagerJournal::TManagerJournal(TAppSession *session, TPageManagerFrame *pageManager,
+                                 TAppManagerPageUtils *pageUtils,
+                                 std::function<void()> writeSession)
+    : FSession(session), FPageManagerFrame(pageManager), FPageUtils(pageUtils),
+      FWriteSession(std::move(writeSession))
 {}
 
 void TManagerJournal::Start()
@@ -47,7 +47,7 @@ void TManagerJournal::Write()
     const QString state = State();
     if (state == FWrittenState)
         return;
-    FSessionUtils->Write();
+    FWriteSession();
     FSession->SaveJournal();
     FWrittenState = state;
 }

@@ -2,9 +2,9 @@
 
 #include <QString>
 #include <QTimer>
+#include <functional>
 
 class TAppManagerPageUtils;
-class TAppManagerSessionUtils;
 class TAppSession;
 class TPageManagerFrame;
 
@@ -13,8 +13,9 @@ class TPageManagerFrame;
 class TManagerJournal
 {
 public:
-    TManagerJournal(TAppSession *session, TAppManagerSessionUtils *sessionUtils,
-                    TPageManagerFrame *pageManager, TAppManagerPageUtils *pageUtils); // not owned
+    /// `writeSession` writes the workspace's state into the session. The others are not owned.
+    TManagerJournal(TAppSession *session, TPageManagerFrame *pageManager,
+                    TAppManagerPageUtils *pageUtils, std::function<void()> writeSession);
 
     /// From now on texts that pages drop are kept and the journal follows every change.
     void Start();
@@ -35,9 +36,9 @@ private:
     QString State() const;
 
     TAppSession *FSession;
-    TAppManagerSessionUtils *FSessionUtils;
     TPageManagerFrame *FPageManagerFrame;
     TAppManagerPageUtils *FPageUtils;
+    const std::function<void()> FWriteSession;
     QTimer FTimer;
     QString FWrittenState;
     bool FFailed = false;

@@ -145,12 +145,12 @@ TEST_F(TMainFormTest, RefreshReadsAnewWhatIsLookedAt)
     int statements = 0;
     QObject::connect(&workspace, &TManagerFrame::OnCommandBeforeExecute, &workspace,
                      [&] { ++statements; });
-    TDbmDatabaseList &databases = workspace.Manager().Databases();
-    databases.Count();
+    workspace.Manager().Charsets().Count();
+    EXPECT_EQ(statements, 1);
     Trigger("actRefresh");
-    EXPECT_EQ(statements, 1) << "a refresh only marks";
-    databases.Count();
-    EXPECT_EQ(statements, 2);
+    EXPECT_EQ(statements, 2) << "the databases, which are on the screen; the rest is marked";
+    workspace.Manager().Charsets().Count();
+    EXPECT_EQ(statements, 3);
 }
 
 TEST_F(TMainFormTest, ACharsetIsChosenFromTheServersList)
@@ -162,9 +162,16 @@ TEST_F(TMainFormTest, ACharsetIsChosenFromTheServersList)
         EXPECT_GT(list->model()->rowCount(), 20);
         TGuiTools::Click(form, "butOK");
     });
+    const auto session = [&] {
+        QString number;
+        workspace.Manager().Command().ExecuteQuery(
+            "SELECT CONNECTION_ID() AS id",
+            [&](TDataSet *rows) { number = rows->FieldByName("id").DisplayText(); });
+        return number;
+    };
+    const QString before = session();
     Trigger("actToolsCharset");
-    EXPECT_FALSE(workspace.Manager().Provider().Connection().Connected())
-        << "the session is dropped and comes back with the next statement";
+    EXPECT_NE(session(), before) << "the session is dropped and comes back by itself";
 }
 
 TEST_F(TMainFormTest, AboutTellsTheVersion)

@@ -1,0 +1,326 @@
+#include "pages/tree/uManagerObjectsFrame.h"
+
+#include "model/uDbmManager.h"
+#include "pages/query/uQueryPageFrame.h"
+#include "shell/uManagerFrame.h"
+#include "shell/uWorkbenchFixture.h"
+#include "uTcpProxy.h"
+#include "widgets/uDropDownCombo.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+class TObjectsFrameTest : public TWorkbenchTest
+{
+protected:
+    TObjectsFrameTest()
+    {
+        for (const char *sql :
+             {"CREATE TABLE cities (id INT PRIMARY KEY, name VARCHAR(20), KEY by_name (name))",
+              "CREATE TABLE streets (id INT PRIMARY KEY, city_id INT, CONSTRAINT in_city FOREIGN "
+              "KEY (city_id) REFERENCES cities (id))",
+              "CREATE TRIGGER on_city BEFORE INSERT ON cities FOR EACH ROW SET NEW.name = 'x'",
+              "CREATE VIEW names AS SELECT name FROM cities", "CREATE PROCEDURE tidy () SELECT 1",
+              "CREATE FUNCTION two () RETURNS INT RETURN 2",
+              "CREATE EVENT nightly ON SCHEDULE EVERY 1 DAY DO SELECT 1"})
+            Exec(sql);
+    }
+
+    TManagerObjectsFrame &Open(const QString &bound = {}) { return Open(Profile(bound)); }
+
+    TManagerObjectsFrame &Open(const TDbmConnectionProfile &profile)
+    {
+        TManagerFrame &workspace = OpenWorkspaceOn(profile);
+        FStatements = 0;
+        QObject::connect(&workspace, &TManagerFrame::OnCommandBeforeExecute, &workspace,
+                         [this] { ++FStatements; });
+        auto *frame = workspace.findChild<TManagerObjectsFrame *>();
+        FTree = Find<TVTTreeView>(frame, "lvTree");
+        FData = FTree->findChild<TVTDataManager *>();
+        return *frame;
+    }
+
+    TManagerObjectsFrame &OpenDatabase()
+    {
+        TManagerObjectsFrame &frame = Open();
+        frame.SelectDatabase(Database().Name());
+        return frame;
+    }
+
+    static QStringList Captions(const TVTDataList &list)
+    {
+        QStringList captions;
+        for (int i = 0; i < list.Count(); ++i)
+            captions += list.Items(i)->Caption();
+        return captions;
+    }
+
+    /// By captions from the root; a folder's without its count. Throws when there is none.
+    TVTDataItem &Node(const QStringList &path)
+    {
+        TVTDataList *list = FData->DataList();
+        TVTDataItem *item = nullptr;
+        for (const QString &caption : path) {
+            item = nullptr;
+            for (int i = 0; i < list->Count(); ++i)
+                if (list->Items(i)->Caption().section(" (", 0, 0) == caption)
+                    item = list->Items(i);
+            if (!item)
+                throw std::runtime_error("no node " + caption.toStdString());
+            list = item->DataList();
+        }
+        return *item;
+    }
+
+    void Focus(const QStringList &path) { FData->SetFocusedItem(&Node(path)); }
+
+    QStringList Menu()
+    {
+        QStringList entries;
+        for (const QAction *action : Find<QMenu>(Window.get(), "pmTree")->actions())
+            entries += action->isSeparator() ? QString("-") : action->text();
+        return entries;
+    }
+
+    void RenameBy(const QString &name)
+    {
+        Driver.Expect([name](QWidget *dialog) {
+            Find<QLineEdit>(dialog, "edName")->setText(name);
+            TGuiTools::Click(dialog, "butOK");
+        });
+    }
+
+    void Answer(const char *button)
+    {
+        Driver.Expect([button](QWidget *box) { TGuiTools::Click(box, button); });
+    }
+
+    int FStatements = 0;
+    TVTTreeView *FTree = nullptr;
+    TVTDataManager *FData = nullptr;
+};
+
+TEST_F(TObjectsFrameTest, DrawsADatabaseAndReadsOnlyWhatIsOpened)
+{
+    TManagerObjectsFrame &frame = Open();
+    EXPECT_EQ(frame.SelectedDatabase(), QString());
+    EXPECT_FALSE(FTree->isVisible());
+    frame.SelectDatabase(Database().Name());
+    EXPECT_EQ(
+        Captions(*FData->DataList()),
+        (QStringList{"Tables (2)", "Views (1)", "Procedures (1)", "Functions (1)", "Events (1)"}));
+    EXPECT_TRUE(Node({"Tables"}).IsExpanded());
+    EXPECT_EQ(Captions(*Node({"Tables"}).DataList()), (QStringList{"cities", "streets"}));
+    EXPECT_EQ(Captions(*Node({"Functions"}).DataList()), QStringList{"two"});
+
+    const int before = FStatements;
+    EXPECT_TRUE(Node({"Tables", "cities"}).HasChildren()) << "an expander without its content";
+    EXPECT_EQ(FStatements, before);
+    Node({"Tables", "cities"}).SetExpanded(true);
+    EXPECT_GT(FStatements, before);
+    EXPECT_EQ(Captions(*Node({"Tables", "cities"}).DataList()),
+              (QStringList{"Fields (2)", "Indexes (2)", "References (0)", "Triggers (1)"}));
+    EXPECT_EQ(Captions(*Node({"Tables", "cities", "Fields"}).DataList()),
+              (QStringList{"id", "name"}));
+    Node({"Tables", "streets"}).SetExpanded(true);
+    EXPECT_EQ(Captions(*Node({"Tables", "streets", "References"}).DataList()),
+              QStringList{"in_city"});
+    Node({"Views", "names"}).SetExpanded(true);
+    EXPECT_EQ(Captions(*Node({"Views", "names"}).DataList()), QStringList{"Fields (1)"});
+}
+
+TEST_F(TObjectsFrameTest, ARefreshKeepsPlaceAndExpansion)
+{
+    TManagerObjectsFrame &frame = OpenDatabase();
+    Node({"Views"}).SetExpanded(false);
+    Node({"Tables", "cities"}).SetExpanded(true);
+    Node({"Tables", "cities", "Indexes"}).SetExpanded(true);
+    Focus({"Tables", "cities", "Indexes", "by_name"});
+    Exec("ALTER TABLE cities ADD COLUMN mayor INT");
+    Exec("DROP TABLE streets");
+    Exec("CREATE TABLE `a \"b\".c 'ü漢` (id INT)");
+    Find<QAction>(&frame, "actRefresh")->trigger();
+    EXPECT_EQ(Captions(*Node({"Tables"}).DataList()), (QStringList{"a \"b\".c 'ü漢", "cities"}));
+    EXPECT_EQ(Captions(*Node({"Tables", "cities", "Fields"}).DataList()),
+              (QStringList{"id", "name", "mayor"}));
+    EXPECT_TRUE(Node({"Tables", "cities", "Indexes"}).IsExpanded());
+    EXPECT_FALSE(Node({"Views"}).IsExpanded());
+    ASSERT_NE(FData->FocusedItem(), nullptr);
+    EXPECT_EQ(FData->FocusedItem()->Caption(), "by_name");
+    Node({"Tables", "a \"b\".c 'ü漢"}).SetExpanded(true);
+    EXPECT_EQ(Captions(*Node({"Tables", "a \"b\".c 'ü漢", "Fields"}).DataList()),
+              QStringList{"id"});
+}
+
+struct TMenuCase
+{
+    QStringList Path;
+    QStringList Menu;
+    QStringList Enabled; // actions on the focused object
+};
+
+TEST_F(TObjectsFrameTest, OffersWhatCanBeDoneWithANode)
+{
+    TManagerObjectsFrame &frame = OpenDatabase();
+    Node({"Tables", "cities"}).SetExpanded(true);
+    Node({"Views", "names"}).SetExpanded(true);
+    const TMenuCase cases[] = {
+        {{"Tables"}, {"Create Table..."}, {}},
+        {{"Tables", "cities"},
+         {"Open", "-", "Create Field...", "Create Index...", "Create Reference...",
+          "Create Trigger...", "-", "Modify", "Rename", "-", "Delete"},
+         {"Rename", "Delete"}},
+        {{"Tables", "cities", "Fields", "id"}, {"Modify", "-", "Delete"}, {"Delete"}},
+        {{"Tables", "cities", "Triggers"}, {"Create Trigger..."}, {}},
+        {{"Views", "names"},
+         {"Open", "-", "Modify", "Rename", "-", "Delete"},
+         {"Rename", "Delete"}},
+        {{"Views", "names", "Fields"}, {}, {}},
+        {{"Views", "names", "Fields", "name"}, {}, {}},
+        {{"Procedures", "tidy"},
+         {"Open", "-", "Rename", "-", "Delete"},
+         {"Open", "Rename", "Delete"}},
+        {{"Events", "nightly"}, {"Modify", "Rename", "-", "Delete"}, {"Rename", "Delete"}},
+    };
+    for (const TMenuCase &each : cases) {
+        SCOPED_TRACE(each.Path.join('/').toStdString());
+        Focus(each.Path);
+        EXPECT_EQ(Menu(), each.Menu);
+        QStringList enabled;
+        for (const char *name :
+             {"actObjectOpen", "actObjectUpdate", "actObjectRename", "actObjectDelete"})
+            if (Find<QAction>(&frame, name)->isEnabled())
+                enabled += Find<QAction>(&frame, name)->text();
+        EXPECT_EQ(enabled, each.Enabled);
+    }
+    frame.SelectDatabase("information_schema");
+    FData->SetFocusedItem(Node({"Tables"}).DataList()->Items(0));
+    EXPECT_FALSE(Find<QAction>(&frame, "actObjectDelete")->isEnabled()) << "a system view";
+}
+
+TEST_F(TObjectsFrameTest, RenamesByTheKeyboard)
+{
+    OpenDatabase();
+    Focus({"Tables", "cities"});
+    // A name that is taken is refused; the dialog keeps what was typed and takes the next one.
+    Driver.Expect([this](QWidget *dialog) {
+        EXPECT_EQ(dialog->windowTitle(), "Rename table");
+        auto *name = Find<QLineEdit>(dialog, "edName");
+        EXPECT_EQ(name->selectedText(), "cities");
+        name->setText("streets");
+        ExpectError("streets");
+        TGuiTools::Click(dialog, "butOK");
+        EXPECT_EQ(name->text(), "streets");
+        name->setText("towns");
+        TGuiTools::Click(dialog, "butOK");
+    });
+    QTest::keyClick(FTree, Qt::Key_F2);
+    EXPECT_EQ(Captions(*Node({"Tables"}).DataList()), (QStringList{"streets", "towns"}));
+    const int before = FStatements;
+    Focus({"Tables", "towns"});
+    RenameBy("towns");
+    QTest::keyClick(FTree, Qt::Key_F2);
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM towns"), "0");
+    EXPECT_GE(FStatements, before);
+
+    for (const char *folder : {"Procedures", "Functions", "Events"}) {
+        FData->SetFocusedItem(Node({folder}).DataList()->Items(0));
+        RenameBy("renamed");
+        QTest::keyClick(FTree, Qt::Key_F2);
+        EXPECT_EQ(Captions(*Node({folder}).DataList()), QStringList{"renamed"}) << folder;
+        if (QString(folder) == "Procedures") // both share the names of routines
+            Exec("DROP PROCEDURE renamed");
+    }
+}
+
+TEST_F(TObjectsFrameTest, DeletesWhatIsConfirmed)
+{
+    OpenDatabase();
+    Node({"Tables", "cities"}).SetExpanded(true);
+    Node({"Tables", "streets"}).SetExpanded(true);
+    Focus({"Tables", "streets"});
+    Answer("butNo");
+    QTest::keyClick(FTree, Qt::Key_Delete);
+    EXPECT_EQ(Node({"Tables"}).DataList()->Count(), 2);
+    const QList<QStringList> paths = {{"Tables", "streets", "References", "in_city"},
+                                      {"Tables", "cities", "Indexes", "by_name"},
+                                      {"Tables", "cities", "Triggers", "on_city"},
+                                      {"Tables", "streets", "Fields", "city_id"},
+                                      {"Tables", "streets"},
+                                      {"Views", "names"},
+                                      {"Procedures", "tidy"},
+                                      {"Functions", "two"},
+                                      {"Events", "nightly"}};
+    for (const QStringList &path : paths) {
+        SCOPED_TRACE(path.join('/').toStdString());
+        Focus(path);
+        Answer("butYes");
+        QTest::keyClick(FTree, Qt::Key_Delete);
+        EXPECT_THROW(Node(path), std::runtime_error);
+    }
+    EXPECT_EQ(Rows("SHOW TABLES"), (QList<QStringList>{{"cities"}}));
+    EXPECT_EQ(Rows("SHOW COLUMNS FROM cities").size(), 2);
+
+    // What another session has removed meanwhile is not asked about.
+    Exec("DROP TABLE cities");
+    Window->GetActiveManagerFrame()->Manager().RequestProcess();
+    Focus({"Tables", "cities"});
+    QTest::keyClick(FTree, Qt::Key_Delete);
+}
+
+TEST_F(TObjectsFrameTest, OpensRoutinesAsText)
+{
+    TManagerObjectsFrame &frame = OpenDatabase();
+    Focus({"Functions", "two"});
+    QTest::keyClick(FTree, Qt::Key_Return);
+    const QString text = QueryPage().GetText();
+    EXPECT_TRUE(text.startsWith("DROP FUNCTION")) << text.toStdString();
+    EXPECT_TRUE(text.contains("DELIMITER $$\r\n\r\nCREATE FUNCTION")) << text.toStdString();
+    Trigger("actQueryExecute"); // it is whole: the function is dropped and made again
+    EXPECT_EQ(Value("SELECT two()"), "2");
+    Find<QAction>(&frame, "actDatabaseCreateProcedure")->trigger();
+    EXPECT_TRUE(QueryPage().GetText().endsWith("BEGIN\r\n\r\nEND"));
+}
+
+TEST_F(TObjectsFrameTest, TheSelectedDatabaseIsRemembered)
+{
+    OpenDatabase();
+    Driver.Expect("frmProfiles", [](QWidget *form) { TGuiTools::Click(form, "butClose"); });
+    Trigger("actCloseConnection");
+    ASSERT_TRUE(TTestLoop::RunUntil([this] { return Driver.Pending() == 0; }));
+    EXPECT_EQ(Open().SelectedDatabase(), Database().Name());
+    EXPECT_EQ(FData->DataList()->Count(), 5);
+
+    TManagerObjectsFrame &bound = Open(Database().Name());
+    EXPECT_EQ(bound.SelectedDatabase(), Database().Name());
+    EXPECT_FALSE(Find<TDropDownCombo>(&bound, "cbxDatabase")->isEnabled());
+    EXPECT_FALSE(Find<QAction>(&bound, "actDatabaseDelete")->isVisible());
+}
+
+TEST_F(TObjectsFrameTest, AServerThatIsGoneIsToldAndTheTreeComesBack)
+{
+    TTcpProxy proxy(Server().Host(), Server().Port());
+    TDbmConnectionProfile profile = Profile();
+    profile.Port = proxy.Port();
+    TManagerObjectsFrame &frame = Open(profile);
+    frame.SelectDatabase(Database().Name());
+    proxy.Refuse();
+    proxy.Cut();
+    Node({"Tables", "cities"}).SetExpanded(true);
+    const auto *told = Find<QLabel>(Window->GetActiveManagerFrame(), "labNotRead");
+    EXPECT_TRUE(told->text().startsWith("Not read: ")) << told->text().toStdString();
+    EXPECT_EQ(Node({"Tables"}).DataList()->Count(), 2);
+    proxy.Resume();
+    Trigger("actRefresh");
+    EXPECT_EQ(told->text(), QString());
+    EXPECT_EQ(Captions(*Node({"Tables", "cities", "Fields"}).DataList()),
+              (QStringList{"id", "name"}));
+}
+
+} // namespace
