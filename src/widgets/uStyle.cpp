@@ -97,6 +97,14 @@ int TAppStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
         return EvenPx(1.0);
     case PM_ToolBarIconSize:
         return EvenPx(1.1);
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+    case PM_ExclusiveIndicatorWidth:
+    case PM_ExclusiveIndicatorHeight:
+        return EvenPx(0.9);
+    case PM_TabCloseIndicatorWidth:
+    case PM_TabCloseIndicatorHeight:
+        return EvenPx(1.0);
     case PM_MessageBoxIconSize:
         return EvenPx(2.2);
     case PM_HeaderMargin:

@@ -132,6 +132,28 @@ bool DrawBranch(const QStyleOption &option, QPainter &painter)
     return true;
 }
 
+/// Calm until the mouse is on it: there is one on every tab.
+bool DrawTabClose(const QStyleOption &option, QPainter &painter)
+{
+    const TPainterState state(painter);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const bool hot = Has(option, QStyle::State_Enabled | QStyle::State_MouseOver);
+    const bool sunken = Has(option, QStyle::State_Sunken);
+    const int side = std::min(option.rect.width(), option.rect.height());
+    QRect box(0, 0, side, side);
+    box.moveCenter(option.rect.center());
+    if (hot || sunken)
+        DrawRounded(painter, box, Overlay(option, sunken ? 60 : 32), QColor());
+    const QColor text = option.palette.color(QPalette::WindowText);
+    painter.setPen(QPen(hot ? text : Translucent(text, 130), TAppStyle::Em() * 0.09, Qt::SolidLine,
+                        Qt::RoundCap));
+    const double arm = TAppStyle::Em() * 0.2;
+    painter.translate(QRectF(box).center());
+    painter.drawLine(QPointF(-arm, -arm), QPointF(arm, arm));
+    painter.drawLine(QPointF(-arm, arm), QPointF(arm, -arm));
+    return true;
+}
+
 /// Hot tracking; the rest of an item is Fusion's.
 bool DrawHotItem(const QStyleOption &option, QPainter &painter)
 {
@@ -265,6 +287,8 @@ bool TStyleDrawing::DrawPrimitive(QStyle::PrimitiveElement element, const QStyle
         return true;
     case QStyle::PE_PanelButtonTool:
         return DrawToolButton(option, painter, widget);
+    case QStyle::PE_IndicatorTabClose:
+        return DrawTabClose(option, painter);
     case QStyle::PE_IndicatorBranch:
         return DrawBranch(option, painter);
     case QStyle::PE_PanelItemViewItem:

@@ -1,13 +1,18 @@
+#include "app/uAppPathUtils.h"
+#include "app/uConfig.h"
 #include "model/uDbmManager.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "shell/uAppMessages.h"
+#include "shell/uAppStart.h"
 #include "shell/uAppUtils.h"
 #include "shell/uManagerFrame.h"
 #include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
+#include "support/uFileUtils.h"
 #include "widgets/uGridView.h"
 
 #include <QAction>
+#include <QFile>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -72,6 +77,34 @@ TEST_F(TMainFormTest, AConnectionBringsItsMenus)
     EXPECT_FALSE(IsEnabled("actQuerySave")) << "there is no query page";
 }
 
+TEST_F(TMainFormTest, ADamagedConfigurationIsToldAndLeftAlone)
+{
+    Window->close();
+    TTestLoop::Settle();
+    TAppStart::Finish();
+    const QString file = TAppPathUtils::ConfigurationFile();
+    const QByteArray damaged = "<config><group name='a'>";
+    TFileUtils::WriteBinary(file, damaged);
+    ExpectError(file);
+    TAppStart::Prepare();
+    Window = std::make_unique<TMainForm>();
+    Driver.Expect("frmProfiles", [](QWidget *form) { TGuiTools::Click(form, "butClose"); });
+    Window->show();
+    ASSERT_TRUE(TTestLoop::RunUntil([this] { return Driver.Pending() == 0; }));
+    OpenWorkspace();
+    NewQuery("SELECT 1");
+    Trigger("actQueryExecute");
+    EXPECT_EQ(QueryPage().GetExecutedText(), "SELECT 1") << "the program goes on";
+    Window->close();
+    TAppStart::Finish();
+    QByteArray bytes;
+    TFileUtils::ReadBinary(file, bytes);
+    EXPECT_EQ(bytes, damaged);
+    TConfig::ForgetUnreadable(file);
+    QFile::remove(file);
+    TAppStart::Prepare();
+}
+
 TEST_F(TMainFormTest, ABoundConnectionCannotMakeOrDropDatabases)
 {
     OpenWorkspace(Database().Name());
@@ -88,6 +121,12 @@ TEST_F(TMainFormTest, TheWorkspaceSaysWhereItIs)
     EXPECT_EQ(workspace.GetTitle(), "Test server");
     EXPECT_EQ(Find<QLabel>(&workspace, "labProfile")->text(), Profile().GetDisplayString());
     EXPECT_EQ(Find<QLabel>(&workspace, "labServerVersion")->text(), Value("SELECT VERSION()"));
+    const auto *hint = Find<QLabel>(&workspace, "labHint");
+    EXPECT_TRUE(hint->isVisible()) << "what to do in an empty workspace";
+    NewQuery("");
+    EXPECT_FALSE(hint->isVisible());
+    Trigger("actWindowClosePage");
+    EXPECT_TRUE(hint->isVisible());
 }
 
 TEST_F(TMainFormTest, TheWindowMenuFollowsThePages)

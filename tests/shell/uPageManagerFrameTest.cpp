@@ -193,6 +193,9 @@ TEST_F(TPagesTest, TheMouseClosesAndTurnsTabs)
     EXPECT_EQ(Pages->ActivePage()->GetTitle(), "a");
     QTest::mouseClick(bar, Qt::MiddleButton, {}, bar->tabRect(1).center());
     EXPECT_EQ(Pages->GetPagesCaption(), (QStringList{"a", "c"}));
+    Pages->SetCloseButtons(true);
+    QTest::mouseClick(bar->tabButton(1, QTabBar::RightSide), Qt::LeftButton);
+    EXPECT_EQ(Pages->GetPagesCaption(), QStringList{"a"});
     TModalDriver driver;
     driver.ExpectMenu("Close All");
     QTest::mouseClick(bar, Qt::RightButton, {}, bar->tabRect(0).center());

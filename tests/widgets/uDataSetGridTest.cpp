@@ -209,6 +209,29 @@ TEST_F(TDataSetGridTest, ATextOfSeveralLinesIsEditedWithItsLines)
     EXPECT_TRUE(Value("SELECT s FROM t").endsWith("\nc"));
 }
 
+TEST_F(TDataSetGridTest, ALongCellIsEditedWhole)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, s MEDIUMTEXT)");
+    Exec("INSERT INTO t VALUES (1, REPEAT('x', 40000)), (2, CONCAT('a\r\nb', UNHEX('C2A0'), 'c'))");
+    Open("SELECT * FROM t ORDER BY id");
+    for (const auto &[row, end] : {std::pair(0, "end"), {1, "z"}}) {
+        const QString before = Value(QString("SELECT HEX(s) FROM t WHERE id = %1").arg(row + 1));
+        Grid.setCurrentIndex(Cell(row, 1));
+        QTest::keyClick(&Grid, Qt::Key_F2);
+        auto *box = Editor<QPlainTextEdit>();
+        auto *line = Editor();
+        ASSERT_TRUE(box || line);
+        QWidget *editor = box ? static_cast<QWidget *>(box) : line;
+        QTest::keyClick(editor, Qt::Key_End, Qt::ControlModifier);
+        QTest::keyClicks(editor, end);
+        QTest::keyClick(editor, Qt::Key_Return, box ? Qt::ControlModifier : Qt::NoModifier);
+        TTestLoop::Settle();
+        EXPECT_EQ(Value(QString("SELECT HEX(s) FROM t WHERE id = %1").arg(row + 1)),
+                  before + QString::fromLatin1(QByteArray(end).toHex().toUpper()))
+            << "row " << row;
+    }
+}
+
 TEST_F(TDataSetGridTest, OutsideEditModeTheRecordKeysWork)
 {
     Open("SELECT 1 AS a UNION SELECT 2");

@@ -3,7 +3,7 @@
 import os
 
 from profiles import buttons, click_button
-from queries import editor, result, status, type_text, use
+from queries import editor, result, status, type_text, use, use_boxes
 
 OPENED = "SELECT name, native_name, '€ 12,50 – ça va? 日本' AS text\nFROM countries;\n"
 
@@ -93,7 +93,7 @@ def open_and_duplicate(t):
         "the duplicate is not in view",
     )
     t.equal(editor(t).text, OPENED, "the text of the duplicate")
-    t.equal(t.screen.find(t.main(), "combo box").name, "shop", "the database of the duplicate")
+    t.equal(use_boxes(t)[0].name, "shop", "the database of the duplicate")
     t.choose("Query", "Execute")
     rows = result(t)
     t.screen.wait(lambda: rows.row_count, "the duplicate gives no rows")

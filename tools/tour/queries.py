@@ -52,9 +52,15 @@ def new_page(t, key="ctrl+n"):
     return where
 
 
+def use_boxes(t):
+    """The database of the page in view; the box before it belongs to the objects. Both are named by
+    what is chosen in them."""
+    return t.main().all("combo box")[1:]
+
+
 def use(t, name):
     """Chooses the database of the page in view."""
-    box = t.screen.find(t.main(), "combo box")
+    box = t.screen.wait(lambda: use_boxes(t), "there is no database to choose")[0]
     t.screen.click(box)
     items = t.screen.wait(
         lambda: [node for node in box.children if node.role == "list" and node.showing],

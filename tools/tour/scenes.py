@@ -3,6 +3,7 @@
 import editing
 import files
 import grids
+import objects
 import profiles
 import queries
 import sessions
@@ -16,6 +17,7 @@ SCENES = (
     ("A profile is made, tested and deleted", profiles.create_and_delete),
     ("A profile is connected", profiles.connect),
     ("The entries of the menu", windows.menus),
+    ("The objects of a database", objects.browse),
     ("A query and its rows", queries.run),
     ("Its plan and its log", queries.plan_and_log),
     ("A statement that fails", queries.failure),

@@ -21,7 +21,9 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QTest>
+#include <csignal>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 namespace {
 
@@ -336,6 +338,32 @@ TEST_F(TQueryPageTest, AFolderThatTakesNothingKeepsTheText)
     Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
     Window->GetActiveManagerFrame()->CloseActivePage();
     EXPECT_EQ(Window->GetActiveManagerFrame()->GetPagesCaption(), QStringList());
+}
+
+TEST_F(TQueryPageTest, AFullDiskKeepsTextAndFile)
+{
+    const QString file = FilePath("kept.sql");
+    WriteBytes(file, "SELECT 'as it was'");
+    OpenWorkspace();
+    OpenFile(file);
+    Find<TTextEditor>(&QueryPage(), "edEditor")->PasteText(QString(100'000, 'x'));
+    {
+        // A limit on the size of files refuses in the middle of a write, as a full disk does.
+        const auto before = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit unlimited = {};
+        getrlimit(RLIMIT_FSIZE, &unlimited);
+        const rlimit full = {4096, unlimited.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &full);
+        ExpectError("kept.sql");
+        Trigger("actQuerySave");
+        setrlimit(RLIMIT_FSIZE, &unlimited);
+        std::signal(SIGXFSZ, before);
+    }
+    EXPECT_EQ(Bytes(file), "SELECT 'as it was'");
+    EXPECT_TRUE(QueryPage().GetText().startsWith("xxx"));
+    EXPECT_EQ(QDir(FilePath("")).entryList({"kept*"}).size(), 1) << "no torn file is left";
+    Trigger("actQuerySave");
+    EXPECT_GT(Bytes(file).size(), 100'000) << "the next try works";
 }
 
 TEST_F(TQueryPageTest, OddAnswersAreShown)
