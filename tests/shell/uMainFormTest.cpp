@@ -81,6 +81,7 @@ TEST_F(TMainFormTest, ADamagedConfigurationIsToldAndLeftAlone)
 {
     Window->close();
     TTestLoop::Settle();
+    Window.reset();
     TAppStart::Finish();
     const QString file = TAppPathUtils::ConfigurationFile();
     const QByteArray damaged = "<config><group name='a'>";
