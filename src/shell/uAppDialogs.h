@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/uVariant.h"
+
 #include <QString>
 #include <functional>
 #include <memory>
@@ -57,6 +59,22 @@ public:
                                 const QString &tableName, const QString &referenceName);
     static bool DeleteTrigger(TDbmManager &manager, const QString &databaseName,
                               const QString &tableName, const QString &triggerName);
+
+    // The rows of a table. `whereFields` and `whereValues` are the whole key of one row.
+    static bool TextEditor(const QString &title, const QString &value, QString &result);
+    /// `result` gets the dialog's bytes when it is confirmed, else the value; empty stands for
+    /// NULL.
+    static bool BlobEditor(const QString &title, const QByteArray &value, QByteArray &result);
+    static bool CreateDataRecord(TDbmManager &manager, const QString &databaseName,
+                                 const QString &tableName);
+    static bool UpdateDataRecord(TDbmManager &manager, const QString &databaseName,
+                                 const QStringList &whereFields, const TVariantList &whereValues,
+                                 const QString &tableName);
+    static bool DeleteDataRecord(TDbmManager &manager, const QString &databaseName,
+                                 const QStringList &whereFields, const TVariantList &whereValues,
+                                 const QString &tableName);
+    static bool TruncateTable(TDbmManager &manager, const QString &databaseName,
+                              const QString &tableName);
 
 private:
     static QWidget *Owner();

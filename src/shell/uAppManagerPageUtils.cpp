@@ -1,9 +1,13 @@
 #include "shell/uAppManagerPageUtils.h"
 
+#include "app/uAppSession.h"
 #include "model/uDbmManager.h"
 #include "model/uDbmRoutineList.h"
+#include "model/uDbmViewList.h"
 #include "pages/query/uEditorPageFrame.h"
 #include "pages/query/uQueryPageFrame.h"
+#include "pages/structure/uTablePageFrame.h"
+#include "shell/uAppManagerPageIdFormatters.h"
 #include "shell/uPageManagerFrame.h"
 #include "tools/uDbmQueryTextResultFormatter.h"
 #include "widgets/uIcons.h"
@@ -75,6 +79,46 @@ void TAppManagerPageUtils::HookQueryPage(TQueryPageFrame *page)
     QObject::connect(page, &TQueryPageFrame::OnExportAsText, page, [this, page] {
         ShowExportQueryAsText(page->GetExecutedText(), page->GetExecResult());
     });
+}
+
+void TAppManagerPageUtils::ShowTable(const QString &databaseName, const QString &tableName,
+                                     bool activate)
+{
+    ShowTable(databaseName, tableName, TAppSession::GetDefaultDataPageData(), activate);
+}
+
+void TAppManagerPageUtils::ShowTable(const QString &databaseName, const QString &tableName,
+                                     const TTableDataSessionData &data, bool activate)
+{
+    std::shared_ptr<TDbmViewItem> view;
+    const bool isView = FManager->TryGetView(databaseName, tableName, view);
+    Show(TAppManagerPageIdFormatters::FormatTableId(databaseName, tableName),
+         TIcons::Icon(isView ? "view" : "table"), activate, [&](QWidget *owner) {
+             auto *page = TBaseFrame::New<TTablePageFrame>(owner);
+             page->SetParams(FManager, databaseName, tableName);
+             page->SetDataSessionData(data);
+             return page;
+         });
+}
+
+void TAppManagerPageUtils::RenameTable(const QString &databaseName, const QString &oldTableName,
+                                       const QString &newTableName)
+{
+    TPageFrame *page = nullptr;
+    if (!FPageManager->TryGetPage(
+            TAppManagerPageIdFormatters::FormatTableId(databaseName, oldTableName), page))
+        return;
+    static_cast<TTablePageFrame *>(page)->SetParams(FManager, databaseName, newTableName);
+    page->UpdateTitle();
+    page->UpdateId(TAppManagerPageIdFormatters::FormatTableId(databaseName, newTableName));
+}
+
+void TAppManagerPageUtils::CloseTable(const QString &databaseName, const QString &tableName)
+{
+    TPageFrame *page = nullptr;
+    if (FPageManager->TryGetPage(
+            TAppManagerPageIdFormatters::FormatTableId(databaseName, tableName), page))
+        FPageManager->ClosePage(page);
 }
 
 void TAppManagerPageUtils::ShowRoutine(const QString &databaseName, const QString &routineName,

@@ -13,6 +13,7 @@ class TPageFrame;
 class TPageManagerFrame;
 class TQueryPageFrame;
 struct TDbmCommandExecQueryResult;
+struct TTableDataSessionData;
 
 /// Opens the pages of one workspace, or finds them by their identity: asking for a page that is
 /// open brings it to the front. Refers to the workspace's manager and tab set, which outlive it.
@@ -39,6 +40,14 @@ public:
     {
         FOnDropText = std::move(event);
     }
+    /// The page of a table or a view, found again by its name.
+    void ShowTable(const QString &databaseName, const QString &tableName, bool activate);
+    void ShowTable(const QString &databaseName, const QString &tableName,
+                   const TTableDataSessionData &data, bool activate);
+    /// The page of a renamed table follows; nothing when it is not open.
+    void RenameTable(const QString &databaseName, const QString &oldTableName,
+                     const QString &newTableName);
+    void CloseTable(const QString &databaseName, const QString &tableName);
     /// A query page that drops the routine and makes it again; without text when it is unknown.
     void ShowRoutine(const QString &databaseName, const QString &routineName, bool activate);
     void ShowCreateRoutineQuery(const QString &databaseName, TDbmRoutineType routineType,

@@ -2,6 +2,7 @@
 
 #include "app/uAppSession.h"
 #include "pages/query/uQueryPageFrame.h"
+#include "pages/structure/uTablePageFrame.h"
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uGuard.h"
 #include "shell/uPageManagerFrame.h"
@@ -46,6 +47,8 @@ bool TAppManagerSessionUtils::ReadPage(const QString &path)
     const bool active = FSession->Config().GetValue(path, "active", false);
     if (word == "query")
         ReadQuery(path, active);
+    else if (word == "table")
+        ReadTable(path, active);
     return active;
 }
 
@@ -80,19 +83,45 @@ void TAppManagerSessionUtils::Write()
 
 bool TAppManagerSessionUtils::WritePage(TPageFrame *page, const QString &path)
 {
-    const auto *query = qobject_cast<TQueryPageFrame *>(page);
-    if (!query)
-        return false;
+    bool isKept = false;
+    if (const auto *query = qobject_cast<TQueryPageFrame *>(page))
+        isKept = WriteQuery(*query, path);
+    else if (const auto *table = qobject_cast<TTablePageFrame *>(page))
+        isKept = WriteTable(*table, path);
+    if (isKept)
+        FSession->Config().SetValue(path, "active", FPageManagerFrame->ActivePage() == page);
+    return isKept;
+}
+
+bool TAppManagerSessionUtils::WriteQuery(const TQueryPageFrame &query, const QString &path)
+{
     TConfig &config = FSession->Config();
     config.SetValue(path, "id", QStringLiteral("query"));
-    config.SetValue(path, "active", FPageManagerFrame->ActivePage() == page);
-    if (query->GetFileName().isEmpty())
-        config.SetValue(path, "text", query->GetText(), true);
+    if (query.GetFileName().isEmpty())
+        config.SetValue(path, "text", query.GetText(), true);
     else
-        config.SetValue(path, "filename", query->GetFileName(), true);
-    if (query->IsUnsaved() && !query->GetFileName().isEmpty())
-        config.SetValue(path, "unsaved_text", query->GetText(), true);
-    config.SetValue(path, "used_database_name", query->GetUsedDatabaseName(), true);
-    config.SetValue(path, "result_height", query->GetResultHeight());
+        config.SetValue(path, "filename", query.GetFileName(), true);
+    if (query.IsUnsaved() && !query.GetFileName().isEmpty())
+        config.SetValue(path, "unsaved_text", query.GetText(), true);
+    config.SetValue(path, "used_database_name", query.GetUsedDatabaseName(), true);
+    config.SetValue(path, "result_height", query.GetResultHeight());
     return true;
+}
+
+bool TAppManagerSessionUtils::WriteTable(const TTablePageFrame &table, const QString &path)
+{
+    TConfig &config = FSession->Config();
+    config.SetValue(path, "id", QStringLiteral("table"));
+    config.SetValue(path, "database", table.GetDatabaseName());
+    config.SetValue(path, "table", table.GetTableOrViewName());
+    FSession->WriteTableDataFrame(path, table.GetDataSessionData());
+    return true;
+}
+
+void TAppManagerSessionUtils::ReadTable(const QString &path, bool active)
+{
+    TTableDataSessionData data;
+    FSession->ReadTableDataFrame(path, data);
+    FPageUtils->ShowTable(FSession->Config().GetValue(path, "database", QString()),
+                          FSession->Config().GetValue(path, "table", QString()), data, active);
 }

@@ -6,6 +6,8 @@ class TAppManagerPageUtils;
 class TAppSession;
 class TPageFrame;
 class TPageManagerFrame;
+class TQueryPageFrame;
+class TTablePageFrame;
 
 /// Writes the pages of one workspace into its session and opens them again. Refers to the
 /// workspace's session, tab set and page operations, which outlive it.
@@ -24,6 +26,9 @@ private:
     bool ReadPage(const QString &path);
     bool WritePage(TPageFrame *page, const QString &path);
     void ReadQuery(const QString &path, bool active);
+    void ReadTable(const QString &path, bool active);
+    bool WriteQuery(const TQueryPageFrame &query, const QString &path);
+    bool WriteTable(const TTablePageFrame &table, const QString &path);
 
     TAppSession *FSession;
     TPageManagerFrame *FPageManagerFrame;

@@ -17,7 +17,8 @@ bool Run(QFileDialog &dialog, const TFileDialogs::TOptions &options, QString &fi
     dialog.setObjectName("frmFile");
     if (!options.Title.isEmpty())
         dialog.setWindowTitle(options.Title);
-    dialog.setNameFilter(FilterOf(options));
+    dialog.setNameFilters(options.Filters.isEmpty() ? QStringList{FilterOf(options)}
+                                                    : options.Filters);
     dialog.setDefaultSuffix(options.Extension);
     if (!options.Folder.isEmpty() && QDir(options.Folder).exists())
         dialog.setDirectory(options.Folder);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 class QWidget;
 
@@ -10,11 +10,12 @@ class TFileDialogs
 public:
     struct TOptions
     {
-        QString Title;       // empty: the platform's own
-        QString Folder;      // where the dialog starts; empty: where the platform thinks
-        QString DefaultName; // proposed name
-        QString Extension;   // without the point; added to a name that has none
-        QString Filter;      // the text of the one filter; empty: "*.ext"
+        QString Title;            // empty: the platform's own
+        QString Folder;           // where the dialog starts; empty: where the platform thinks
+        QString DefaultName;      // proposed name
+        QString Extension;        // without the point; added to a name that has none
+        QString Filter;           // the text of the one filter; empty: "*.ext"
+        QStringList Filters = {}; // whole filters, such as "All (*)", in place of the one
     };
 
     /// Gives false when the user cancelled. The save dialog asks before a file is overwritten.

@@ -115,6 +115,14 @@ void TManagerFrame::DoLoad()
 
 void TManagerFrame::LoadPanels()
 {
+    TMessenger::Register<TTableRenamedMessage>(this, [this](const TTableRenamedMessage &message) {
+        if (message.Manager == FManager.get())
+            FPageUtils->RenameTable(message.DatabaseName, message.TableName, message.NewTableName);
+    });
+    TMessenger::Register<TTableDeletedMessage>(this, [this](const TTableDeletedMessage &message) {
+        if (message.Manager == FManager.get())
+            FPageUtils->CloseTable(message.DatabaseName, message.TableName);
+    });
     auto *page = new QWidget(panPanels);
     FObjectsFrame = New<TManagerObjectsFrame>(page);
     FObjectsFrame->MoveTo(page);
@@ -220,6 +228,7 @@ bool TManagerFrame::DoCloseQuery()
 
 void TManagerFrame::DoUnload()
 {
+    TMessenger::Unregister(this);
     // The pages that go tell nobody: their texts are in the session already.
     CloseSession();
     FObjectsFrame->PrepareDestroy();

@@ -327,8 +327,7 @@ void TManagerObjectsFrame::UpdateObjectActions()
     const bool isItem = (kind == onkField && !node->OwnerIsView) || kind == onkIndex ||
                         kind == onkReference || kind == onkTrigger;
     const bool isNamed = isTable || isView || isRoutine || isEvent;
-    // Tables and views have no page of their own yet.
-    Enable("actObjectOpen", isRoutine);
+    Enable("actObjectOpen", isTable || isView || isRoutine);
     Enable("actObjectUpdate", isTable || isView || isEvent || isItem);
     Enable("actObjectRename", isNamed && node->CanChange);
     Enable("actObjectDelete", (isNamed && node->CanChange) || isItem);
@@ -414,7 +413,10 @@ void TManagerObjectsFrame::Activated(TVTDataItem *item)
 void TManagerObjectsFrame::OpenObject()
 {
     const TObjectsNode node = *FocusedNode();
-    FPageUtils->ShowRoutine(node.DatabaseName, node.Name, true);
+    if (node.Kind == onkTable || node.Kind == onkView)
+        FPageUtils->ShowTable(node.DatabaseName, node.Name, true);
+    else
+        FPageUtils->ShowRoutine(node.DatabaseName, node.Name, true);
 }
 
 void TManagerObjectsFrame::RenameObject()

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "shell/uDialogFrame.h"
+
+class QLabel;
+class QStackedWidget;
+
+/// A binary value: shown as a picture when it is one, else by its size; taken from and written to
+/// files.
+class TBlobDialogFrame : public TDialogFrame
+{
+    Q_OBJECT
+public:
+    explicit TBlobDialogFrame(QWidget *owner) : TDialogFrame(owner) {}
+
+    void SetParams(const QString &title, const QByteArray &value);
+    const QByteArray &GetResultValue() const { return FValue; } // empty stands for NULL
+
+protected:
+    void DoCreate() override;
+    void DoGetTitle(QString &title) const override { title = FTitle; }
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void Display();
+    void ShowImage();
+    void Import();
+    void Export();
+    void Clear();
+
+    QString FTitle;
+    QByteArray FValue;
+    QPixmap FImage;
+    QStackedWidget *pcBlob = nullptr;
+    QLabel *labSize = nullptr;
+    QLabel *labImage = nullptr;
+};

@@ -1,0 +1,205 @@
+#include "pages/structure/uTableListFrames.h"
+
+#include "model/uDbmFieldList.h"
+#include "model/uDbmIndexList.h"
+#include "model/uDbmManager.h"
+#include "model/uDbmReferenceList.h"
+#include "model/uDbmTableList.h"
+#include "model/uDbmTriggerList.h"
+#include "model/uDbmViewList.h"
+#include "pages/data/uFieldItemKinds.h"
+#include "shell/uAppManagerUtils.h"
+#include "shell/uAppUtils.h"
+#include "shell/uGuard.h"
+#include "shell/uManagerFrame.h"
+#include "sql/uDbmSqlValueUtils.h"
+#include "widgets/uGridView.h"
+
+#include <QAction>
+
+namespace {
+
+// What a view's columns do not have.
+enum TFieldColumn { fcKey = 6, fcComment = 10 };
+
+TAppManagerUtils &Utils()
+{
+    return TAppUtils::Instance().GetActiveManager()->Utils();
+}
+
+std::vector<TObjectListRow> FieldRows(TDbmFieldList &fields)
+{
+    std::vector<TObjectListRow> rows;
+    fields.ForEach([&](TDbmFieldItem &field) {
+        const TDbmFieldEntity &entity = field.Entity();
+        const int position = static_cast<int>(rows.size()) + 1;
+        rows.push_back(
+            {entity.FieldName,
+             {{QString::number(position), position},
+              entity.FieldName,
+              field.GetTypeDisplayString(),
+              entity.Nullable,
+              entity.Autoincrement,
+              TDbmSqlValueUtils::DisplayValue(entity.DefaultValue, QString()),
+              field.GetKeyDisplayString(),
+              field.GetReferenceDisplayString(),
+              field.GetReferenceOnUpdateDisplayString(),
+              field.GetReferenceOnDeleteDisplayString(),
+              entity.Comment},
+             TAppFieldTypeColors::Color(TFieldItemKinds::KindOf(entity.FieldType.DataType))});
+    });
+    return rows;
+}
+
+} // namespace
+
+void TTableListFrame::DoCreate()
+{
+    TObjectListFrame::DoCreate();
+    actNew = AddAction("actNew", "New", {}, "add");
+    AddSeparator();
+    actModify = AddAction("actModify", ModifyCaption(), {}, "edit");
+    actDelete = AddAction("actDelete", "Delete", {}, "remove");
+    connect(actDelete, &QAction::triggered, this,
+            [this] { TGuard::Run([this] { DeleteItem(FocusedName()); }); });
+    connect(this, &TObjectListFrame::OnFocusedChanged, this, &TTableListFrame::UpdateActions);
+    UpdateActions();
+}
+
+void TTableListFrame::SetParams(TDbmManager *manager, const QString &databaseName,
+                                const QString &tableName)
+{
+    FManager = manager;
+    FDatabaseName = databaseName;
+    FTableName = tableName;
+}
+
+void TTableListFrame::Process()
+{
+    std::shared_ptr<TDbmTableItem> table;
+    const bool found = FManager->TryGetTable(FDatabaseName, FTableName, table);
+    FIsTable = found && table->IsTable();
+    SetRows(found ? ReadRows(*table) : ReadViewRows());
+}
+
+// New and Modify have no dialog yet.
+void TTableListFrame::UpdateActions()
+{
+    actNew->setEnabled(false);
+    actModify->setEnabled(false);
+    actDelete->setEnabled(FIsTable && Grid()->model() && !FocusedName().isEmpty());
+}
+
+void TTableFieldsFrame::DoCreate()
+{
+    TTableListFrame::DoCreate();
+    SetColumns({{.Caption = "#", .Align = Qt::AlignRight, .Sort = gsAscending},
+                {.Caption = "Name"},
+                {.Caption = "Type"},
+                {.Caption = "Nullable", .Kind = gkCheck},
+                {.Caption = "AI", .Kind = gkCheck},
+                {.Caption = "Default"},
+                {.Caption = "Key"},
+                {.Caption = "Reference"},
+                {.Caption = "On update"},
+                {.Caption = "On delete"},
+                {.Caption = "Comment"}},
+               "table.fields");
+    SetColumnVisible(4, false);
+}
+
+std::vector<TObjectListRow> TTableFieldsFrame::ReadRows(TDbmTableItem &table)
+{
+    for (int column = fcKey; column <= fcComment; ++column)
+        SetColumnVisible(column, true);
+    return FieldRows(table.Fields());
+}
+
+std::vector<TObjectListRow> TTableFieldsFrame::ReadViewRows()
+{
+    std::shared_ptr<TDbmViewItem> view;
+    if (!FManager->TryGetView(FDatabaseName, FTableName, view))
+        return {};
+    for (int column = fcKey; column <= fcComment; ++column)
+        SetColumnVisible(column, false);
+    return FieldRows(view->Fields());
+}
+
+void TTableFieldsFrame::DeleteItem(const QString &name)
+{
+    Utils().DeleteField(FDatabaseName, FTableName, name);
+}
+
+void TTableIndexesFrame::DoCreate()
+{
+    TTableListFrame::DoCreate();
+    SetColumns({{.Caption = "Name"}, {.Caption = "Type"}, {.Caption = "Fields"}}, "table.indexes");
+}
+
+std::vector<TObjectListRow> TTableIndexesFrame::ReadRows(TDbmTableItem &table)
+{
+    std::vector<TObjectListRow> rows;
+    table.Indexes().ForEach([&](TDbmIndexItem &index) {
+        const QString &name = index.Entity().IndexName;
+        rows.push_back(
+            {name,
+             {name, index.GetIndexTypeDisplayString(), index.Columns().GetColumnsDisplayString()}});
+    });
+    return rows;
+}
+
+void TTableIndexesFrame::DeleteItem(const QString &name)
+{
+    Utils().DeleteIndex(FDatabaseName, FTableName, name);
+}
+
+void TTableReferencesFrame::DoCreate()
+{
+    TTableListFrame::DoCreate();
+    SetColumns({{.Caption = "Name"},
+                {.Caption = "Source columns"},
+                {.Caption = "Reference"},
+                {.Caption = "On delete"},
+                {.Caption = "On update"}},
+               "table.references");
+}
+
+std::vector<TObjectListRow> TTableReferencesFrame::ReadRows(TDbmTableItem &table)
+{
+    std::vector<TObjectListRow> rows;
+    table.References().ForEach([&](TDbmReferenceItem &reference) {
+        const QString &name = reference.Entity().ReferenceName;
+        rows.push_back(
+            {name,
+             {name, reference.Columns().GetSrcColumnsDisplayString(),
+              reference.GetReferenceDisplayString(), reference.GetOnDeleteDisplayString(),
+              reference.GetOnUpdateDisplayString()}});
+    });
+    return rows;
+}
+
+void TTableReferencesFrame::DeleteItem(const QString &name)
+{
+    Utils().DeleteReference(FDatabaseName, FTableName, name);
+}
+
+void TTableTriggersFrame::DoCreate()
+{
+    TTableListFrame::DoCreate();
+    SetColumns({{.Caption = "Name"}, {.Caption = "Event"}}, "table.triggers");
+}
+
+std::vector<TObjectListRow> TTableTriggersFrame::ReadRows(TDbmTableItem &table)
+{
+    std::vector<TObjectListRow> rows;
+    table.Triggers().ForEach([&](TDbmTriggerItem &trigger) {
+        const QString &name = trigger.Entity().TriggerName;
+        rows.push_back({name, {name, trigger.GetEventDisplayString()}});
+    });
+    return rows;
+}
+
+void TTableTriggersFrame::DeleteItem(const QString &name)
+{
+    Utils().DeleteTrigger(FDatabaseName, FTableName, name);
+}
