@@ -59,7 +59,7 @@ QString TManagerJournal::State() const
     QString state = QString::number(FPageManagerFrame->ActivePageIndex());
     for (int i = 0; i < FPageManagerFrame->PageCount(); ++i) {
         const auto *page = FPageManagerFrame->GetPageByIndex(i);
-        state += QStringLiteral("|%1").arg(quintptr(page), 0, 16);
+        state += QStringLiteral("|%1,").arg(quintptr(page), 0, 16) + page->GetTitle();
         if (const auto *query = qobject_cast<const TQueryPageFrame *>(page))
             state += QStringLiteral(",%1,%2,%3,%4,%5")
                          .arg(query->Revision())

@@ -1,0 +1,333 @@
+#include "pages/data/uTableDataFrame.h"
+
+#include "model/uDbmManager.h"
+#include "pages/data/uDataFrame.h"
+#include "pages/structure/uTablePageFrame.h"
+#include "shell/uAppManagerPageUtils.h"
+#include "shell/uManagerFrame.h"
+#include "shell/uPageManagerFrame.h"
+#include "shell/uWorkbenchFixture.h"
+#include "widgets/uDataSetGrid.h"
+#include "widgets/uTextEditor.h"
+#include "widgets/uVerticalGrid.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QStackedWidget>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+class TTableDataTest : public TWorkbenchTest
+{
+protected:
+    TTableDataFrame &Open(const QString &table)
+    {
+        if (!Window->GetActiveManagerFrame())
+            OpenWorkspace();
+        TManagerFrame &workspace = *Window->GetActiveManagerFrame();
+        FStatements.clear();
+        QObject::connect(&workspace, &TManagerFrame::OnCommandBeforeExecute, &workspace,
+                         [this](const QString &text) { FStatements += text; });
+        workspace.PageUtils().ShowTable(Database().Name(), table, true);
+        FFrame = workspace.PageUtils().GetActivePage()->findChild<TTableDataFrame *>();
+        return *FFrame;
+    }
+
+    template <typename T>
+    T *Part(const char *name)
+    {
+        return Find<T>(FFrame, name);
+    }
+    TDataSetGrid &Grid() { return *Part<TDataSetGrid>("grdData"); }
+    QString Cell(int row, int column)
+    {
+        return Grid().model()->index(row, column).data().toString();
+    }
+    int RowCount() { return Grid().model()->rowCount(); }
+    void Run(const char *action) { Part<QAction>(action)->trigger(); }
+    bool Can(const char *action) { return Part<QAction>(action)->isEnabled(); }
+    QString Status() { return Part<QLabel>("labRows")->text(); }
+
+    void TypePage(const QString &text)
+    {
+        auto *edit = Part<QLineEdit>("edPageNum");
+        edit->selectAll();
+        QTest::keyClicks(edit, text);
+        QTest::keyClick(edit, Qt::Key_Return);
+    }
+    void Filter(const QString &text)
+    {
+        auto *editor = Find<TTextEditor>(Part<QWidget>("panFilter"), "edEditor");
+        editor->SelectAll();
+        editor->PasteText(text);
+        Run("actApply");
+    }
+    /// Works on the next record dialog, then presses OK.
+    void OnRecord(const std::function<void(TVerticalGrid &)> &work)
+    {
+        Driver.Expect([work](QWidget *dialog) {
+            work(*Find<TVerticalGrid>(dialog, "vgRecord"));
+            TGuiTools::Click(dialog, "butOK");
+        });
+    }
+    static void Type(TVerticalGrid &grid, const QString &row, const QString &text)
+    {
+        auto *control = Find<QLineEdit>(&grid, row);
+        control->selectAll();
+        QTest::keyClick(control, Qt::Key_Delete);
+        QTest::keyClicks(control, text);
+        QTest::keyClick(control, Qt::Key_Tab);
+    }
+
+    QStringList FStatements;
+    TTableDataFrame *FFrame = nullptr;
+};
+
+TEST_F(TTableDataTest, TurnsPages)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, v INT)");
+    Exec("INSERT INTO t SELECT seq, 1000 - seq FROM seq_1_to_250");
+    Open("t");
+    EXPECT_EQ(RowCount(), 100);
+    EXPECT_EQ(Status(), "Rows: 250");
+    EXPECT_EQ(Part<QLineEdit>("edPageCount")->text(), "3");
+    EXPECT_FALSE(Can("actPrevPage"));
+    Run("actLastPage");
+    EXPECT_EQ(RowCount(), 50);
+    EXPECT_EQ(Cell(0, 0), "201");
+    EXPECT_FALSE(Can("actNextPage"));
+    Run("actPrevPage");
+    EXPECT_EQ(Part<QLineEdit>("edPageNum")->text(), "2");
+
+    const auto before = FStatements.size();
+    TypePage("two"); // no number: nothing is asked of the server
+    EXPECT_EQ(FStatements.size(), before);
+    EXPECT_EQ(Part<QLineEdit>("edPageNum")->text(), "2");
+    TypePage("1");
+    EXPECT_EQ(Cell(0, 0), "1");
+    auto *rows = Part<QComboBox>("cbxRows");
+    rows->setEditText("40");
+    QTest::keyClick(rows->lineEdit(), Qt::Key_Return);
+    EXPECT_EQ(RowCount(), 40);
+    rows->setEditText("0");
+    QTest::keyClick(rows->lineEdit(), Qt::Key_Return);
+    EXPECT_EQ(RowCount(), 40);
+
+    // The server sorts, not the rows at hand.
+    QHeaderView *header = Grid().horizontalHeader();
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                      {header->sectionViewportPosition(1) + 5, header->height() / 2});
+    EXPECT_EQ(Cell(0, 1), "750");
+    EXPECT_EQ(header->sortIndicatorSection(), 1);
+}
+
+TEST_F(TTableDataTest, FiltersAndShowsWhatTheServerSaysOfAFilter)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY)");
+    Exec("INSERT INTO t SELECT seq FROM seq_1_to_20");
+    Open("t");
+    Run("actFilter");
+    Filter("id > 15");
+    EXPECT_EQ(RowCount(), 5);
+    EXPECT_EQ(Status(), "Rows: 5");
+    Filter("id >");
+    EXPECT_TRUE(
+        Part<QPlainTextEdit>("memError")->toPlainText().startsWith("ER_PARSE_ERROR (1064)"));
+    EXPECT_FALSE(Can("actCreate"));
+    const auto before = FStatements.size();
+    Window->GetActiveManagerFrame()->PageUtils().ShowTable(Database().Name(), "t", true);
+    EXPECT_TRUE(Part<QPlainTextEdit>("memError")->isVisible())
+        << "a redraw does not bring the old rows back";
+    EXPECT_EQ(FStatements.size(), before);
+    Filter("id = 7");
+    EXPECT_EQ(RowCount(), 1);
+    Run("actFilter"); // hidden, it is not applied, but kept
+    EXPECT_EQ(RowCount(), 20);
+    Run("actFilter");
+    EXPECT_EQ(RowCount(), 1);
+}
+
+TEST_F(TTableDataTest, LongValuesComeAsTheirSize)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, s TEXT, b BLOB)");
+    Exec("INSERT INTO t VALUES (1, REPEAT('x', 2048), REPEAT('y', 10)), (2, NULL, NULL)");
+    Open("t");
+    EXPECT_EQ(Cell(0, 1), "2.0 KB");
+    EXPECT_EQ(Cell(0, 2), "10 B");
+    EXPECT_EQ(Cell(1, 1), "NULL");
+    Run("actShowText");
+    EXPECT_TRUE(Cell(0, 1).startsWith("xxxx"));
+    EXPECT_EQ(Cell(0, 2), "10 B");
+}
+
+TEST_F(TTableDataTest, InsertsChangesAndDeletesRecords)
+{
+    Exec("CREATE TABLE t (id BIGINT UNSIGNED PRIMARY KEY, n VARCHAR(20) DEFAULT 'def', "
+         "s TEXT, f DECIMAL(30,10), d DATETIME(6), k BIT(8), e ENUM('a','b'), keep TEXT)");
+    Open("t");
+    EXPECT_TRUE(Can("actCreate"));
+    EXPECT_FALSE(Can("actUpdate"));
+    OnRecord([](TVerticalGrid &grid) {
+        EXPECT_EQ(grid.window()->windowTitle(), "Create Record");
+        EXPECT_EQ(grid.Row("n")->Text(), "def");
+        Type(grid, "id", "18446744073709551615");
+        Type(grid, "f", "12345678901234567890.0123456789");
+        Type(grid, "d", "2024-02-29 23:59:59.123456");
+        Type(grid, "k", "5");
+    });
+    Run("actCreate");
+    EXPECT_TRUE(FStatements.filter("INSERT").last().contains("`id`, `f`, `d`, `k`"))
+        << "what was not touched is left to the server";
+    Exec("UPDATE t SET keep = ' as it was '");
+    const auto row = [this] {
+        return Rows("SELECT id, n, s, f, d, k + 0, e, keep FROM t").value(0);
+    };
+    EXPECT_EQ(row().mid(0, 6),
+              (QStringList{"18446744073709551615", "def", QString(),
+                           "12345678901234567890.0123456789", "2024-02-29 23:59:59.123456", "5"}));
+
+    // The key is above the signed range; only what was typed is written.
+    Grid().setCurrentIndex(Grid().model()->index(0, 0));
+    OnRecord([](TVerticalGrid &grid) {
+        Type(grid, "s", "text");
+        Type(grid, "n", "");
+    });
+    Run("actUpdate");
+    EXPECT_EQ(FStatements.filter("UPDATE").last().section(" WHERE", 0, 0).section(" SET ", 1),
+              "`n` = '', `s` = 'text'");
+    EXPECT_EQ(row().last(), " as it was ");
+
+    const auto before = FStatements.filter("UPDATE").size();
+    OnRecord([](TVerticalGrid &) {});
+    Run("actUpdate");
+    EXPECT_EQ(FStatements.filter("UPDATE").size(), before) << "nothing was touched";
+
+    // A refusal keeps the dialog and what was typed; NULL by the keyboard.
+    Driver.Expect([this](QWidget *dialog) {
+        auto &grid = *Find<TVerticalGrid>(dialog, "vgRecord");
+        Type(grid, "f", "no number");
+        ExpectError("is not a value of the field");
+        TGuiTools::Click(dialog, "butOK");
+        Type(grid, "f", "1.5");
+        QFocusEvent focus(QEvent::FocusIn); // the window is not the active one here
+        QApplication::sendEvent(Find<QLineEdit>(&grid, "s"), &focus);
+        Find<QAction>(dialog, "actSetNull")->trigger();
+        TGuiTools::Click(dialog, "butOK");
+    });
+    Run("actUpdate");
+    EXPECT_EQ(Value("SELECT s IS NULL AND f = 1.5 FROM t"), "1");
+
+    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butNo"); });
+    Run("actDelete");
+    EXPECT_EQ(RowCount(), 1);
+    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+    Run("actDelete");
+    EXPECT_EQ(RowCount(), 0);
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM t"), "0");
+}
+
+TEST_F(TTableDataTest, ARowWithoutAWholeKeyIsNotTouched)
+{
+    Exec("CREATE TABLE t (id INT)");
+    Exec("INSERT INTO t VALUES (1), (2)");
+    Exec("CREATE TABLE prefixed (k TEXT, PRIMARY KEY (k(3)))");
+    Exec("INSERT INTO prefixed VALUES ('abc')");
+    Exec("CREATE TABLE gone (id INT PRIMARY KEY)");
+    Exec("INSERT INTO gone VALUES (1)");
+    for (const char *table : {"t", "prefixed"}) {
+        Open(table);
+        Grid().setCurrentIndex(Grid().model()->index(0, 0));
+        ExpectError("This table should have a primary key.");
+        Run("actDelete");
+        ExpectError("This table should have a primary key.");
+        Run("actUpdate");
+        EXPECT_TRUE(Can("actCreate"));
+    }
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM t"), "2");
+
+    // The row went meanwhile.
+    Open("gone");
+    Grid().setCurrentIndex(Grid().model()->index(0, 0));
+    Exec("DELETE FROM gone");
+    ExpectError("The record is not found");
+    Run("actUpdate");
+}
+
+TEST_F(TTableDataTest, ViewsAreBrowsedAndATableThatGoesLeavesAnEmptyPage)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, v INT)");
+    Exec("INSERT INTO t VALUES (1, 10)");
+    Exec("CREATE VIEW plain AS SELECT * FROM t");
+    Exec("CREATE VIEW sums AS SELECT SUM(v) AS total FROM t");
+    Open("plain");
+    EXPECT_TRUE(Can("actEditMode"));
+    EXPECT_FALSE(Can("actCreate"));
+    EXPECT_FALSE(Can("actUpdate"));
+    Open("sums");
+    EXPECT_EQ(Cell(0, 0), "10");
+    EXPECT_FALSE(Can("actEditMode"));
+    Exec("DROP TABLE t");
+    Run("actRefresh");
+    EXPECT_TRUE(Part<QPlainTextEdit>("memError")->toPlainText().contains("1356"))
+        << Part<QPlainTextEdit>("memError")->toPlainText().toStdString();
+    Exec("DROP VIEW sums");
+    Trigger("actRefresh");
+    TTestLoop::Settle();
+    EXPECT_EQ(Window->GetActiveManagerFrame()
+                  ->PageUtils()
+                  .GetActivePage()
+                  ->findChildren<TTableDataFrame *>()
+                  .size(),
+              0);
+}
+
+TEST_F(TTableDataTest, EditModeWritesACellWhenItIsLeft)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, v INT)");
+    Exec("INSERT INTO t VALUES (1, 10), (2, 20)");
+    Open("t");
+    Run("actEditMode");
+    Grid().setCurrentIndex(Grid().model()->index(1, 1));
+    QTest::keyClick(&Grid(), Qt::Key_F2);
+    auto *editor = Grid().findChild<QLineEdit *>("edCell");
+    ASSERT_NE(editor, nullptr);
+    editor->selectAll();
+    QTest::keyClicks(editor, "25");
+    QTest::keyClick(editor, Qt::Key_Return);
+    TTestLoop::Settle();
+    EXPECT_EQ(Value("SELECT v FROM t WHERE id = 2"), "25");
+}
+
+TEST_F(TTableDataTest, APageComesBackAsItWasBrowsed)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, s TEXT)");
+    Exec("INSERT INTO t SELECT seq, seq FROM seq_1_to_500");
+    Open("t");
+    Run("actShowText");
+    Run("actFilter");
+    Filter("id > 100");
+    Run("actNextPage");
+    QHeaderView *header = Grid().horizontalHeader();
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                      {header->sectionViewportPosition(0) + 5, header->height() / 2});
+    const QString first = Cell(0, 0);
+    Driver.Expect("frmProfiles", [](QWidget *form) { TGuiTools::Click(form, "butClose"); });
+    Trigger("actCloseConnection");
+    ASSERT_TRUE(TTestLoop::RunUntil([this] { return Driver.Pending() == 0; }));
+    OpenWorkspace();
+    TManagerFrame &workspace = *Window->GetActiveManagerFrame();
+    ASSERT_EQ(workspace.GetPagesCaption(), QStringList{Database().Name() + ".t"});
+    FFrame = workspace.PageUtils().GetActivePage()->findChild<TTableDataFrame *>();
+    EXPECT_EQ(Cell(0, 0), first);
+    EXPECT_EQ(Cell(0, 1), first) << "with the texts";
+    EXPECT_EQ(Status(), "Rows: 400");
+    EXPECT_EQ(Part<QLineEdit>("edPageNum")->text(), "2");
+}
+
+} // namespace
