@@ -1,5 +1,6 @@
 #include "jobs/uAppWorkers.h"
 
+#include "jobs/uDbmChecksumDatabaseWorker.h"
 #include "jobs/uDbmOpenManagerWorker.h"
 #include "jobs/uDbmTestConnectionWorker.h"
 #include "jobs/uWorkerForm.h"
@@ -23,16 +24,21 @@ TAppWorkers &TAppWorkers::Instance()
     return instance;
 }
 
+bool TAppWorkers::Run(TWorker &worker, const QString &title, bool closeOnComplete)
+{
+    const bool completed = TWorkerForm::ShowWorker(Owner(), worker, closeOnComplete, title);
+    WaitFor(worker);
+    return completed;
+}
+
 bool TAppWorkers::TryOpenManager(const TDbmConnectionProfile &profile,
                                  std::unique_ptr<TDbmManager> &manager)
 {
     manager.reset();
     auto worker = std::make_unique<TDbmOpenManagerWorker>();
     worker->FProfile = profile;
-    const bool completed = TWorkerForm::ShowWorker(
-        Owner(), *worker, true,
-        TFormat::Format("Open connection to \"%s\"", {profile.GetDisplayString()}));
-    WaitFor(*worker);
+    const bool completed = Run(
+        *worker, TFormat::Format("Open connection to \"%s\"", {profile.GetDisplayString()}), true);
     // A connection that opens behind the back of who has cancelled it is not wanted.
     if (completed && worker->FIsSuccess)
         manager = std::move(worker->FManager);
@@ -43,9 +49,15 @@ bool TAppWorkers::TestConnection(const TDbmConnectionProfile &profile)
 {
     auto worker = std::make_unique<TDbmTestConnectionWorker>();
     worker->FProfile = profile;
-    TWorkerForm::ShowWorker(
-        Owner(), *worker,
-        TFormat::Format("Test connection to \"%s\"", {profile.GetDisplayString()}));
-    WaitFor(*worker);
+    Run(*worker, TFormat::Format("Test connection to \"%s\"", {profile.GetDisplayString()}));
     return worker->FIsSuccess;
+}
+
+void TAppWorkers::ChecksumDatabase(const TDbmConnectionProfile &profile,
+                                   const QString &databaseName)
+{
+    TDbmChecksumDatabaseWorker worker;
+    worker.FProfile = profile;
+    worker.FDatabaseName = databaseName;
+    Run(worker, TFormat::Format("Calculation Database Checksum \"%s\"", {databaseName}));
 }

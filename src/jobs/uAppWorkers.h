@@ -7,6 +7,7 @@
 
 class QWidget;
 class TDbmManager;
+class TWorker;
 
 /// The only place that builds a job, fills it, shows its window and frees it. Main thread only.
 class TAppWorkers
@@ -21,9 +22,12 @@ public:
     bool TryOpenManager(const TDbmConnectionProfile &profile,
                         std::unique_ptr<TDbmManager> &manager);
     bool TestConnection(const TDbmConnectionProfile &profile);
+    void ChecksumDatabase(const TDbmConnectionProfile &profile, const QString &databaseName);
 
 private:
     TAppWorkers() = default;
+    /// Shows the window and waits for the job's end.
+    bool Run(TWorker &worker, const QString &title, bool closeOnComplete = false);
     QWidget *Owner() const { return FOwner ? FOwner() : nullptr; }
 
     std::function<QWidget *()> FOwner;

@@ -3,12 +3,15 @@
 #include "jobs/uWorker.h"
 
 #include <QDialog>
+#include <QTimer>
 
+class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
 
-/// The modal window of a job: its log lines and a button. Closing it by any means asks the job to
-/// stop and cuts its events off.
+/// The modal window of a job: its log lines, which can be searched, copied and saved, and a button.
+/// Closing it by any means asks the job to stop and cuts its events off. The last 100,000 lines are
+/// kept.
 class TWorkerForm : public QDialog
 {
     Q_OBJECT
@@ -22,20 +25,29 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void done(int result) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     TWorkerForm(QWidget *owner, TWorker &worker, bool closeOnComplete, const QString &title);
     void BuildControls();
+    QWidget *MakeLogButtons();
     void AttachWorker();
     void WorkerStatusChanged();
     void WorkerComplete(double seconds);
     void WorkerException(const std::exception &e);
     void AppendLog(const QString &text);
+    void FlushLog();
+    void FindNext();
+    void CopyLog() const;
+    void SaveLog();
 
     TWorker &FWorker; // not owned
     const QString FWorkerTitle;
     const bool FCloseOnComplete;
     bool FShown = false;
+    QStringList FPending; // lines on their way into memLog
+    QTimer FFlushTimer;
     QPlainTextEdit *memLog = nullptr;
+    QLineEdit *editFind = nullptr;
     QPushButton *butClose = nullptr;
 };

@@ -6,6 +6,7 @@
 #include "model/uDbmViewList.h"
 #include "pages/query/uEditorPageFrame.h"
 #include "pages/query/uQueryPageFrame.h"
+#include "pages/schema/uSchemaPageFrame.h"
 #include "pages/structure/uTablePageFrame.h"
 #include "shell/uAppManagerPageIdFormatters.h"
 #include "shell/uPageManagerFrame.h"
@@ -79,6 +80,16 @@ void TAppManagerPageUtils::HookQueryPage(TQueryPageFrame *page)
     QObject::connect(page, &TQueryPageFrame::OnExportAsText, page, [this, page] {
         ShowExportQueryAsText(page->GetExecutedText(), page->GetExecResult());
     });
+}
+
+void TAppManagerPageUtils::ShowSchema(const QString &databaseName, bool activate)
+{
+    Show(TAppManagerPageIdFormatters::FormatSchemaId(databaseName), TIcons::Icon("database"),
+         activate, [&](QWidget *owner) {
+             auto *page = TBaseFrame::New<TSchemaPageFrame>(owner);
+             page->SetParams(FManager, databaseName);
+             return page;
+         });
 }
 
 void TAppManagerPageUtils::ShowTable(const QString &databaseName, const QString &tableName,

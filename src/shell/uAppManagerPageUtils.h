@@ -40,6 +40,8 @@ public:
     {
         FOnDropText = std::move(event);
     }
+    /// The page of a database, found again by its name.
+    void ShowSchema(const QString &databaseName, bool activate);
     /// The page of a table or a view, found again by its name.
     void ShowTable(const QString &databaseName, const QString &tableName, bool activate);
     void ShowTable(const QString &databaseName, const QString &tableName,

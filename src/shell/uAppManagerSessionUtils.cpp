@@ -2,6 +2,7 @@
 
 #include "app/uAppSession.h"
 #include "pages/query/uQueryPageFrame.h"
+#include "pages/schema/uSchemaPageFrame.h"
 #include "pages/structure/uTablePageFrame.h"
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uGuard.h"
@@ -49,6 +50,8 @@ bool TAppManagerSessionUtils::ReadPage(const QString &path)
         ReadQuery(path, active);
     else if (word == "table")
         ReadTable(path, active);
+    else if (word == "schema")
+        FPageUtils->ShowSchema(FSession->Config().GetValue(path, "database", QString()), active);
     return active;
 }
 
@@ -88,6 +91,8 @@ bool TAppManagerSessionUtils::WritePage(TPageFrame *page, const QString &path)
         isKept = WriteQuery(*query, path);
     else if (const auto *table = qobject_cast<TTablePageFrame *>(page))
         isKept = WriteTable(*table, path);
+    else if (const auto *schema = qobject_cast<TSchemaPageFrame *>(page))
+        isKept = WriteSchema(*schema, path);
     if (isKept)
         FSession->Config().SetValue(path, "active", FPageManagerFrame->ActivePage() == page);
     return isKept;
@@ -115,6 +120,14 @@ bool TAppManagerSessionUtils::WriteTable(const TTablePageFrame &table, const QSt
     config.SetValue(path, "database", table.GetDatabaseName());
     config.SetValue(path, "table", table.GetTableOrViewName());
     FSession->WriteTableDataFrame(path, table.GetDataSessionData());
+    return true;
+}
+
+bool TAppManagerSessionUtils::WriteSchema(const TSchemaPageFrame &schema, const QString &path)
+{
+    TConfig &config = FSession->Config();
+    config.SetValue(path, "id", QStringLiteral("schema"));
+    config.SetValue(path, "database", schema.GetDatabaseName());
     return true;
 }
 

@@ -7,6 +7,7 @@ class TAppSession;
 class TPageFrame;
 class TPageManagerFrame;
 class TQueryPageFrame;
+class TSchemaPageFrame;
 class TTablePageFrame;
 
 /// Writes the pages of one workspace into its session and opens them again. Refers to the
@@ -28,6 +29,7 @@ private:
     void ReadQuery(const QString &path, bool active);
     void ReadTable(const QString &path, bool active);
     bool WriteQuery(const TQueryPageFrame &query, const QString &path);
+    bool WriteSchema(const TSchemaPageFrame &schema, const QString &path);
     bool WriteTable(const TTablePageFrame &table, const QString &path);
 
     TAppSession *FSession;

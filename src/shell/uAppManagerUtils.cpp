@@ -1,5 +1,6 @@
 #include "shell/uAppManagerUtils.h"
 
+#include "jobs/uAppWorkers.h"
 #include "model/uDbmManager.h"
 #include "shell/uAppDialogs.h"
 #include "shell/uAppManagerPageUtils.h"
@@ -34,6 +35,13 @@ void TAppManagerUtils::SelectSchema(const QString &databaseName)
     TAppMessages::SendSelectSchema(FManager, databaseName);
 }
 
+void TAppManagerUtils::OpenSchema()
+{
+    QString name;
+    if (TAppDialogs::SelectDatabase(*FManager, name))
+        FPageUtils->ShowSchema(name, true);
+}
+
 void TAppManagerUtils::NewQuery()
 {
     FPageUtils->ShowQueryFromText({}, {}, 0, true);
@@ -66,6 +74,13 @@ bool TAppManagerUtils::DeleteDatabase(const QString &databaseName)
     if (!NeedDatabase(database) || !TAppDialogs::DeleteDatabase(*FManager, database))
         return false;
     return Redraw();
+}
+
+void TAppManagerUtils::ChecksumDatabase(const QString &databaseName)
+{
+    QString database = databaseName;
+    if (NeedDatabase(database))
+        TAppWorkers::Instance().ChecksumDatabase(FManager->ConnectionProfile(), database);
 }
 
 bool TAppManagerUtils::RenameTable(const QString &databaseName, const QString &tableName)

@@ -18,12 +18,15 @@ public:
 
     void SelectCharset();
     void SelectSchema(const QString &databaseName);
+    void OpenSchema();
     void NewQuery();
     void OpenQuery();
     /// A query page with the frame of a new routine. Without a name the database is asked for, here
     /// and below.
     bool CreateRoutine(TDbmRoutineType routineType, const QString &databaseName = {});
     bool DeleteDatabase(const QString &databaseName = {});
+    /// The job that sums up the rows of a database.
+    void ChecksumDatabase(const QString &databaseName = {});
     bool RenameTable(const QString &databaseName, const QString &tableName);
     bool RenameView(const QString &databaseName, const QString &viewName);
     bool RenameRoutine(const QString &databaseName, const QString &routineName);

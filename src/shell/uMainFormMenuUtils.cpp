@@ -103,7 +103,8 @@ const std::vector<TMainFormMenuUtils::TActionRow> &TMainFormMenuUtils::Rows()
          "refresh"},
 
         {"Schema", "actSchemaCreate", "Create...", mcServerConnection},
-        {"Schema", "actSchemaOpen", "Open", mcConnection, {}, true},
+        {"Schema", "actSchemaOpen", "Open", mcConnection, OnManager(&TAppManagerUtils::OpenSchema),
+         true},
         {"Schema", "actSchemaCreateTable", "Create Table...", mcConnection, {}, true},
         {"Schema", "actSchemaCreateView", "Create View...", mcConnection},
         {"Schema", "actSchemaCreateProcedure", "Create Procedure...", mcConnection,
@@ -114,7 +115,8 @@ const std::vector<TMainFormMenuUtils::TActionRow> &TMainFormMenuUtils::Rows()
         {"Schema", "actSchemaMigrate", "Migrate...", mcConnection, {}, true},
         {"Schema", "actSchemaClone", "Clone...", mcConnection},
         {"Schema", "actSchemaCreateSqlDump", "Create SQL Dump...", mcConnection},
-        {"Schema", "actSchemaChecksumData", "Checksum Data (CRC32)...", mcConnection, {}, true},
+        {"Schema", "actSchemaChecksumData", "Checksum Data (CRC32)...", mcConnection,
+         OnManager([](TAppManagerUtils &utils) { utils.ChecksumDatabase(); }), true},
         {"Schema", "actSchemaUpdate", "Modify...", mcConnection, {}, true},
         {"Schema", "actSchemaDelete", "Delete...", mcServerConnection,
          OnManager([](TAppManagerUtils &utils) { utils.DeleteDatabase(); })},
@@ -251,7 +253,11 @@ const std::vector<TMainFormMenuUtils::TActionRow> &TMainFormMenuUtils::Rows()
 
         {{}, "actToolsCreateSQLDump", "Create SQL Dump...", mcConnection},
         {{}, "actToolsMigrateDatabase", "Migrate Database...", mcConnection},
-        {{}, "actToolsChecksumDatabase", "Checksum Database Data (CRC32)...", mcConnection},
+        {{},
+         "actToolsChecksumDatabase",
+         "Checksum Database Data (CRC32)...",
+         mcConnection,
+         OnManager([](TAppManagerUtils &utils) { utils.ChecksumDatabase(); })},
     };
     return rows;
 }

@@ -10,9 +10,9 @@ MENUS = {
     "File": ["New Connection...", "Close Connection", "Exit"],
     "View": ["Select Charset...", "Refresh"],
     "Schema": [
-        "-Create...", "-Open", "-Create Table...", "-Create View...", "Create Procedure...",
+        "-Create...", "Open", "-Create Table...", "-Create View...", "Create Procedure...",
         "Create Function...", "-Create Event...", "-Migrate...", "-Clone...",
-        "-Create SQL Dump...", "-Checksum Data (CRC32)...", "-Modify...", "Delete...",
+        "-Create SQL Dump...", "Checksum Data (CRC32)...", "-Modify...", "Delete...",
     ],
     "Query": [
         "New", "Open...", "-Reopen Closed Query", "-Save", "-Save As...", "-Duplicate", "-Execute", "-Execute Selected",

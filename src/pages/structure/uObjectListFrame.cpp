@@ -96,3 +96,8 @@ void TObjectListFrame::AddSeparator()
     separator->setSeparator(true);
     lvList->addAction(separator);
 }
+
+void TObjectListFrame::HideToolBar()
+{
+    FToolBar->hide();
+}

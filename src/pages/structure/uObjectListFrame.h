@@ -63,6 +63,8 @@ protected:
     QAction *AddAction(const char *name, const QString &caption, const QString &hint,
                        const char *icon);
     void AddSeparator();
+    /// The context menu alone has the actions then.
+    void HideToolBar();
     TGridView *Grid() const { return lvList; }
 
 private:

@@ -64,8 +64,10 @@ std::vector<TManagerObjectsFrame::TActionRow> TManagerObjectsFrame::DatabaseActi
     return {
         {"actRefresh", "Refresh", "Refresh", [this] { Refresh(); }, "refresh"},
         {"actDatabaseCreate", "Create", "Create database"},
-        {"actDatabaseOpen", "Open"},
-        {"actDatabaseChecksum", "Checksum Data (CRC32)..."},
+        {"actDatabaseOpen", "Open", "",
+         [this] { FPageUtils->ShowSchema(SelectedDatabase(), true); }, "open"},
+        {"actDatabaseChecksum", "Checksum Data (CRC32)...", "",
+         [this] { FUtils->ChecksumDatabase(SelectedDatabase()); }},
         {"actDatabaseCreateTable", "Create Table...", "Create table"},
         {"actDatabaseCreateView", "Create View...", "Create view"},
         {"actDatabaseCreateProcedure", "Create Procedure...", "Create procedure",

@@ -1,8 +1,8 @@
 #include "pages/structure/uTablePageFrame.h"
 
 #include "model/uDbmManager.h"
-#include "pages/structure/uPreparedTabs.h"
 #include "pages/tree/uManagerObjectsFrame.h"
+#include "pages/uTabTools.h"
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppManagerUtils.h"
 #include "shell/uManagerFrame.h"
@@ -41,28 +41,8 @@ protected:
     TAppManagerPageUtils &Pages() { return Window->GetActiveManagerFrame()->PageUtils(); }
     TPreparedTabs &Tabs(TTablePageFrame &page) { return *Find<TPreparedTabs>(&page, "pcTabs"); }
 
-    QStringList Captions(TTablePageFrame &page)
-    {
-        QStringList captions;
-        for (int i = 0; i < Tabs(page).count(); ++i)
-            if (Tabs(page).isTabVisible(i))
-                captions += Tabs(page).tabText(i);
-        return captions;
-    }
-    /// The rows of the list on a tab, cells joined by a bar.
-    QStringList List(TTablePageFrame &page, int tab)
-    {
-        Tabs(page).setCurrentIndex(tab);
-        const QAbstractItemModel *model = Tabs(page).widget(tab)->findChild<TGridView *>()->model();
-        QStringList rows;
-        for (int row = 0; row < model->rowCount(); ++row) {
-            QStringList cells;
-            for (int column = 0; column < model->columnCount(); ++column)
-                cells += model->index(row, column).data().toString();
-            rows += cells.join('|');
-        }
-        return rows;
-    }
+    QStringList Captions(TTablePageFrame &page) { return TTabTools::Captions(Tabs(page)); }
+    QStringList List(TTablePageFrame &page, int tab) { return TTabTools::Rows(Tabs(page), tab); }
 };
 
 TEST_F(TTablePageTest, ShowsHowATableIsMade)

@@ -1,0 +1,125 @@
+#include "jobs/uWorkerForm.h"
+
+#include "core/uServerProfile.h"
+#include "jobs/uAppWorkers.h"
+#include "model/uDbmManager.h"
+#include "uGuiTools.h"
+#include "uModalDriver.h"
+#include "uTcpProxy.h"
+#include "uTestDatabase.h"
+#include "uTestLoop.h"
+
+#include <QClipboard>
+#include <QFile>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <gmock/gmock.h>
+
+namespace {
+
+class TTalking : public TWorker
+{
+public:
+    explicit TTalking(int lines) : FLines(lines) {}
+    ~TTalking() override { WaitForEnd(); }
+
+protected:
+    void Execute() override
+    {
+        for (int i = 1; i <= FLines && !StopRequest(); ++i)
+            SendLog("line %d", {i});
+    }
+
+private:
+    const int FLines;
+};
+
+class TWorkerFormTest : public TServerTest
+{
+protected:
+    static bool IsFinished(QWidget *job) { return job->windowTitle().endsWith(" - Finished"); }
+    static QPlainTextEdit *Log(QWidget *job) { return Find<QPlainTextEdit>(job, "memLog"); }
+    void RunTalking(int lines, TModalDriver::THandler handler)
+    {
+        TTalking job(lines);
+        Driver.Expect("frmWorker", std::move(handler));
+        TWorkerForm::ShowWorker(nullptr, job, "Talking");
+    }
+
+    TModalDriver Driver;
+};
+
+TEST_F(TWorkerFormTest, StaysAliveUnderALongLogAndKeepsItsEnd)
+{
+    // Beats of the main loop while the job logs; each line takes a turn of it.
+    int beats = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] { ++beats; });
+    timer.start(10);
+    RunTalking(100500, [&](QWidget *job) {
+        ASSERT_TRUE(TTestLoop::RunUntil([&] { return IsFinished(job); }, 60000));
+        EXPECT_GT(beats, 20);
+        EXPECT_EQ(Log(job)->blockCount(), 100000);
+        EXPECT_TRUE(Log(job)->toPlainText().contains("line 100500\n\n---\nTask completed ("));
+        EXPECT_FALSE(Log(job)->toPlainText().contains("line 500\n"));
+        TGuiTools::Click(job, "butClose");
+    });
+}
+
+TEST_F(TWorkerFormTest, ItsLogIsSearchedCopiedAndSaved)
+{
+    QTemporaryDir folder;
+    const QString fileName = folder.filePath("job.txt");
+    RunTalking(30, [&](QWidget *job) {
+        ASSERT_TRUE(TTestLoop::RunUntil([&] { return IsFinished(job); }));
+        auto *find = Find<QLineEdit>(job, "editFind");
+        TGuiTools::Type(find, "line 17");
+        TGuiTools::Press(find, Qt::Key_Return);
+        EXPECT_TRUE(job->isVisible()) << "Enter is the search's here";
+        EXPECT_EQ(Log(job)->textCursor().selectedText(), "line 17");
+        TGuiTools::Click(job, "butCopy");
+        EXPECT_EQ(QGuiApplication::clipboard()->text(), "line 17");
+        Log(job)->moveCursor(QTextCursor::End);
+        TGuiTools::Click(job, "butCopy");
+        EXPECT_EQ(QGuiApplication::clipboard()->text(), Log(job)->toPlainText());
+        Driver.ExpectFile(fileName);
+        TGuiTools::Click(job, "butSave");
+        QFile file(fileName);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(QString::fromUtf8(file.readAll()).contains("line 29\nline 30\n"));
+        TGuiTools::Click(job, "butClose");
+    });
+}
+
+TEST_F(TWorkerFormTest, CancelEndsAJobThatLooksAtTheRequest)
+{
+    RunTalking(1000000000, [](QWidget *job) {
+        EXPECT_EQ(Find<QPushButton>(job, "butClose")->text(), "Cancel");
+        TGuiTools::Click(job, "butClose");
+    });
+}
+
+// The server is silent until after the cancel; the session that it gives then is nobody's.
+TEST_F(TWorkerFormTest, AConnectionThatOpensAfterItsCancelIsNotHandedOver)
+{
+    TTcpProxy proxy(Server().Host(), Server().Port());
+    proxy.Stall();
+    std::unique_ptr<TDbmManager> manager;
+    Driver.Expect("frmWorker", [&](QWidget *job) {
+        EXPECT_TRUE(TTestLoop::RunUntil([&] { return proxy.ConnectionCount() > 0; }));
+        EXPECT_TRUE(job->windowTitle().endsWith(" - Running..."));
+        TGuiTools::Click(job, "butClose");
+        proxy.Resume();
+    });
+    EXPECT_FALSE(
+        TAppWorkers::Instance().TryOpenManager(ServerProfile(Server(), proxy.Port()), manager));
+    EXPECT_EQ(manager, nullptr);
+    EXPECT_GT(proxy.BytesToServer(), 0) << "the session was opened";
+    EXPECT_TRUE(TTestLoop::RunUntil([&] { return proxy.OpenCount() == 0; })) << "and closed again";
+}
+
+} // namespace
