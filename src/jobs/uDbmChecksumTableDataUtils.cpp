@@ -14,8 +14,9 @@ quint32 TDbmChecksumTableDataUtils::Calculate(const QString &database, const QSt
         throw EException(TFormat::Format("Table \"%s.%s\" not found.", {database, table}));
     QStringList sums;
     item->Fields().ForEach([&](TDbmFieldItem &field) {
-        sums << TFormat::Format("sum(ifnull(crc32(%s), 0))",
-                                {TDbmPathUtils::FormatDbObject(QString(), field.Entity().FieldName)});
+        sums << TFormat::Format(
+            "sum(ifnull(crc32(%s), 0))",
+            {TDbmPathUtils::FormatDbObject(QString(), field.Entity().FieldName)});
     });
     const QString sql =
         TFormat::Format("SELECT ifnull(crc32(%s), 0) FROM %s",

@@ -3,6 +3,7 @@
 #include "core/uServerProfile.h"
 #include "jobs/uAppWorkers.h"
 #include "model/uDbmManager.h"
+#include "support/uMainThread.h"
 #include "uGuiTools.h"
 #include "uModalDriver.h"
 #include "uTcpProxy.h"
@@ -41,6 +42,7 @@ private:
 class TWorkerFormTest : public TServerTest
 {
 protected:
+    void SetUp() override { TMainThread::Initialize(); }
     static bool IsFinished(QWidget *job) { return job->windowTitle().endsWith(" - Finished"); }
     static QPlainTextEdit *Log(QWidget *job) { return Find<QPlainTextEdit>(job, "memLog"); }
     void RunTalking(int lines, TModalDriver::THandler handler)
