@@ -159,6 +159,11 @@ bool TFieldInfo::IsSinglePrecision() const
     return ServerType == MYSQL_TYPE_FLOAT;
 }
 
+bool TFieldInfo::IsShortYear() const
+{
+    return ServerType == MYSQL_TYPE_YEAR && Length == 2;
+}
+
 int TFieldInfo::DisplayWidth() const
 {
     if (IsText)

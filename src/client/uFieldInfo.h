@@ -61,5 +61,7 @@ struct TFieldInfo
     bool IsAutoIncrement() const;
     /// FLOAT keeps more than it shows, so its text does not find the row again.
     bool IsSinglePrecision() const;
+    /// A year of two digits counts from 1970 as a text and from 2000 as a number.
+    bool IsShortYear() const;
     int DisplayWidth() const;
 };

@@ -6,7 +6,6 @@
 
 #include <QtEndian>
 #include <charconv>
-#include <mysql.h>
 
 namespace {
 
@@ -28,10 +27,8 @@ bool TryNumber(QByteArrayView bytes, T &value)
 
 TVariant IntegerValue(const TFieldInfo &info, QByteArrayView bytes)
 {
-    // A two-digit year counts from 1970 as a text and from 2000 as a number.
-    const bool shortYear = info.ServerType == MYSQL_TYPE_YEAR && info.Length == 2;
     qint64 value = 0;
-    if (shortYear || !TryNumber(bytes, value))
+    if (info.IsShortYear() || !TryNumber(bytes, value))
         return AsciiText(bytes);
     return value;
 }

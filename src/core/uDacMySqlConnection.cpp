@@ -147,6 +147,15 @@ void TDacMySqlConnection::ExecuteDataset(const QString &commandText, TMyQuery &d
     Run(commandText, execute, retry ? TOperation(repeat) : TOperation());
 }
 
+void TDacMySqlConnection::Stream(const QString &commandText,
+                                 const TMyQuery::TStreamFields &onFields,
+                                 const TMyQuery::TStreamRow &onRow)
+{
+    const std::unique_ptr<TMyQuery> query = CreateDataset();
+    query->SetSQL(commandText);
+    Run(commandText, [&] { query->Stream(onFields, onRow); }, {});
+}
+
 void TDacMySqlConnection::Run(const QString &commandText, const TOperation &operation,
                               const TOperation &onLost)
 {

@@ -52,6 +52,10 @@ public:
     void Execute(const QString &commandText);
     /// The same with a dataset that takes the rows.
     void ExecuteDataset(const QString &commandText, TMyQuery &dataset);
+    /// Runs a statement and hands each row of its first answer over without holding it; see
+    /// TMyQuery::Stream. Nothing is repeated after a lost session: rows would come twice.
+    void Stream(const QString &commandText, const TMyQuery::TStreamFields &onFields,
+                const TMyQuery::TStreamRow &onRow);
     /// Reads a dataset again with its own statement. On a closed session call
     /// TDbmProvider::OpenConnection first.
     void RefreshDataset(TMyQuery &dataset);

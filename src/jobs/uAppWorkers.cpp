@@ -1,10 +1,16 @@
 #include "jobs/uAppWorkers.h"
 
 #include "jobs/uDbmChecksumDatabaseWorker.h"
+#include "jobs/uDbmCreateSqlDumpWorker.h"
+#include "jobs/uDbmExecuteSqlDumpWorker.h"
+#include "jobs/uDbmMigrateDatabaseWorker.h"
 #include "jobs/uDbmOpenManagerWorker.h"
 #include "jobs/uDbmTestConnectionWorker.h"
 #include "jobs/uWorkerForm.h"
+#include "model/uDbmManager.h"
 #include "widgets/uWaitCursor.h"
+
+#include <QFileInfo>
 
 namespace {
 
@@ -60,4 +66,53 @@ void TAppWorkers::ChecksumDatabase(const TDbmConnectionProfile &profile,
     worker.FProfile = profile;
     worker.FDatabaseName = databaseName;
     Run(worker, TFormat::Format("Calculation Database Checksum \"%s\"", {databaseName}));
+}
+
+void TAppWorkers::CloneDatabase(TDbmManager &manager, const QString &sourceName,
+                                const QString &targetName)
+{
+    if (sourceName == targetName)
+        return;
+    QString charset;
+    manager.Commands().Charsets().ExecuteGetSessionCharset(charset);
+    const TDbmConnectionProfile profile = manager.ConnectionProfile();
+    MigrateDatabase(profile, profile, sourceName, targetName, charset);
+    manager.RequestProcess();
+}
+
+void TAppWorkers::CreateDump(const TDbmConnectionProfile &profile, const QString &databaseName,
+                             const QString &fileName, const QString &charset, bool onlyStructure)
+{
+    TDbmCreateSqlDumpWorker worker;
+    worker.FProfile = profile;
+    worker.FDatabaseName = databaseName;
+    worker.FFileName = fileName;
+    worker.FCharset = charset;
+    worker.FOnlyStructure = onlyStructure;
+    Run(worker, TFormat::Format("Creation SQL Dump \"%s\"", {QFileInfo(fileName).fileName()}));
+}
+
+void TAppWorkers::ExecuteDump(const TDbmConnectionProfile &profile, const QString &fileName,
+                              const QString &databaseName, const QString &charset)
+{
+    TDbmExecuteSqlDumpWorker worker;
+    worker.FProfile = profile;
+    worker.FFileName = fileName;
+    worker.FDatabaseName = databaseName;
+    worker.FCharset = charset;
+    Run(worker, TFormat::Format("Execution SQL Dump \"%s\"", {QFileInfo(fileName).fileName()}));
+}
+
+void TAppWorkers::MigrateDatabase(const TDbmConnectionProfile &sourceProfile,
+                                  const TDbmConnectionProfile &targetProfile,
+                                  const QString &sourceName, const QString &targetName,
+                                  const QString &charset)
+{
+    TDbmMigrateDatabaseWorker worker;
+    worker.FSourceProfile = sourceProfile;
+    worker.FTargetProfile = targetProfile;
+    worker.FSourceDatabaseName = sourceName;
+    worker.FTargetDatabaseName = targetName;
+    worker.FCharset = charset;
+    Run(worker, TFormat::Format("Migration Database \"%s\"", {sourceName}));
 }

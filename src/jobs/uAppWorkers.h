@@ -23,6 +23,17 @@ public:
                         std::unique_ptr<TDbmManager> &manager);
     bool TestConnection(const TDbmConnectionProfile &profile);
     void ChecksumDatabase(const TDbmConnectionProfile &profile, const QString &databaseName);
+    /// A migration within the server of the manager, whose data is stale afterwards. Does nothing
+    /// when the names are equal.
+    void CloneDatabase(TDbmManager &manager, const QString &sourceName, const QString &targetName);
+    /// `charset` may be empty, here and below: that of the profile.
+    void CreateDump(const TDbmConnectionProfile &profile, const QString &databaseName,
+                    const QString &fileName, const QString &charset, bool onlyStructure);
+    void ExecuteDump(const TDbmConnectionProfile &profile, const QString &fileName,
+                     const QString &databaseName, const QString &charset);
+    void MigrateDatabase(const TDbmConnectionProfile &sourceProfile,
+                         const TDbmConnectionProfile &targetProfile, const QString &sourceName,
+                         const QString &targetName, const QString &charset);
 
 private:
     TAppWorkers() = default;

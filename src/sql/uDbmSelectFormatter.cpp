@@ -91,7 +91,12 @@ QString TDbmSelectFormatter::Columns(const QString &alias) const
     for (const QString &name : FFieldNames) {
         const QString qualified = TDbmPathUtils::FormatDbObject(alias, name);
         const bool byLength = FTextFields.contains(name) || FBlobFields.contains(name);
-        columns += byLength ? TFormat::Format("length(%s) AS `%s`", {qualified, name}) : qualified;
+        if (byLength)
+            columns += TFormat::Format("length(%s) AS `%s`", {qualified, name});
+        else if (FFloatFields.contains(name))
+            columns += TFormat::Format("%s + 0e0 AS `%s`", {qualified, name});
+        else
+            columns += qualified;
     }
     return columns.join(u", ");
 }

@@ -12,6 +12,7 @@ public:
     QStringList FPrimaryFieldNames; // the table's key columns
     QStringList FTextFields;        // fetched only by their length
     QStringList FBlobFields;        // fetched only by their length
+    QStringList FFloatFields;       // FLOAT columns, widened so that every digit comes
     QStringList FWhereFields;
     TVariantList FWhereValues; // same order as FWhereFields
     QString FWhereCommandText; // the user's own condition, inserted as it is

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QStringList>
+
+class TDbmManager;
+
+/// What a session that reads or writes a whole database needs.
+class TDbmDumpSession
+{
+public:
+    /// Lets the connection wait for as long as the other side takes.
+    static void Prepare(TDbmManager &manager);
+    /// Everything read from here on is of this moment, where the engine of a table can tell.
+    static void BeginSnapshot(TDbmManager &manager);
+    static void EndSnapshot(TDbmManager &manager);
+};
+
+/// The statements that make a session take values which it would refuse or change by default: only
+/// those that the rows at hand ask for, each once.
+class TDbmDumpModes
+{
+public:
+    /// `needs` are TDbmRowNeed flags.
+    QStringList Take(int needs);
+    /// Brings the session's own mode back; nothing when it was never changed.
+    QStringList Restore();
+
+private:
+    int FTaken = 0;
+};

@@ -1,0 +1,482 @@
+#include "jobs/uDbmDumpUtils.h"
+
+#include "jobs/uDbmDumpDataUtils.h"
+#include "jobs/uDbmDumpNames.h"
+#include "model/uDbmEventList.h"
+#include "model/uDbmFieldList.h"
+#include "model/uDbmManager.h"
+#include "model/uDbmTableList.h"
+#include "model/uDbmTriggerList.h"
+#include "model/uDbmViewList.h"
+#include "sql/uDatasetUtils.h"
+#include "sql/uDbmPathUtils.h"
+#include "sql/uDbmSqlStringFormatter.h"
+#include "sql/uDbmSqlUtils.h"
+#include "support/uException.h"
+#include "support/uRegExUtils.h"
+#include "support/uStringUtils.h"
+
+namespace {
+
+constexpr auto IgnoreCase = QRegularExpression::CaseInsensitiveOption;
+
+QString Escaped(const QString &name)
+{
+    return TDbmDumpNames::Escaped(name);
+}
+
+// What stands inside quotes may look like a clause.
+QString WithoutTexts(const QString &text)
+{
+    QString outside = text;
+    outside.replace(QRegularExpression("'(?:[^'\\\\]|''|\\\\.)*'"), "''");
+    return outside;
+}
+
+// The line behind the columns and keys: options and partitions.
+QString Tail(const QString &ddl)
+{
+    const qsizetype at = ddl.lastIndexOf("\n)");
+    return at < 0 ? QString() : WithoutTexts(ddl.mid(at + 2));
+}
+
+bool IsLiteralDefault(const QString &text)
+{
+    return TRegExUtils::Match(text, "^(NULL|b'|'|-?\\d|0x|\\(|(CURRENT_TIMESTAMP|NOW)\\b)",
+                              IgnoreCase)
+        .hasMatch();
+}
+
+} // namespace
+
+TDbmDumpUtils::~TDbmDumpUtils()
+{
+    if (FWatches)
+        FManager->Commands().SetOnCommandNotExecuted({});
+}
+
+void TDbmDumpUtils::WatchReads()
+{
+    FWatches = true;
+    FManager->Commands().SetOnCommandNotExecuted(
+        [this](TDbmChildCommands *, const QString &message, const QString &command) {
+            // Only a view's algorithm is read so, and a view that no longer works has none to tell.
+            if (!command.startsWith("SHOW CREATE VIEW"))
+                FReadError = message + "\r\n---\r\n" + command;
+        });
+}
+
+void TDbmDumpUtils::CheckReads()
+{
+    if (!FReadError.isEmpty())
+        throw EException(FReadError);
+}
+
+std::shared_ptr<TDbmDatabaseItem> TDbmDumpUtils::Database()
+{
+    std::shared_ptr<TDbmDatabaseItem> item;
+    FManager->Databases().TryGetByName(FSourceDatabaseName, item);
+    CheckReads();
+    return item;
+}
+
+QString TDbmDumpUtils::Target() const
+{
+    return Escaped(FTargetDatabaseName);
+}
+
+TDbmDatabaseEntity TDbmDumpUtils::TargetDatabase()
+{
+    TDbmDatabaseEntity entity = Database()->Entity();
+    entity.Collation = FitCollation(entity.Collation);
+    entity.DatabaseName =
+        Escaped(FTargetDatabaseName.isEmpty() ? entity.DatabaseName : FTargetDatabaseName);
+    return entity;
+}
+
+QString TDbmDumpUtils::DumpCreateDatabase()
+{
+    return Database() ? FFormatters->Databases().FormatCreateDatabase(TargetDatabase()) : QString();
+}
+
+QString TDbmDumpUtils::DumpAlterDatabase()
+{
+    return Database() ? FFormatters->Databases().FormatAlterDatabaseFull(TargetDatabase())
+                      : QString();
+}
+
+QString TDbmDumpUtils::DumpDropDatabase()
+{
+    return FFormatters->Databases().FormatDropDatabase(Target(), true);
+}
+
+bool TDbmDumpUtils::TryGetTable(const QString &table, std::shared_ptr<TDbmTableItem> &item)
+{
+    return FManager->TryGetTable(FSourceDatabaseName, table, item);
+}
+
+const QString &TDbmDumpUtils::DDL(const QString &table)
+{
+    if (FDDLTable == table && !FDDL.isEmpty())
+        return FDDL;
+    FDDLTable = table;
+    FManager->Commands().Tables().ExecuteSelectDDL(Escaped(FSourceDatabaseName), Escaped(table),
+                                                   FDDL);
+    CheckReads();
+    // A table without its keys is another table.
+    if (FDDL.isEmpty())
+        throw EException(
+            TFormat::Format("The definition of table \"%s\" cannot be read.", {table}));
+    FKeys = TDbmTableKeys::Parse(FSourceDatabaseName, FDDL);
+    return FDDL;
+}
+
+const TDbmTableKeys &TDbmDumpUtils::Keys(const QString &table)
+{
+    DDL(table);
+    return FKeys;
+}
+
+QString TDbmDumpUtils::DumpCreateTable(const QString &table, const QString &newName)
+{
+    std::shared_ptr<TDbmTableItem> item;
+    if (!TryGetTable(table, item))
+        return {};
+    NoteTable(table);
+    QList<TDbmFieldEntity> fields;
+    item->Fields().ForEach([&](TDbmFieldItem &field) {
+        fields.append(field.Entity());
+        FitField(fields.last(), table);
+    });
+    CheckReads();
+    if (fields.isEmpty())
+        throw EException(TFormat::Format("The columns of table \"%s\" cannot be read.", {table}));
+    QList<TDbmIndexEntity> indexes;
+    QList<QList<TDbmIndexColumnEntity>> indexColumns;
+    for (TDbmWholeIndex index : Keys(table).Indexes()) {
+        const TDbmIndexKind kind = index.Index.IndexKind;
+        if (!index.IsWhole || kind == ikFulltext || kind == ikSpatial)
+            continue;
+        index.Index.IndexName = Escaped(index.Index.IndexName);
+        for (TDbmIndexColumnEntity &column : index.Columns)
+            column.ColumnName = Escaped(column.ColumnName);
+        indexes.append(index.Index);
+        indexColumns.append(index.Columns);
+    }
+    TDbmTableEntity entity = item->Entity();
+    entity.TableName = Escaped(newName.isEmpty() ? entity.TableName : newName);
+    entity.Collation = FitCollation(entity.Collation);
+    const QString collation = FDefaultCollation.isEmpty()
+                                  ? FitCollation(Database()->Entity().Collation)
+                                  : FDefaultCollation;
+    return FFormatters->Tables().FormatCreate(Target(), entity, collation, indexColumns, indexes,
+                                              fields);
+}
+
+// What the text of a column needs to be taken by the server that runs it, and nothing else.
+void TDbmDumpUtils::FitField(TDbmFieldEntity &field, const QString &table)
+{
+    TDbmFieldServerText &server = field.ServerText;
+    // The CHECK of a column belongs to its type where JSON is a text with a condition.
+    const QString check = TDbmFieldFormatters::ParseColumnCheck(DDL(table), field.FieldName);
+    if (!check.isEmpty() && server.Generated.isEmpty())
+        server.Trailing = (server.Trailing + ' ' + check).trimmed();
+    const QString fitted = FitCollation(field.FieldType.Collation);
+    if (fitted != field.FieldType.Collation) {
+        server.Parsed.Collation = fitted;
+        field.FieldType.Collation = fitted;
+    }
+    field.FieldName = Escaped(field.FieldName);
+    if (FFeatures->MarkedDefaults && !server.Default.isEmpty() && !IsLiteralDefault(server.Default))
+        server.Default = '(' + server.Default + ')';
+    static const QRegularExpression reference("\\bSRID \\d+");
+    if (!FFeatures->MarkedDefaults && server.Trailing.contains(reference)) {
+        LeaveOut("reference system of column \"%s\" of table \"%s\"", {field.FieldName, table});
+        server.Trailing = server.Trailing.remove(reference).trimmed();
+    }
+}
+
+// The nearest collation that the target knows.
+QString TDbmDumpUtils::FitCollation(const QString &collation)
+{
+    if (collation.isEmpty() || FTargetCollations.isEmpty() ||
+        FTargetCollations.contains(collation, Qt::CaseInsensitive))
+        return collation;
+    const QString charset = collation.section('_', 0, 0);
+    QStringList nearest{charset + "_unicode_520_ci", charset + "_unicode_ci",
+                        charset + "_general_ci", charset + "_bin"};
+    if (collation.endsWith("_bin"))
+        nearest.prepend(charset + "_bin");
+    for (const QString &name : nearest) {
+        if (!FTargetCollations.contains(name, Qt::CaseInsensitive))
+            continue;
+        LeaveOut("collation \"%s\", which the target does not know; \"%s\" takes its place",
+                 {collation, name});
+        return name;
+    }
+    return collation;
+}
+
+QString TDbmDumpUtils::DumpDropTable(const QString &table)
+{
+    return FFormatters->Tables().FormatDelete(Target(), Escaped(table));
+}
+
+QString TDbmDumpUtils::DumpCreateView(const QString &view)
+{
+    std::shared_ptr<TDbmViewItem> item;
+    if (!FManager->TryGetView(FSourceDatabaseName, view, item))
+        return {};
+    TDbmViewEntity entity = item->Entity();
+    CheckReads();
+    NoteDefiner(entity.Definer, "view", view);
+    if (entity.Definition.isEmpty())
+        throw EException(TFormat::Format("The definition of view \"%s\" cannot be read.", {view}));
+    entity.ViewName = Escaped(entity.ViewName);
+    return FFormatters->Views().FormatCreate(Target(), entity, true, false, false,
+                                             Escaped(FSourceDatabaseName));
+}
+
+QString TDbmDumpUtils::DumpDropView(const QString &view, bool ifExists)
+{
+    return FFormatters->Views().FormatDelete(Target(), Escaped(view), ifExists);
+}
+
+QString TDbmDumpUtils::DumpCreateRoutine(const QString &routine, TDbmRoutineType type)
+{
+    for (TDbmRoutineEntity entity : Routines()) {
+        if (entity.RoutineType != type || entity.RoutineName != routine)
+            continue;
+        NoteDefiner(entity.Definer, type == rtFunction ? "function" : "procedure", routine);
+        if (entity.Definition.isEmpty())
+            throw EException(
+                TFormat::Format("The definition of routine \"%s\" cannot be read.", {routine}));
+        QString params;
+        FManager->Commands().Routines().ExecuteSelectParams(Escaped(FSourceDatabaseName),
+                                                            Escaped(routine), params, type);
+        CheckReads();
+        entity.RoutineName = Escaped(routine);
+        return FFormatters->Routines().FormatCreate(Target(), entity, params);
+    }
+    return {};
+}
+
+QString TDbmDumpUtils::DumpDropRoutine(const QString &routine, TDbmRoutineType type, bool)
+{
+    return type == rtFunction
+               ? FFormatters->Routines().FormatDeleteFunction(Target(), Escaped(routine))
+               : FFormatters->Routines().FormatDeleteProcedure(Target(), Escaped(routine));
+}
+
+QString TDbmDumpUtils::DumpCreateEvent(const QString &event)
+{
+    std::shared_ptr<TDbmEventItem> item;
+    if (!FManager->TryGetEvent(FSourceDatabaseName, event, item))
+        return {};
+    TDbmEventEntity entity = item->Entity();
+    NoteDefiner(entity.Definer, "event", event);
+    entity.EventName = Escaped(event);
+    return FFormatters->Events().FormatCreate(Target(), entity, false);
+}
+
+QString TDbmDumpUtils::DumpDropEvent(const QString &event)
+{
+    return FFormatters->Events().FormatDelete(Target(), Escaped(event));
+}
+
+QString TDbmDumpUtils::DumpAlterTableAddForeignKey(const QString &table, const QString &reference)
+{
+    TDbmWholeReference key;
+    if (!Keys(table).TryGetReference(reference, key))
+        return {};
+    key.Reference.ReferenceName = Escaped(key.Reference.ReferenceName);
+    key.Reference.RefTableName = Escaped(key.Reference.RefTableName);
+    key.Reference.RefDatabaseName.clear(); // beside the table that has the key
+    for (TDbmReferenceColumnEntity &column : key.Columns) {
+        column.SrcColumnName = Escaped(column.SrcColumnName);
+        column.RefColumnName = Escaped(column.RefColumnName);
+    }
+    return FFormatters->ForeignKeys().FormatAlterTableAddForeignKey(
+        Target(), Escaped(table), QString(), key.Columns, key.Reference);
+}
+
+QString TDbmDumpUtils::DumpCreateTrigger(const QString &table, const QString &trigger)
+{
+    std::shared_ptr<TDbmTableItem> item;
+    std::shared_ptr<TDbmTriggerItem> triggerItem;
+    if (!TryGetTable(table, item) || !item->Triggers().TryGetByName(trigger, triggerItem))
+        return {};
+    TDbmTriggerEntity entity = triggerItem->Entity();
+    NoteDefiner(entity.Definer, "trigger", trigger);
+    entity.TriggerName = Escaped(trigger);
+    return FFormatters->Triggers().FormatCreate(Target(), Escaped(table), entity);
+}
+
+void TDbmDumpUtils::DumpData(const QString &sourceTable, const QString &targetTable, bool ignore,
+                             bool delayed, bool replace, const TConsumer &consumer)
+{
+    TDbmDumpDataUtils data;
+    data.FManager = FManager;
+    data.FFormatters = FFormatters;
+    data.FSourceDatabaseName = FSourceDatabaseName;
+    data.FTargetDatabaseName = FTargetDatabaseName;
+    data.FSourceTableName = sourceTable;
+    data.FTargetTableName = targetTable;
+    data.FStopRequested = FStopRequested;
+    data.DumpData(ignore, delayed, replace, consumer);
+}
+
+QStringList TDbmDumpUtils::Tables()
+{
+    QStringList names;
+    if (!Database())
+        return names;
+    ReadSequences();
+    Database()->Tables().ForEach([&](TDbmTableItem &item) {
+        const QString name = item.Entity().TableName;
+        if (!FSequences->contains(name) && CanWrite("table", name))
+            names += name;
+    });
+    CheckReads();
+    return names;
+}
+
+// A sequence stands among the tables of a server that has them, with one row in it.
+void TDbmDumpUtils::ReadSequences()
+{
+    if (FSequences)
+        return;
+    FSequences.emplace();
+    const QString sql = TFormat::Format(
+        "SELECT table_name AS name FROM information_schema.tables WHERE table_schema = '%s' AND "
+        "table_type = 'SEQUENCE'",
+        {TDbmSqlStringFormatter::Format(FSourceDatabaseName)});
+    FManager->Command().ExecuteQuery(sql, [&](TDataSet *rows) {
+        for (; rows && !rows->Eof(); rows->Next()) {
+            *FSequences += rows->FieldByName("name").AsString();
+            LeaveOut("sequence \"%s\"", {FSequences->last()});
+        }
+    });
+}
+
+QStringList TDbmDumpUtils::References(const QString &table)
+{
+    QStringList names;
+    for (const TDbmWholeReference &key : Keys(table).References()) {
+        const QString &database = key.Reference.RefDatabaseName;
+        if (database.isEmpty() || database == FSourceDatabaseName)
+            names += key.Reference.ReferenceName;
+        else
+            LeaveOut("foreign key \"%s\" of table \"%s\" into database \"%s\"",
+                     {key.Reference.ReferenceName, table, database});
+    }
+    return names;
+}
+
+QStringList TDbmDumpUtils::Triggers(const QString &table)
+{
+    QStringList names;
+    std::shared_ptr<TDbmTableItem> item;
+    if (TryGetTable(table, item))
+        item->Triggers().ForEach([&](TDbmTriggerItem &trigger) {
+            if (CanWrite("trigger", trigger.Entity().TriggerName))
+                names += trigger.Entity().TriggerName;
+        });
+    CheckReads();
+    return names;
+}
+
+// Not from the list of the tree, in which a function and a procedure of one name are one.
+QList<TDbmRoutineEntity> TDbmDumpUtils::Routines()
+{
+    if (!FRoutines) {
+        FRoutines.emplace();
+        for (const TDbmRoutineEntity &entity :
+             FManager->Commands().Routines().ExecuteSelect(FSourceDatabaseName))
+            if (CanWrite("routine", entity.RoutineName))
+                FRoutines->append(entity);
+        CheckReads();
+    }
+    return *FRoutines;
+}
+
+QStringList TDbmDumpUtils::Views()
+{
+    QStringList names;
+    for (const auto &view : Database()->Views().ToDependencySortedArray())
+        if (CanWrite("view", view->Entity().ViewName))
+            names += view->Entity().ViewName;
+    CheckReads();
+    return names;
+}
+
+QStringList TDbmDumpUtils::Events()
+{
+    QStringList names;
+    if (FManager->Features().Events)
+        Database()->Events().ForEach([&](TDbmEventItem &event) {
+            if (CanWrite("event", event.Entity().EventName))
+                names += event.Entity().EventName;
+        });
+    CheckReads();
+    return names;
+}
+
+int TDbmDumpUtils::TableNeeds(const QString &table)
+{
+    static const QRegularExpression zeroDate("DEFAULT '\\d{4}-(00-\\d\\d|\\d\\d-00)");
+    return DDL(table).contains(zeroDate) ? rnLaxDates : 0;
+}
+
+// The keys and clauses of a table that its statement does not have.
+void TDbmDumpUtils::NoteTable(const QString &table)
+{
+    for (const TDbmWholeIndex &index : Keys(table).Indexes()) {
+        const QString &name = index.Index.IndexName;
+        if (index.Index.IndexKind == ikFulltext)
+            LeaveOut("fulltext index \"%s\" of table \"%s\"", {name, table});
+        else if (index.Index.IndexKind == ikSpatial)
+            LeaveOut("spatial index \"%s\" of table \"%s\"", {name, table});
+        else if (!index.IsWhole)
+            LeaveOut("index \"%s\" of table \"%s\", which is over an expression", {name, table});
+    }
+    for (const QString &line : TStringUtils::Lines(DDL(table))) {
+        const auto check =
+            TRegExUtils::Match(line, "^\\s*CONSTRAINT `((?:[^`]|``)*)` CHECK ", IgnoreCase);
+        if (check.hasMatch())
+            LeaveOut("check \"%s\" of table \"%s\"", {check.captured(1), table});
+    }
+    const QString tail = Tail(DDL(table));
+    if (tail.contains("PARTITION BY", Qt::CaseInsensitive))
+        LeaveOut("partitions of table \"%s\"", {table});
+    if (tail.contains("WITH SYSTEM VERSIONING", Qt::CaseInsensitive))
+        LeaveOut("system versioning of table \"%s\"", {table});
+    static const QRegularExpression option(
+        "\\b(KEY_BLOCK_SIZE|PAGE_COMPRESSED|ENCRYPTED|ENCRYPTION|UNION|CONNECTION|INSERT_METHOD|"
+        "DATA DIRECTORY|INDEX DIRECTORY|TABLESPACE)\\b",
+        IgnoreCase);
+    TRegExUtils::ForEachMatch(tail, option.pattern(), [&](const QRegularExpressionMatch &match) {
+        LeaveOut("option %s of table \"%s\"", {match.captured(1), table});
+    });
+}
+
+void TDbmDumpUtils::NoteDefiner(const QString &definer, const char *kind, const QString &name)
+{
+    if (!definer.isEmpty())
+        LeaveOut("definer %s of %s \"%s\"", {definer, kind, name});
+}
+
+bool TDbmDumpUtils::CanWrite(const char *kind, const QString &name)
+{
+    if (TDbmDumpNames::CanWrite(name))
+        return true;
+    LeaveOut("%s \"%s\", which has a control character in its name", {kind, name.simplified()});
+    return false;
+}
+
+void TDbmDumpUtils::LeaveOut(const QString &format, const QList<TFormat::TArgument> &args)
+{
+    const QString line = "Left out: " + TFormat::Format(format, args);
+    if (!FLeftOut.contains(line))
+        FLeftOut += line;
+}

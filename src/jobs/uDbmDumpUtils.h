@@ -1,0 +1,88 @@
+#pragma once
+
+#include "jobs/uDbmTableRows.h"
+#include "sql/uDbmFormatters.h"
+#include "sql/uDbmTableKeys.h"
+#include "support/uFormat.h"
+
+class TDbmDatabaseItem;
+
+/// Turns objects of a database into statements that make them elsewhere: in a file, or on another
+/// server. An object that is not found gives an empty text. Nothing is read past its keys: what the
+/// statements cannot carry is kept in LeftOut.
+class TDbmDumpUtils
+{
+public:
+    using TConsumer = TDbmTableRows::TConsumer;
+
+    TDbmManager *FManager = nullptr;             // of the source, not owned
+    const TDbmFormatters *FFormatters = nullptr; // of the server that will run the text, not owned
+    const TDbmServerFeatures *FFeatures = nullptr; // of the same server, not owned
+    QString FSourceDatabaseName;
+    QString FTargetDatabaseName;   // empty: statements name objects without a database
+    QString FDefaultCollation;     // of an existing target; empty: the source's
+    QStringList FTargetCollations; // known to the target; empty: those of the source
+    std::function<bool()> FStopRequested;
+
+    /// Makes a list that the server refuses to tell an error of the operation that asked for it,
+    /// for as long as this object lives; elsewhere such a list is an empty one.
+    void WatchReads();
+    ~TDbmDumpUtils();
+
+    QString DumpCreateDatabase();
+    QString DumpAlterDatabase();
+    QString DumpDropDatabase();
+    /// `newName` is what the copy is called; empty: as the table.
+    QString DumpCreateTable(const QString &table, const QString &newName = {});
+    QString DumpDropTable(const QString &table);
+    QString DumpCreateView(const QString &view);
+    QString DumpDropView(const QString &view, bool ifExists);
+    /// A procedure and a function may share their name.
+    QString DumpCreateRoutine(const QString &routine, TDbmRoutineType type);
+    QString DumpDropRoutine(const QString &routine, TDbmRoutineType type, bool ifExists);
+    QString DumpCreateEvent(const QString &event);
+    QString DumpDropEvent(const QString &event);
+    QString DumpAlterTableAddForeignKey(const QString &table, const QString &reference);
+    QString DumpCreateTrigger(const QString &table, const QString &trigger);
+    void DumpData(const QString &sourceTable, const QString &targetTable, bool ignore, bool delayed,
+                  bool replace, const TConsumer &consumer);
+
+    /// What there is to dump, in the order of the lists; what cannot be written is left out. Raises
+    /// EException when the server refuses to tell.
+    QStringList Tables();
+    QStringList References(const QString &table);
+    QStringList Triggers(const QString &table);
+    QList<TDbmRoutineEntity> Routines();
+    QStringList Views();
+    QStringList Events();
+    const TDbmTableKeys &Keys(const QString &table);
+    /// Whether a statement that makes the table needs more than a strict server takes; TDbmRowNeed
+    /// flags.
+    int TableNeeds(const QString &table);
+
+    /// One line for each thing that was met and not written, in the order met.
+    const QStringList &LeftOut() const { return FLeftOut; }
+
+private:
+    std::shared_ptr<TDbmDatabaseItem> Database();
+    bool TryGetTable(const QString &table, std::shared_ptr<TDbmTableItem> &item);
+    const QString &DDL(const QString &table);
+    void ReadSequences();
+    TDbmDatabaseEntity TargetDatabase();
+    void FitField(TDbmFieldEntity &field, const QString &table);
+    QString FitCollation(const QString &collation);
+    void NoteTable(const QString &table);
+    void NoteDefiner(const QString &definer, const char *kind, const QString &name);
+    void CheckReads();
+    void LeaveOut(const QString &format, const QList<TFormat::TArgument> &args);
+    bool CanWrite(const char *kind, const QString &name);
+    QString Target() const;
+
+    QStringList FLeftOut;
+    bool FWatches = false;
+    QString FReadError; // of the last list that was not told
+    QString FDDLTable, FDDL;
+    TDbmTableKeys FKeys;
+    std::optional<QList<TDbmRoutineEntity>> FRoutines;
+    std::optional<QStringList> FSequences;
+};

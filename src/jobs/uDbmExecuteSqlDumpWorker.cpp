@@ -1,0 +1,42 @@
+#include "jobs/uDbmExecuteSqlDumpWorker.h"
+
+#include "model/uDbmManager.h"
+#include "support/uStringUtils.h"
+
+namespace {
+
+constexpr qsizetype LoggedChars = 1024; // of a statement; an INSERT may have 128 Ki
+
+/// Ends a script between two statements.
+struct TStopped
+{};
+
+} // namespace
+
+void TDbmExecuteSqlDumpWorker::Execute()
+{
+    TWorker::Execute();
+    const std::unique_ptr<TDbmManager> manager = TDbmManager::Create();
+    // Of the profile, since connecting takes the character set from there.
+    TDbmConnectionProfile profile = FProfile;
+    if (!FCharset.isEmpty())
+        profile.Charset = FCharset;
+    manager->SetParams(profile);
+    manager->SetOnCommandBeforeExecute([this](TDbmManager *, const QString &commandText) {
+        SendLog(TStringUtils::Compact(commandText.left(LoggedChars)));
+    });
+    SendLog("Opening connection\r\n---");
+    manager->Connect();
+    if (!FDatabaseName.isEmpty())
+        manager->Commands().Databases().ExecuteUse(FDatabaseName);
+    const std::unique_ptr<TDbmScript> script = manager->CreateScript();
+    script->SetOnProgress([this](TDbmScript *, double) {
+        if (StopRequest())
+            throw TStopped();
+    });
+    try {
+        script->ExecuteFromFile(FFileName, ";");
+    } catch (const TStopped &) {
+        SendLog("---\r\nStopped.");
+    }
+}
