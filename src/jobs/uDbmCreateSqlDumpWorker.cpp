@@ -181,7 +181,8 @@ void TDbmCreateSqlDumpWorker::WriteRows(const QString &table, const TDbmRowsStat
     SendLog("Writing data for \"%s\" (%d, %d)", {table, rows.Offset, rows.Count});
     SetDelimiter(";");
     Write(LineEnd);
-    Write(rows.Text + ';' + LineEnd);
+    Write(rows.Text);
+    Write(";\r\n");
 }
 
 void TDbmCreateSqlDumpWorker::WriteReferences(const QString &table)

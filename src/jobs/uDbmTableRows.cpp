@@ -55,6 +55,7 @@ void TDbmTableRows::Run(const TConsumer &consumer)
     ReadKey();
     const qint64 average = FTable->Entity().Info.AvgRowLength;
     FLimit = average > 0 && FIsPaged ? qMax<qint64>(1, FBytesPerFetch / average) : -1;
+    FHead = Head();
     FRows.reserve(StatementSize * 2);
     do {
         Fetch(consumer);
@@ -209,6 +210,8 @@ void TDbmTableRows::Open(const std::vector<TFieldInfo> &fields)
 
 bool TDbmTableRows::Take(const TMyQuery::TRowView &row, const TConsumer &consumer)
 {
+    if (FCount == 0)
+        FRows.append(FHead);
     FRows.append(FCount == 0 ? "\r\n    " : ",\r\n    ");
     FBufferSize += FFormatter->Append(row, FRows);
     ++FCount;
@@ -241,12 +244,14 @@ void TDbmTableRows::KeepKey(const TMyQuery::TRowView &row)
 void TDbmTableRows::HandOver(const TConsumer &consumer)
 {
     TDbmRowsStatement statement;
-    statement.Text = Head() + FRows;
+    statement.Text = FRows;
     statement.Offset = FProcessed;
     statement.Count = FCount;
     statement.Needs = FFormatter->TakeNeeds();
     FProcessed += FCount;
     FCount = FBufferSize = 0;
+    consumer(statement);
+    statement.Text.clear();
     // A single huge row must not be paid for until the end.
     if (FRows.capacity() > StatementSize * 8) {
         FRows = QByteArray();
@@ -254,7 +259,6 @@ void TDbmTableRows::HandOver(const TConsumer &consumer)
     } else {
         FRows.resize(0);
     }
-    consumer(statement);
     FIsStopped = FStopRequested && FStopRequested();
 }
 

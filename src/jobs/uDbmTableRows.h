@@ -76,6 +76,7 @@ private:
     QStringList FLastKey;        // literals; empty ahead of the first row
     std::vector<TFieldInfo> FInfos;
     std::optional<TDbmRowFormatter> FFormatter;
-    QByteArray FRows; // formatted rows held
+    QByteArray FHead; // of each statement
+    QByteArray FRows; // the statement at hand
     qint64 FProcessed = 0, FCount = 0, FBufferSize = 0;
 };

@@ -30,6 +30,11 @@ TDbmTableItem::TDbmTableItem(TDbmElement *owner) : TDbmItem(owner) {}
 
 TDbmTableItem::~TDbmTableItem() = default;
 
+bool TDbmTableItem::HaveLoadedFields() const
+{
+    return FFields && FFields->IsProcessed();
+}
+
 TDbmFieldList &TDbmTableItem::Fields()
 {
     return Child(FFields);

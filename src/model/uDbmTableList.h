@@ -42,6 +42,8 @@ public:
     ~TDbmTableItem() override;
 
     TDbmFieldList &Fields();
+    /// Whether its columns can be told without asking the server.
+    bool HaveLoadedFields() const;
     TDbmIndexList &Indexes();
     TDbmReferenceList &References();
     TDbmDependencyList &Dependencies();

@@ -75,6 +75,11 @@ TDbmViewItem::TDbmViewItem(TDbmElement *owner) : TDbmItem(owner) {}
 
 TDbmViewItem::~TDbmViewItem() = default;
 
+bool TDbmViewItem::HaveLoadedFields() const
+{
+    return FFields && FFields->IsProcessed();
+}
+
 TDbmFieldList &TDbmViewItem::Fields()
 {
     return Child(FFields);

@@ -13,6 +13,8 @@ public:
     ~TDbmViewItem() override;
 
     TDbmFieldList &Fields();
+    /// Whether its columns can be told without asking the server.
+    bool HaveLoadedFields() const;
 
     // As they were last read: nothing is read for them.
     const QString &DatabaseName() const { return FDatabaseName; }

@@ -4,6 +4,7 @@
 #include "app/uAppProfiles.h"
 #include "model/uDbmManager.h"
 #include "pages/dialogs/uAboutForm.h"
+#include "pages/dialogs/uExportCVSOptionsDialogFrame.h"
 #include "pages/dialogs/uProfileDialogFrame.h"
 #include "pages/dialogs/uProfilesForm.h"
 #include "pages/dialogs/uSelectCharsetDialogFrame.h"
@@ -88,6 +89,13 @@ bool TAppDialogs::SelectDatabase(TDbmManager &manager, QString &name)
         Owner(),
         [&](TSelectDialogFrame &frame) { frame.SetParams("Select Database", names, name); },
         [&](TSelectDialogFrame &frame) { name = frame.GetResultName(); });
+}
+
+bool TAppDialogs::ExportCVSOptions(TDatasetExportTextOptions &options)
+{
+    return TDialogForm::RunFrame<TExportCVSOptionsDialogFrame>(
+        Owner(), [](TExportCVSOptionsDialogFrame &) {},
+        [&](TExportCVSOptionsDialogFrame &frame) { options = frame.FOptions; });
 }
 
 bool TAppDialogs::SelectCharset(TDbmManager &manager, QString &name)

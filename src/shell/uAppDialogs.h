@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 
+struct TDatasetExportTextOptions;
 class QWidget;
 class TAppProfile;
 class TDbmManager;
@@ -30,6 +31,7 @@ public:
     static bool OpenSqlFile(QString &fileName);
     static void About();
     static bool SelectDatabase(TDbmManager &manager, QString &name);
+    static bool ExportCVSOptions(TDatasetExportTextOptions &options);
     static bool SelectCharset(TDbmManager &manager, QString &name);
 
     /// Rename and delete do the change; an object that is no longer there is not asked about.

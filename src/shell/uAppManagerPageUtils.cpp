@@ -8,8 +8,10 @@
 #include "pages/query/uQueryPageFrame.h"
 #include "pages/schema/uSchemaPageFrame.h"
 #include "pages/structure/uTablePageFrame.h"
+#include "shell/uAppDialogs.h"
 #include "shell/uAppManagerPageIdFormatters.h"
 #include "shell/uPageManagerFrame.h"
+#include "tools/uDatasetExportText.h"
 #include "tools/uDbmQueryTextResultFormatter.h"
 #include "widgets/uIcons.h"
 
@@ -77,6 +79,12 @@ void TAppManagerPageUtils::HookQueryPage(TQueryPageFrame *page)
         ShowQueryFromText(page->GetText(), page->GetUsedDatabaseName(), page->GetResultHeight(),
                           true);
     });
+    page->SetOnEditor([this, page](TTextEditor *editor) {
+        if (FOnSqlEditor)
+            FOnSqlEditor(editor, [page] { return page->GetUsedDatabaseName(); });
+    });
+    QObject::connect(page, &TQueryPageFrame::OnExportAsCvs, page,
+                     [this, page] { ShowExportQueryAsCvs(page->GetExecResult()); });
     QObject::connect(page, &TQueryPageFrame::OnExportAsText, page, [this, page] {
         ShowExportQueryAsText(page->GetExecutedText(), page->GetExecResult());
     });
@@ -159,6 +167,17 @@ void TAppManagerPageUtils::ShowCreateRoutineQuery(const QString &databaseName,
     const QStringList lines = {formatters.Other().FormatDelimiter("$$"), "",
                                formatters.Routines().FormatCreate(databaseName, entity, {})};
     ShowQueryFromText(lines.join("\r\n"), databaseName, 0, activate);
+}
+
+void TAppManagerPageUtils::ShowExportQueryAsCvs(const TDbmCommandExecQueryResult &execResult)
+{
+    TDatasetExportText exporter;
+    if (!TAppDialogs::ExportCVSOptions(exporter.FOptions))
+        return;
+    QString text;
+    exporter.FDataset = execResult.Query;
+    exporter.ExportAsText(text);
+    ShowPanelEditor("Result as CSV", text, false, true);
 }
 
 void TAppManagerPageUtils::ShowExportQueryAsText(const QString &sql,

@@ -12,6 +12,7 @@ class TDbmManager;
 class TPageFrame;
 class TPageManagerFrame;
 class TQueryPageFrame;
+class TTextEditor;
 struct TDbmCommandExecQueryResult;
 struct TTableDataSessionData;
 
@@ -36,6 +37,11 @@ public:
                             const QString &usedDatabaseName, int editorHeight, bool activate);
     /// Called ahead of a query page that goes, when no file has its text. What it raises keeps the
     /// page open if the user closed it.
+    /// Called with the editor of each query page that is made; `usedDatabase` is the page's.
+    using TSqlEditorEvent =
+        std::function<void(TTextEditor *editor, std::function<QString()> usedDatabase)>;
+    void SetOnSqlEditor(TSqlEditorEvent event) { FOnSqlEditor = std::move(event); }
+
     void SetOnDropText(std::function<void(const QString &text)> event)
     {
         FOnDropText = std::move(event);
@@ -54,6 +60,7 @@ public:
     void ShowRoutine(const QString &databaseName, const QString &routineName, bool activate);
     void ShowCreateRoutineQuery(const QString &databaseName, TDbmRoutineType routineType,
                                 bool activate);
+    void ShowExportQueryAsCvs(const TDbmCommandExecQueryResult &execResult);
     void ShowExportQueryAsText(const QString &sql, const TDbmCommandExecQueryResult &execResult);
     void ShowPanelEditor(const QString &caption, const QString &fileNameOrText, bool useFileName,
                          bool readOnly);
@@ -84,4 +91,5 @@ private:
     TDbmManager *FManager;
     TPageManagerFrame *FPageManager;
     std::function<void(const QString &text)> FOnDropText;
+    TSqlEditorEvent FOnSqlEditor;
 };

@@ -2,6 +2,7 @@
 
 #include "jobs/uAppWorkers.h"
 #include "model/uDbmManager.h"
+#include "shell/uAppCodeCompleteUtils.h"
 #include "shell/uAppDialogs.h"
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppMessages.h"
@@ -18,8 +19,17 @@ bool Redraw()
 } // namespace
 
 TAppManagerUtils::TAppManagerUtils(TDbmManager *manager, TAppManagerPageUtils *pageUtils)
-    : FManager(manager), FPageUtils(pageUtils)
+    : FManager(manager), FPageUtils(pageUtils),
+      FCodeComplete(std::make_unique<TAppCodeCompleteUtils>(manager))
 {}
+
+TAppManagerUtils::~TAppManagerUtils() = default;
+
+void TAppManagerUtils::SetParams(TDbmManager *manager)
+{
+    FManager = manager;
+    FCodeComplete->SetParams(manager);
+}
 
 void TAppManagerUtils::SelectCharset()
 {

@@ -3,7 +3,9 @@
 #include "model/uDbmEntityTypes.h"
 
 #include <QString>
+#include <memory>
 
+class TAppCodeCompleteUtils;
 class TAppManagerPageUtils;
 class TDbmManager;
 
@@ -14,7 +16,10 @@ class TAppManagerUtils
 public:
     TAppManagerUtils(TDbmManager *manager, TAppManagerPageUtils *pageUtils); // not owned
 
-    void SetParams(TDbmManager *manager) { FManager = manager; }
+    ~TAppManagerUtils();
+
+    void SetParams(TDbmManager *manager);
+    TAppCodeCompleteUtils &CodeComplete() { return *FCodeComplete; }
 
     void SelectCharset();
     void SelectSchema(const QString &databaseName);
@@ -48,4 +53,5 @@ private:
     bool NeedDatabase(QString &databaseName);
     TDbmManager *FManager;
     TAppManagerPageUtils *FPageUtils;
+    std::unique_ptr<TAppCodeCompleteUtils> FCodeComplete;
 };

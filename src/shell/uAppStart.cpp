@@ -2,6 +2,7 @@
 
 #include "app/uAppConfig.h"
 #include "app/uAppPathUtils.h"
+#include "app/uHttpUtils.h"
 #include "jobs/uAppWorkers.h"
 #include "jobs/uWorkerThreads.h"
 #include "shell/uAppUtils.h"
@@ -45,6 +46,7 @@ void TAppStart::Prepare()
 
 void TAppStart::Finish()
 {
+    THttpUtils::Abort();
     TThreadUtils::WaitForAll();
     TGuard::Run([] { TAppConfig::Close(); });
 }

@@ -1,5 +1,7 @@
 #include "shell/uMainForm.h"
 
+#include "app/uAppWebUtils.h"
+#include "app/uCheckUpdates.h"
 #include "model/uDbmManager.h"
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppMessages.h"
@@ -8,6 +10,7 @@
 #include "shell/uMainFormMenuUtils.h"
 #include "shell/uManagerFrame.h"
 #include "shell/uPageManagerFrame.h"
+#include "shell/uVersion.h"
 #include "widgets/uIcons.h"
 #include "widgets/uLayoutStore.h"
 #include "widgets/uWaitCursor.h"
@@ -15,6 +18,8 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QMenuBar>
 #include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -71,7 +76,26 @@ void TMainForm::FirstShow()
     TMessenger::Register<TRedrawUIMessage>(
         this, [this](const TRedrawUIMessage &) { FManagersPageManager->Process(); });
     FMenuUtils->UpdateStates();
+    CheckUpdates();
     QTimer::singleShot(0, this, [this] { FirstIdle(); });
+}
+
+void TMainForm::CheckUpdates()
+{
+    lblNewVersion = new QLabel("<a href=\"#\">Get new version</a>", menuBar());
+    lblNewVersion->setObjectName("lblNewVersion");
+    lblNewVersion->setAccessibleName("Get new version");
+    lblNewVersion->setContentsMargins(8, 0, 8, 0);
+    menuBar()->setCornerWidget(lblNewVersion);
+    lblNewVersion->hide();
+    connect(lblNewVersion, &QLabel::linkActivated, this, [] { TAppUtils::Instance().HomePage(); });
+    FCheckUpdates =
+        std::make_unique<TCheckUpdates>(AppVersion, TAppWebUtils::Address("/check-updates"));
+    FCheckUpdates->SetOnAfterExecute([this](TCheckUpdates *, const TCheckUpdatesResult &result) {
+        lblNewVersion->setVisible(result.Status);
+        lblNewVersion->setToolTip(result.Version);
+    });
+    FCheckUpdates->Execute();
 }
 
 void TMainForm::BuildPageManager()
@@ -157,6 +181,7 @@ void TMainForm::TearDown()
         if (FManagersPageManager)
             FManagersPageManager->PrepareDestroy();
     });
+    FCheckUpdates.reset();
     TMessenger::Unregister(this);
 }
 

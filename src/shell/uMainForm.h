@@ -3,6 +3,8 @@
 #include <QMainWindow>
 #include <memory>
 
+class QLabel;
+class TCheckUpdates;
 class TDbmManager;
 class TMainFormMenuUtils;
 class TManagerFrame;
@@ -31,12 +33,15 @@ private:
     void FirstShow();
     void BuildPageManager();
     void ConnectionsChanged();
+    void CheckUpdates();
     void FirstIdle();
     void TearDown();
     bool HandleGlobalKey(int key, Qt::KeyboardModifiers modifiers);
 
     TPageManagerFrame *FManagersPageManager = nullptr; // child widget
     std::unique_ptr<TMainFormMenuUtils> FMenuUtils;
+    std::unique_ptr<TCheckUpdates> FCheckUpdates;
+    QLabel *lblNewVersion = nullptr; // child widget, hidden without a newer version
     bool FShown = false;
     bool FIdleHandled = false;
     bool FCloseExecuted = false;

@@ -2,8 +2,10 @@
 
 #include "app/uAppPathUtils.h"
 #include "app/uAppSession.h"
+#include "app/uAppWebUtils.h"
 #include "model/uDbmManager.h"
 #include "pages/tree/uManagerObjectsFrame.h"
+#include "shell/uAppCodeCompleteUtils.h"
 #include "shell/uAppDialogs.h"
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppManagerSessionUtils.h"
@@ -12,6 +14,7 @@
 #include "shell/uGuard.h"
 #include "shell/uManagerJournal.h"
 #include "shell/uPageManagerFrame.h"
+#include "shell/uVersion.h"
 #include "support/uException.h"
 #include "support/uStringUtils.h"
 #include "widgets/uLayoutStore.h"
@@ -106,6 +109,11 @@ void TManagerFrame::DoLoad()
     });
     FPageUtils = std::make_unique<TAppManagerPageUtils>(FManager.get(), FPageManagerFrame);
     FUtils = std::make_unique<TAppManagerUtils>(FManager.get(), FPageUtils.get());
+    FPageUtils->SetOnSqlEditor([this](TTextEditor *editor, std::function<QString()> usedDatabase) {
+        FUtils->CodeComplete().CreateSynEditCodeCompleteManager(editor, std::move(usedDatabase));
+    });
+    FServerVersion = FManager->ServerVersion();
+    TAppWebUtils::PostSessionStatistics(FServerVersion, IsTunnelling());
     LoadPanels();
     TLayoutStore::Remember(splMain, "workspace.splitter");
     FillStatusBar();
@@ -179,6 +187,11 @@ void TManagerFrame::CloseSession()
     });
 }
 
+bool TManagerFrame::IsTunnelling() const
+{
+    return FManager->ConnectionProfile().ConnectionType == ctSSHTunnel;
+}
+
 void TManagerFrame::HookManager()
 {
     FManager->SetOnCommandBeforeExecute([this](TDbmManager *, const QString &commandText) {
@@ -190,6 +203,8 @@ void TManagerFrame::HookManager()
         [this](TDbmChildCommands *, const QString &message, const QString &command) {
             labNotRead->setText("Not read: " + TStringUtils::Compact(message));
             labNotRead->setToolTip(message + "\n---\n" + command.left(MaxToolTip));
+            TAppWebUtils::PostNotExecutedCommandLog(AppVersion, FServerVersion, IsTunnelling(),
+                                                    message, command);
         });
 }
 

@@ -38,6 +38,9 @@ public:
     void ReopenClosedQuery();
 
     TDbmManager &Manager() { return *FManager; }
+    /// As of the start of the workspace: nothing is asked for it.
+    const QString &ServerVersion() const { return FServerVersion; }
+    bool IsTunnelling() const;
     TAppManagerPageUtils &PageUtils() { return *FPageUtils; }
     TAppManagerUtils &Utils() { return *FUtils; }
     TPageManagerFrame &PageManager() { return *FPageManagerFrame; }
@@ -72,6 +75,7 @@ private:
     TPageManagerFrame *FPageManagerFrame = nullptr; // child widget
     std::unique_ptr<TAppManagerPageUtils> FPageUtils;
     std::unique_ptr<TAppManagerUtils> FUtils;
+    QString FServerVersion;
     std::unique_ptr<TAppSession> FSession; // the three are there while the session is open
     std::unique_ptr<TAppManagerSessionUtils> FSessionUtils;
     std::unique_ptr<TManagerJournal> FJournal;

@@ -13,31 +13,38 @@ namespace {
 
 constexpr qsizetype SafeDigits = 15; // a double brings so many decimal digits back
 
-qint64 AppendAscii(QByteArrayView bytes, QByteArray &text)
+char *PutAscii(QByteArrayView bytes, char *out)
 {
-    text.append(bytes);
-    return bytes.size();
+    std::memcpy(out, bytes.data(), static_cast<size_t>(bytes.size()));
+    return out + bytes.size();
 }
 
-qint64 AppendQuoted(QByteArrayView bytes, QByteArray &text)
+char *PutQuoted(QByteArrayView bytes, char *out)
 {
-    text.append('\'').append(bytes).append('\'');
-    return bytes.size() + 2;
+    *out++ = '\'';
+    out = PutAscii(bytes, out);
+    *out++ = '\'';
+    return out;
 }
 
-qint64 AppendHex(QByteArrayView bytes, QByteArray &text)
+char *PutHex(QByteArrayView bytes, char *out)
 {
     static constexpr char Digits[] = "0123456789ABCDEF";
-    const qsizetype start = text.size();
-    text.resize(start + 2 + bytes.size() * 2);
-    char *out = text.data() + start;
     *out++ = '0';
     *out++ = 'x';
     for (const char byte : bytes) {
         *out++ = Digits[static_cast<uchar>(byte) >> 4];
         *out++ = Digits[static_cast<uchar>(byte) & 15];
     }
-    return 2 + bytes.size() * 2;
+    return out;
+}
+
+char *PutHexText(const TFieldInfo &field, QByteArrayView bytes, char *out)
+{
+    *out++ = '_';
+    out = PutAscii(field.Codec->Name(), out);
+    *out++ = ' ';
+    return PutHex(bytes, out);
 }
 
 // The letter behind the backslash; 0 for a byte that stands as it is.
@@ -71,12 +78,6 @@ constexpr bool IsLostInFiles(uchar byte)
     return (byte >= 1 && byte <= 7) || byte == 11 || byte == 12;
 }
 
-struct TEscaped
-{
-    char *End;         // nullptr: the text cannot stand in quotes
-    qsizetype Escapes; // backslashes added
-};
-
 #ifdef __SSE2__
 // Whether a byte of sixteen may need a look: control characters, quotes, backslash.
 inline bool IsClean(__m128i bytes)
@@ -89,8 +90,9 @@ inline bool IsClean(__m128i bytes)
 }
 #endif
 
-// Room for twice the bytes and for sixteen more is behind `out`.
-TEscaped Escape(QByteArrayView bytes, char *out)
+// Gives the end of what was written, or nullptr for a text that cannot stand in quotes. Room for
+// twice the bytes and for sixteen more is behind `out`.
+char *Escape(QByteArrayView bytes, char *out)
 {
     const char *from = bytes.data();
     const char *const end = from + bytes.size();
@@ -111,7 +113,7 @@ TEscaped Escape(QByteArrayView bytes, char *out)
         for (; from != stop; ++from) {
             const auto byte = static_cast<uchar>(*from);
             if (IsLostInFiles(byte))
-                return {nullptr, 0};
+                return nullptr;
             if (const char escape = EscapeOf(byte)) {
                 *out++ = '\\';
                 *out++ = escape;
@@ -123,7 +125,7 @@ TEscaped Escape(QByteArrayView bytes, char *out)
         }
     }
     // A NUL alone does not make a text be escaped, and raw it would not come back.
-    return {zeros > 0 && zeros == escapes ? nullptr : out, escapes};
+    return zeros > 0 && zeros == escapes ? nullptr : out;
 }
 
 bool IsAscii(QByteArrayView bytes)
@@ -140,6 +142,64 @@ bool IsAscii(QByteArrayView bytes)
         if (*at & 0x80)
             return false;
     return true;
+}
+
+// Bytes of the character that begins with this one, ASCII not among them; 0 for none.
+int SequenceSize(uchar lead)
+{
+    if (lead >= 0xF0)
+        return lead <= 0xF4 ? 4 : 0;
+    if (lead >= 0xE0)
+        return 3;
+    return lead >= 0xC2 ? 2 : 0;
+}
+
+// The second byte rules out forms that are too long, surrogates and what lies above the last code.
+bool IsSequence(const uchar *at, int size)
+{
+    for (int i = 1; i < size; ++i)
+        if ((at[i] & 0xC0) != 0x80)
+            return false;
+    switch (at[0]) {
+    case 0xE0:
+        return at[1] >= 0xA0;
+    case 0xED:
+        return at[1] < 0xA0;
+    case 0xF0:
+        return at[1] >= 0x90;
+    case 0xF4:
+        return at[1] < 0x90;
+    default:
+        return true;
+    }
+}
+
+// UTF-16 units of a text; -1 when the bytes are no UTF-8.
+qint64 CountUnits(QByteArrayView bytes)
+{
+    if (IsAscii(bytes))
+        return bytes.size();
+    const auto *at = reinterpret_cast<const uchar *>(bytes.data());
+    const auto *const end = at + bytes.size();
+    qint64 units = 0;
+    while (at < end) {
+        if (*at < 0x80) {
+            ++at;
+            ++units;
+            continue;
+        }
+        const int size = SequenceSize(*at);
+        if (size == 0 || end - at < size || !IsSequence(at, size))
+            return -1;
+        at += size;
+        units += size == 4 ? 2 : 1;
+    }
+    return units;
+}
+
+bool IsZero(QByteArrayView bytes)
+{
+    return bytes.size() == 1 && bytes[0] == '0';
 }
 
 int Digit(QByteArrayView bytes, qsizetype at)
@@ -165,6 +225,23 @@ bool IsCalendarDay(QByteArrayView bytes)
     TDateTime date;
     return TDateTime::TryEncode(year, Digit(bytes, 5) * 10 + Digit(bytes, 6),
                                 Digit(bytes, 8) * 10 + Digit(bytes, 9), 0, 0, 0, date);
+}
+
+// Digits of a number without the zeros at both ends.
+qsizetype SignificantDigits(QByteArrayView bytes)
+{
+    qsizetype count = 0, zeros = 0;
+    for (const char c : bytes) {
+        if (c == 'e' || c == 'E')
+            break;
+        if (c == '0') {
+            ++zeros;
+        } else if (c >= '1' && c <= '9') {
+            count += count > 0 ? zeros + 1 : 1;
+            zeros = 0;
+        }
+    }
+    return count;
 }
 
 // Whether the text is what the shortest form with 15 digits gives back.
@@ -229,60 +306,80 @@ TDbmRowFormatter::TKind TDbmRowFormatter::KindOf(const TFieldInfo &field)
 
 qint64 TDbmRowFormatter::Append(const TMyQuery::TRowView &row, QByteArray &text)
 {
-    qint64 size = AppendAscii("(", text);
+    const qsizetype start = text.size();
+    text.resize(start + LargestSize(row));
+    char *out = text.data() + start;
+    char *const first = out;
+    FExtraBytes = 0;
+    *out++ = '(';
     for (size_t i = 0; i < FFields.size(); ++i) {
         if (i > 0)
-            size += AppendAscii(", ", text);
+            out = PutAscii(", ", out);
         if (!FColumns[i].IsKnown)
             continue;
         if (FColumns[i].IsGenerated || (!row.Cells[i] && !FColumns[i].IsNullable))
-            size += AppendAscii("DEFAULT", text);
+            out = PutAscii("DEFAULT", out);
         else if (!row.Cells[i])
-            size += AppendAscii("NULL", text);
+            out = PutAscii("NULL", out);
         else
-            size += AppendCell(i, {row.Cells[i], static_cast<qsizetype>(row.Lengths[i])}, text);
+            out = PutCell(i, {row.Cells[i], static_cast<qsizetype>(row.Lengths[i])}, out);
     }
-    return size + AppendAscii(")", text);
+    *out++ = ')';
+    text.resize(start + (out - first));
+    return out - first - FExtraBytes;
 }
 
-qint64 TDbmRowFormatter::AppendCell(size_t column, QByteArrayView bytes, QByteArray &text)
+// Bytes that the row may take at most: each byte of a text may become an escape, hexadecimal digits
+// or, from another character set, three bytes with an escape each.
+qsizetype TDbmRowFormatter::LargestSize(const TMyQuery::TRowView &row) const
+{
+    constexpr qsizetype Around = 64; // quotes, separators, a character set's name, a date's text
+    qsizetype size = 2;
+    for (size_t i = 0; i < FFields.size(); ++i)
+        size += static_cast<qsizetype>(row.Lengths[i]) * (FKinds[i] == rkOther ? 6 : 2) + Around;
+    return size;
+}
+
+char *TDbmRowFormatter::PutCell(size_t column, QByteArrayView bytes, char *out)
 {
     switch (FKinds[column]) {
     case rkInteger:
-        return AppendInteger(column, bytes, text);
+        return PutInteger(column, bytes, out);
     case rkFloat:
-        return AppendFloat(column, bytes, text);
+        return PutFloat(column, bytes, out);
     case rkPlain:
-        return AppendQuoted(bytes, text);
+        return PutQuoted(bytes, out);
     case rkDate:
-        return AppendDate(column, bytes, text);
+        return PutDate(column, bytes, out);
     case rkBytes:
-        return bytes.isEmpty() ? AppendAscii("''", text) : AppendHex(bytes, text);
+        return bytes.isEmpty() ? PutAscii("''", out) : PutHex(bytes, out);
     case rkUtf8:
-        return AppendText(column, bytes, text);
+        return PutText(column, bytes, out);
     case rkOther:
         break;
     }
-    return AppendValue(column, bytes, text);
+    return PutValue(column, bytes, out);
 }
 
-qint64 TDbmRowFormatter::AppendInteger(size_t column, QByteArrayView bytes, QByteArray &text)
+char *TDbmRowFormatter::PutInteger(size_t column, QByteArrayView bytes, char *out)
 {
-    if (bytes == "0" && FFields[column].IsAutoIncrement())
+    if (IsZero(bytes) && FFields[column].IsAutoIncrement())
         FNeeds |= rnZeroAutoIncrement;
     const bool plain = bytes.size() == 1 || (bytes.size() <= 18 && bytes[0] != '0');
-    return plain && !FFields[column].IsShortYear() ? AppendAscii(bytes, text)
-                                                   : AppendValue(column, bytes, text);
+    return plain && !FFields[column].IsShortYear() ? PutAscii(bytes, out)
+                                                   : PutValue(column, bytes, out);
 }
 
-qint64 TDbmRowFormatter::AppendFloat(size_t column, QByteArrayView bytes, QByteArray &text)
+char *TDbmRowFormatter::PutFloat(size_t column, QByteArrayView bytes, char *out)
 {
-    if (FFields[column].IsAutoIncrement() && bytes == "0")
+    if (IsZero(bytes) && FFields[column].IsAutoIncrement())
         FNeeds |= rnZeroAutoIncrement;
-    return IsPlainFloat(bytes) ? AppendQuoted(bytes, text) : AppendValue(column, bytes, text);
+    // More digits than a literal would keep stand as the server wrote them.
+    const bool asItIs = IsPlainFloat(bytes) || SignificantDigits(bytes) > SafeDigits;
+    return asItIs ? PutQuoted(bytes, out) : PutValue(column, bytes, out);
 }
 
-qint64 TDbmRowFormatter::AppendDate(size_t column, QByteArrayView bytes, QByteArray &text)
+char *TDbmRowFormatter::PutDate(size_t column, QByteArrayView bytes, char *out)
 {
     const bool isTime = FFields[column].DataType == ftTime;
     if (!isTime && !IsOrdinaryDay(bytes) && !IsCalendarDay(bytes))
@@ -290,46 +387,34 @@ qint64 TDbmRowFormatter::AppendDate(size_t column, QByteArrayView bytes, QByteAr
     // Only a fraction of nothing and midnight are written in another form than they are read.
     const bool asItIs =
         !bytes.contains('.') && (isTime || bytes.size() == 10 || !bytes.endsWith(" 00:00:00"));
-    return asItIs ? AppendQuoted(bytes, text) : AppendValue(column, bytes, text);
+    return asItIs ? PutQuoted(bytes, out) : PutValue(column, bytes, out);
 }
 
-qint64 TDbmRowFormatter::AppendText(size_t column, QByteArrayView bytes, QByteArray &text)
+char *TDbmRowFormatter::PutText(size_t column, QByteArrayView bytes, char *out)
 {
-    const TFieldInfo &field = FFields[column];
     if (bytes.isEmpty() && !FColumns[column].HasEmptyMember)
         FNeeds |= rnLaxEnums;
-    qint64 size = bytes.size();
-    if (!IsAscii(bytes)) {
-        if (!field.Codec->TryDecode(bytes, FDecoded))
-            return AppendHex(bytes, text);
-        size = FDecoded.size();
-    }
-    const qsizetype start = text.size();
-    text.resize(start + bytes.size() * 2 + 18);
-    text[start] = '\'';
-    const TEscaped escaped = Escape(bytes, text.data() + start + 1);
-    if (!escaped.End) {
-        text.resize(start);
-        const qint64 word = AppendAscii("_" + field.Codec->Name() + " ", text);
-        return word + AppendHex(bytes, text);
-    }
-    *escaped.End = '\'';
-    text.resize(escaped.End + 1 - text.constData());
-    return size + escaped.Escapes + 2;
+    const qint64 units = CountUnits(bytes);
+    if (units < 0)
+        return PutHex(bytes, out);
+    *out = '\'';
+    char *const end = Escape(bytes, out + 1);
+    if (!end)
+        return PutHexText(FFields[column], bytes, out);
+    FExtraBytes += bytes.size() - units;
+    *end = '\'';
+    return end + 1;
 }
 
-qint64 TDbmRowFormatter::AppendValue(size_t column, QByteArrayView bytes, QByteArray &text) const
+char *TDbmRowFormatter::PutValue(size_t column, QByteArrayView bytes, char *out)
 {
     const TFieldInfo &field = FFields[column];
     const TVariant value = TFieldValue::Value(field, bytes);
     const QString literal = TDbmSqlValueUtils::FormatVariantValue(value, true);
     const QByteArray encoded = literal.toUtf8();
-    for (const char byte : encoded) {
-        if (byte == 0 || IsLostInFiles(static_cast<uchar>(byte))) {
-            const qint64 word = AppendAscii("_" + field.Codec->Name() + " ", text);
-            return word + AppendHex(bytes, text);
-        }
-    }
-    text.append(encoded);
-    return literal.size();
+    for (const char byte : encoded)
+        if (byte == 0 || IsLostInFiles(static_cast<uchar>(byte)))
+            return PutHexText(field, bytes, out);
+    FExtraBytes += encoded.size() - literal.size();
+    return PutAscii(encoded, out);
 }

@@ -37,16 +37,17 @@ private:
     enum TKind { rkInteger, rkFloat, rkPlain, rkDate, rkBytes, rkUtf8, rkOther };
 
     static TKind KindOf(const TFieldInfo &field);
-    qint64 AppendCell(size_t column, QByteArrayView bytes, QByteArray &text);
-    qint64 AppendInteger(size_t column, QByteArrayView bytes, QByteArray &text);
-    qint64 AppendFloat(size_t column, QByteArrayView bytes, QByteArray &text);
-    qint64 AppendDate(size_t column, QByteArrayView bytes, QByteArray &text);
-    qint64 AppendText(size_t column, QByteArrayView bytes, QByteArray &text);
-    qint64 AppendValue(size_t column, QByteArrayView bytes, QByteArray &text) const;
+    qsizetype LargestSize(const TMyQuery::TRowView &row) const;
+    char *PutCell(size_t column, QByteArrayView bytes, char *out);
+    char *PutInteger(size_t column, QByteArrayView bytes, char *out);
+    char *PutFloat(size_t column, QByteArrayView bytes, char *out);
+    char *PutDate(size_t column, QByteArrayView bytes, char *out);
+    char *PutText(size_t column, QByteArrayView bytes, char *out);
+    char *PutValue(size_t column, QByteArrayView bytes, char *out);
 
     const std::vector<TFieldInfo> FFields;
     const std::vector<TColumn> FColumns;
     std::vector<TKind> FKinds;
-    QString FDecoded; // of the cell at hand
+    qint64 FExtraBytes = 0; // of the row at hand, over its UTF-16 units
     int FNeeds = 0;
 };

@@ -174,6 +174,43 @@ void TTextEditor::SetCaret(qsizetype line, qsizetype column)
     Changed();
 }
 
+QString TTextEditor::LineBeforeCaret() const
+{
+    const qsizetype caret = FControl->CaretPosition();
+    const qsizetype start =
+        std::max(FControl->LineStart(CaretLine()), caret - TTextEditorControl::ShownAtCaret);
+    return TTextEditorCodec::Decode(FControl->Range(start, caret));
+}
+
+void TTextEditor::ReplaceBeforeCaret(qsizetype units, const QString &text)
+{
+    const qsizetype caret = FControl->CaretPosition();
+    const qsizetype from = StartBeforeCaret(units);
+    const QByteArray bytes = TTextEditorCodec::Encode(text);
+    FControl->ReplaceRange(from, caret, bytes);
+    FControl->Send(QsciScintilla::SCI_GOTOPOS, from + bytes.size());
+    Changed();
+}
+
+qsizetype TTextEditor::StartBeforeCaret(qsizetype units) const
+{
+    const qsizetype bytes = TTextEditorCodec::Encode(LineBeforeCaret().right(units)).size();
+    return FControl->CaretPosition() - bytes;
+}
+
+QPoint TTextEditor::PointUnderCaret(qsizetype units) const
+{
+    const qsizetype at = StartBeforeCaret(units);
+    const int x = int(FControl->Send(QsciScintilla::SCI_POINTXFROMPOSITION, 0, at));
+    const int y = int(FControl->Send(QsciScintilla::SCI_POINTYFROMPOSITION, 0, at));
+    return FControl->viewport()->mapToGlobal(QPoint(x, y + LineHeight()));
+}
+
+int TTextEditor::LineHeight() const
+{
+    return FControl->textHeight(int(CaretLine()));
+}
+
 bool TTextEditor::IsGutterVisible() const
 {
     return !FGutter->isHidden();

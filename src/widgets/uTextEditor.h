@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QPoint>
 #include <QWidget>
 #include <memory>
 
@@ -46,6 +47,14 @@ public:
     /// Moves the caret, to the nearest place there is.
     void SetCaret(qsizetype line, qsizetype column);
 
+    /// The caret's line up to the caret, its last thousand characters at most.
+    QString LineBeforeCaret() const;
+    /// Puts the text in the place of so many UTF-16 units before the caret, as one step of undo.
+    void ReplaceBeforeCaret(qsizetype units, const QString &text);
+    /// The place under the caret, `units` before it in its line; global.
+    QPoint PointUnderCaret(qsizetype units = 0) const;
+    int LineHeight() const; // pixels, of the caret's line
+
     bool IsGutterVisible() const;
     void SetGutterVisible(bool visible);
     void SetScrollBarsVisible(bool visible);
@@ -73,6 +82,7 @@ protected:
 
 private:
     void MakeLayout();
+    qsizetype StartBeforeCaret(qsizetype units) const;
     void ConnectControl();
     void ApplyColors();
     void UpdateUi(int updated);

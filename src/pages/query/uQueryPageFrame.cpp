@@ -55,7 +55,10 @@ void TQueryPageFrame::ConnectActions()
     on(FControls->actSave, [this] { Save(); });
     on(FControls->actSaveAs, [this] { SaveAs(); });
     on(FControls->actDuplicate, [this] { Q_EMIT OnDuplicate(); });
-    on(FControls->actExportAsCVS, [this] { Q_EMIT OnExportAsCvs(); });
+    on(FControls->actExportAsCVS, [this] {
+        if (ActiveDataset())
+            Q_EMIT OnExportAsCvs();
+    });
     on(FControls->actExportAsText, [this] {
         if (ActiveDataset())
             Q_EMIT OnExportAsText();
@@ -285,8 +288,7 @@ void TQueryPageFrame::UpdateActions()
         return;
     const bool exportable = ActiveDataset() != nullptr;
     FControls->actSave->setEnabled(FEditorFrame->Editor().IsModified() || FFileName.isEmpty());
-    // The delimited export has no work yet.
-    FControls->actExportAsCVS->setEnabled(false);
+    FControls->actExportAsCVS->setEnabled(exportable);
     FControls->actExportAsText->setEnabled(exportable);
     TAppMessages::SendQueryPageStatusChanged();
 }

@@ -14,6 +14,7 @@ class TQueryExplainFrame;
 class TQueryLogFrame;
 class TQueryPageControls;
 class TSqlEditorFrame;
+class TTextEditor;
 
 /// A SQL editor above the result of what was run: rows, plan and log. Running blocks the page until
 /// the server has answered. The text, its file, the chosen database and the height of the result
@@ -47,6 +48,11 @@ public:
 
     /// Called when the page is about to go with a text that no file has. No signal, since what it
     /// raises keeps the page open.
+    /// Called when the editor is there.
+    void SetOnEditor(std::function<void(TTextEditor *editor)> event)
+    {
+        FOnEditor = std::move(event);
+    }
     void SetOnDropText(std::function<void(const QString &text)> event)
     {
         FOnDropText = std::move(event);
@@ -110,6 +116,7 @@ private:
     int FRevision = 0;
     int FDroppedRevision = -1;
     std::function<void(const QString &text)> FOnDropText;
+    std::function<void(TTextEditor *editor)> FOnEditor;
     QString FUsedDatabaseName;
     int FResultHeight = 0;
     TTextDocumentFile FFile;

@@ -22,6 +22,8 @@ void TQueryPageFrame::LoadEditor()
     FEditorFrame = New<TSqlEditorFrame>(FControls->panEditor);
     FEditorFrame->MoveTo(FControls->panEditor);
     FEditorFrame->Editor().setAccessibleName("SQL");
+    if (FOnEditor)
+        FOnEditor(&FEditorFrame->Editor());
     if (FFileName.isEmpty()) {
         FEditorFrame->SetText(FText);
     } else {

@@ -1,0 +1,3 @@
+ALTER TABLE table_name
+  ADD KEY by_name (name),
+  ADD UNIQUE KEY by_code (code);

@@ -1,0 +1,2 @@
+ALTER TABLE table_name
+  ADD COLUMN total DECIMAL(12, 2) GENERATED ALWAYS AS (price * amount) STORED;

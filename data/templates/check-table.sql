@@ -1,0 +1,1 @@
+CHECK TABLE table_name EXTENDED;

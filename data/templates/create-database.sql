@@ -1,0 +1,3 @@
+CREATE DATABASE database_name
+  CHARACTER SET utf8mb4
+  COLLATE utf8mb4_unicode_ci;

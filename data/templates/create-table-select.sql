@@ -1,0 +1,2 @@
+CREATE TABLE new_table AS
+SELECT * FROM table_name WHERE condition;

@@ -1,0 +1,4 @@
+CREATE TEMPORARY TABLE table_name (
+  id INT NOT NULL PRIMARY KEY,
+  name VARCHAR(100)
+);

@@ -1,0 +1,3 @@
+CREATE OR REPLACE VIEW view_name AS
+SELECT id, name FROM table_name WHERE condition
+WITH CHECK OPTION;

@@ -1,0 +1,3 @@
+DELETE FROM table_name
+WHERE condition
+LIMIT 1000;

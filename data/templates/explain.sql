@@ -1,0 +1,2 @@
+EXPLAIN
+SELECT * FROM table_name WHERE column_name = 'value';

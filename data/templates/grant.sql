@@ -1,0 +1,1 @@
+GRANT SELECT, INSERT, UPDATE, DELETE ON database_name.* TO 'name'@'%';

@@ -1,0 +1,2 @@
+INSERT IGNORE INTO table_name (id, name)
+VALUES (1, 'value');

@@ -1,0 +1,3 @@
+LOCK TABLES table_name WRITE;
+-- statements
+UNLOCK TABLES;

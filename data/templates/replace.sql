@@ -1,0 +1,2 @@
+REPLACE INTO table_name (id, name)
+VALUES (1, 'value');

@@ -1,0 +1,1 @@
+REVOKE INSERT, UPDATE, DELETE ON database_name.* FROM 'name'@'%';

@@ -1,0 +1,5 @@
+SELECT *
+FROM table_name
+INTO OUTFILE '/tmp/result.csv'
+FIELDS TERMINATED BY ',' ENCLOSED BY '"'
+LINES TERMINATED BY '\n';

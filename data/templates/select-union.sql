@@ -1,0 +1,4 @@
+SELECT id, name FROM table_a
+UNION ALL
+SELECT id, name FROM table_b
+ORDER BY name;

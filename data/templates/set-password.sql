@@ -1,0 +1,1 @@
+ALTER USER 'name'@'%' IDENTIFIED BY 'new_password';

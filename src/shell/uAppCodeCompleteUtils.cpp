@@ -1,0 +1,186 @@
+#include "shell/uAppCodeCompleteUtils.h"
+
+#include "app/uAppPathUtils.h"
+#include "model/uDbmFieldList.h"
+#include "model/uDbmManager.h"
+#include "model/uDbmRoutineList.h"
+#include "model/uDbmTableList.h"
+#include "model/uDbmViewList.h"
+#include "pages/query/uCodeCompletion.h"
+#include "widgets/uTextEditor.h"
+
+#include <QRegularExpression>
+#include <QSet>
+
+namespace {
+
+// The parts of a path without their backticks; the last one is what is being typed.
+QStringList PartsOf(const QString &path)
+{
+    QStringList parts{QString()};
+    bool quoted = false;
+    for (qsizetype i = 0; i < path.size(); ++i) {
+        if (path[i] == u'`' && quoted && i + 1 < path.size() && path[i + 1] == u'`')
+            parts.last() += path[i++];
+        else if (path[i] == u'`')
+            quoted = !quoted;
+        else if (path[i] == u'.' && !quoted)
+            parts.append(QString());
+        else
+            parts.last() += path[i];
+    }
+    return parts;
+}
+
+QString Quoted(QString name)
+{
+    static const QRegularExpression plain("^[A-Za-z_$\\x{80}-\\x{ffff}][\\w$\\x{80}-\\x{ffff}]*$");
+    return plain.match(name).hasMatch() ? name : u'`' + name.replace("`", "``") + u'`';
+}
+
+bool Is(const QString &name, const QString &other)
+{
+    return name.compare(other, Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+/// Collects what begins with the last part of a path.
+class TAppLoadedNamesCodeCompleteSource::TNames
+{
+public:
+    TNames(const QStringList &parts, QList<TCodeCompleteItem> &items)
+        : FPrefix(parts.last()), FItems(items)
+    {
+        for (const QString &part : parts.first(parts.size() - 1))
+            FQualifier += Quoted(part) + u'.';
+    }
+
+    void Add(const QString &name)
+    {
+        if (!name.startsWith(FPrefix, Qt::CaseInsensitive) || FSeen.contains(name))
+            return;
+        FSeen.insert(name);
+        FItems.append({name, FQualifier + Quoted(name)});
+    }
+    void AddObjects(TDbmDatabaseItem &database)
+    {
+        if (database.Tables().IsProcessed())
+            database.Tables().ForEach([&](TDbmTableItem &table) { Add(table.TableName()); });
+        if (database.Views().IsProcessed())
+            database.Views().ForEach([&](TDbmViewItem &view) { Add(view.ViewName()); });
+        if (database.Routines().IsProcessed())
+            database.Routines().ForEach([&](TDbmRoutineItem &routine) {
+                if (routine.IsProcessed())
+                    Add(routine.Entity().RoutineName);
+            });
+    }
+    /// Columns of one table or view, or of all that tell theirs.
+    void AddColumns(TDbmDatabaseItem &database, const QString &name)
+    {
+        const auto add = [&](auto &owner, const QString &ownerName) {
+            if ((name.isEmpty() || Is(ownerName, name)) && owner.HaveLoadedFields())
+                owner.Fields().ForEach([&](TDbmFieldItem &field) {
+                    if (field.IsProcessed())
+                        Add(field.Entity().FieldName);
+                });
+        };
+        if (database.Tables().IsProcessed())
+            database.Tables().ForEach([&](TDbmTableItem &item) { add(item, item.TableName()); });
+        if (database.Views().IsProcessed())
+            database.Views().ForEach([&](TDbmViewItem &item) { add(item, item.ViewName()); });
+    }
+
+private:
+    const QString FPrefix;
+    QString FQualifier;
+    QList<TCodeCompleteItem> &FItems;
+    QSet<QString> FSeen;
+};
+
+TAppQueryStatementsCodeCompleteManager::TAppQueryStatementsCodeCompleteManager()
+    : TJsonCodeCompleteManager(TAppPathUtils::StatementsCompletionFile())
+{}
+
+TAppReservedWordsCodeCompleteManager::TAppReservedWordsCodeCompleteManager()
+    : TJsonCodeCompleteManager(TAppPathUtils::ReservedWordsFile())
+{}
+
+TAppFunctionsCodeCompleteManager::TAppFunctionsCodeCompleteManager()
+    : TJsonCodeCompleteManager(TAppPathUtils::FunctionsCompletionFile())
+{}
+
+TAppLoadedNamesCodeCompleteSource::TAppLoadedNamesCodeCompleteSource(TDbmManager *manager,
+                                                                     TText usedDatabase, TText text)
+    : FManager(manager), FUsedDatabase(std::move(usedDatabase)), FText(std::move(text))
+{}
+
+void TAppLoadedNamesCodeCompleteSource::Suggest(const QString &path,
+                                                QList<TCodeCompleteItem> &items)
+{
+    if (!FManager->Databases().IsProcessed())
+        return;
+    const QStringList parts = PartsOf(path);
+    TNames names(parts, items);
+    const QString used = FUsedDatabase();
+    const auto each = [&](const std::function<void(TDbmDatabaseItem &, const QString &)> &action) {
+        FManager->Databases().ForEach([&](TDbmDatabaseItem &item) {
+            if (item.IsProcessed())
+                action(item, item.Name());
+        });
+    };
+    const auto isNear = [&](const QString &name) { return used.isEmpty() || Is(name, used); };
+    if (parts.size() == 1) {
+        each([&](TDbmDatabaseItem &item, const QString &name) {
+            if (isNear(name))
+                names.AddObjects(item);
+        });
+        each([&](TDbmDatabaseItem &, const QString &name) { names.Add(name); });
+        each([&](TDbmDatabaseItem &item, const QString &name) {
+            if (isNear(name))
+                names.AddColumns(item, QString());
+        });
+        return;
+    }
+    const QString &owner = parts[parts.size() - 2];
+    const QString aliased = parts.size() == 2 ? TableOfAlias(owner) : QString();
+    each([&](TDbmDatabaseItem &item, const QString &name) {
+        if (parts.size() > 2 ? Is(name, parts[parts.size() - 3]) : isNear(name)) {
+            names.AddColumns(item, owner);
+            if (!aliased.isEmpty())
+                names.AddColumns(item, aliased);
+        }
+    });
+    each([&](TDbmDatabaseItem &item, const QString &name) {
+        if (parts.size() == 2 && Is(name, owner))
+            names.AddObjects(item);
+    });
+}
+
+// What the name stands for in a FROM or a JOIN; empty when it is none of theirs.
+QString TAppLoadedNamesCodeCompleteSource::TableOfAlias(const QString &alias) const
+{
+    const QRegularExpression table(
+        "(?:\\bFROM|\\bJOIN|\\bUPDATE|\\bINTO|,)\\s+(?:[`\\w$]+\\.)?(`[^`]+`|[\\w$]+)\\s+"
+        "(?:AS\\s+)?`?" +
+            QRegularExpression::escape(alias) + "`?(?![\\w$`.])",
+        QRegularExpression::CaseInsensitiveOption);
+    return table.match(FText()).captured(1).remove(u'`');
+}
+
+TAppCodeCompleteUtils::TAppCodeCompleteUtils(TDbmManager *manager) : FManager(manager) {}
+
+TCodeCompletion *
+TAppCodeCompleteUtils::CreateSynEditCodeCompleteManager(TTextEditor *editor,
+                                                        std::function<QString()> usedDatabase)
+{
+    auto *completion = new TCodeCompletion(editor);
+    TSynEditCodeCompleteManager &manager = completion->Manager();
+    manager.AppendManager(&FSchemaObjects);
+    manager.AppendManager(&FQueryStatements);
+    manager.AppendManager(&FReservedWords);
+    manager.AppendManager(&FFunctions);
+    manager.AppendLiveSource(std::make_unique<TAppLoadedNamesCodeCompleteSource>(
+        FManager, std::move(usedDatabase), [editor] { return editor->Text(); }));
+    return completion;
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "support/uVariant.h"
+
+#include <QIODevice>
+#include <QString>
+#include <vector>
+
+class QDate;
+class TDataSet;
+class TField;
+
+struct TDatasetExportTextOptions
+{
+    bool ColumnTitles = false;
+    char16_t FieldDelimiter = u'\t';     // 0 for none
+    char16_t TextQualifier = 0;          // 0 for none
+    bool DefaultRegionalSettings = true; // ISO dates and a decimal point; the rest has no effect
+    QString DateFormat; // d, m and y, one to four of each; "/" stands for the date delimiter
+    char16_t DateDelimiter = 0;
+    char16_t TimeDelimiter = 0;
+    char16_t DecimalDelimiter = 0;
+};
+
+/// Walks a dataset and writes it to a stream, row by row. Leaves the dataset on its first row.
+class TDatasetExportBase
+{
+public:
+    virtual ~TDatasetExportBase() = default;
+
+    TDataSet *FDataset = nullptr; // not owned
+    QIODevice *FStream = nullptr; // not owned
+
+    /// Writes UTF-8 to FStream. Raises EException when the stream refuses.
+    void Export();
+    void ExportAsText(QString &text);
+
+protected:
+    virtual void WriteHeader() = 0;
+    virtual void WriteFooter() = 0;
+    virtual void WriteRecord(qint64 row) = 0;
+    void Write(const QByteArray &bytes);
+};
+
+/// Delimited text. Deliberate: the delimiter follows every field, the last one too, and a qualifier
+/// inside a text is not doubled.
+class TDatasetExportText : public TDatasetExportBase
+{
+public:
+    TDatasetExportTextOptions FOptions;
+
+protected:
+    void WriteHeader() override;
+    void WriteFooter() override;
+    void WriteRecord(qint64 row) override;
+
+private:
+    enum TKind { ekPlain, ekText, ekOther };
+
+    static TKind KindOf(const TField &field);
+    void AppendField(const TField &field, TKind kind, qint64 row);
+    void AppendValue(const TVariant &value, const TField &field, qint64 row);
+    void AppendText(QByteArrayView text);
+    QString DateTimeText(TDateTime value) const;
+    QString DateText(const QDate &date) const;
+
+    std::vector<TKind> FKinds;
+    QByteArray FLine; // collects rows up to a block of the stream
+    QByteArray FDelimiter, FQualifier;
+};

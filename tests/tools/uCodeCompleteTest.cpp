@@ -1,0 +1,146 @@
+#include "tools/uCodeComplete.h"
+
+#include "support/uException.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+class TWords : public TCodeCompleteBaseManager
+{
+public:
+    explicit TWords(const QStringList &words) : FWords(words) {}
+    int Fills = 0;
+
+protected:
+    void FillItems(QList<TCodeCompleteItem> &items) override
+    {
+        ++Fills;
+        for (const QString &word : FWords)
+            items.append({word, word + "!"});
+    }
+
+private:
+    const QStringList FWords;
+};
+
+/// Suggests one name whatever the path, and tells the path.
+class TEcho : public TCodeCompleteLiveSource
+{
+public:
+    explicit TEcho(QString &path) : FPath(path) {}
+    void Suggest(const QString &path, QList<TCodeCompleteItem> &items) override
+    {
+        FPath = path;
+        items.append({"name", path + "name"});
+    }
+
+private:
+    QString &FPath;
+};
+
+class TCodeCompleteTest : public testing::Test, public TCodeCompleteEditor
+{
+protected:
+    QString Text() const override { return FText; }
+    QString LineBeforeCaret() const override { return FText.mid(FText.lastIndexOf('\n') + 1); }
+    qint32 CaretLine() const override { return static_cast<qint32>(FText.count('\n')) + 1; }
+    qint32 CaretChar() const override { return static_cast<qint32>(LineBeforeCaret().size()) + 1; }
+    /// What the list would show for a text with the caret at its end.
+    QStringList Shown(const QString &text)
+    {
+        FText = text;
+        FManager.DataModified();
+        QStringList shown;
+        for (const TCodeCompleteMatch &match : FManager.Matches())
+            shown += match.Item.DisplayValue;
+        return shown;
+    }
+
+    QString FText;
+    TSynEditCodeCompleteManager FManager{*this};
+};
+
+TEST_F(TCodeCompleteTest, WordsComeInTheOrderOfTheirSources)
+{
+    TWords first({"SELECT", "set"}), second({"SEPARATOR", "SELECT"});
+    FManager.AppendManager(&first);
+    FManager.AppendManager(&second);
+    EXPECT_EQ(Shown("se"), (QStringList{"SELECT", "set", "SEPARATOR", "SELECT"}));
+    EXPECT_EQ(Shown("a SEL"), (QStringList{"SELECT", "SELECT"}));
+    EXPECT_EQ(Shown("x").size(), 0);
+    EXPECT_EQ(Shown("(sel").size(), 0) << "a bracket belongs to the word";
+    EXPECT_EQ(Shown("a ").size(), 4) << "everything begins with nothing";
+    EXPECT_EQ(first.Fills, 1);
+    Shown("a\n\tse");
+    const QList<TCodeCompleteMatch> matches = FManager.Matches();
+    EXPECT_EQ(matches.first().Replaces, 2);
+    EXPECT_EQ(matches.first().Item.InsertValue, "SELECT!");
+}
+
+TEST_F(TCodeCompleteTest, StringsAndCommentsAreLeftInPeace)
+{
+    TWords words({"select"});
+    FManager.AppendManager(&words);
+    for (const char *text : {"x 'a' se", "a -- b\nse", "a /* b */ se", "'open se"})
+        EXPECT_EQ(Shown(text).size(), 1) << text;
+    for (const char *text : {"-- se", "a # se", "/* a\nse"})
+        EXPECT_EQ(Shown(text).size(), 0) << text;
+    // A string counts where it is closed: behind the caret it may be.
+    FText = "'a se";
+    FManager.DataModified();
+    EXPECT_EQ(FManager.Matches().size(), 1);
+}
+
+TEST_F(TCodeCompleteTest, NamesFollowThePathBeforeTheCaret)
+{
+    QString path;
+    TWords words({"count(t.x", "t.b"});
+    FManager.AppendManager(&words);
+    FManager.AppendLiveSource(std::make_unique<TEcho>(path));
+    EXPECT_EQ(Shown("count(t."), (QStringList{"name", "count(t.x"}))
+        << "names first behind a point";
+    EXPECT_EQ(path, "t.");
+    EXPECT_EQ(FManager.Matches().first().Replaces, 2);
+    EXPECT_EQ(FManager.Matches().last().Replaces, 8);
+    EXPECT_EQ(Shown("cou"), (QStringList{"count(t.x", "name"}));
+    Shown("a=`my db`.`od d");
+    EXPECT_EQ(path, "`my db`.`od d");
+    Shown("f(a,b");
+    EXPECT_EQ(path, "b");
+    Shown("таблица.п");
+    EXPECT_EQ(path, "таблица.п");
+    Shown("x ");
+    EXPECT_EQ(path, "");
+}
+
+TEST_F(TCodeCompleteTest, FilesAreReadInTheirOrderOrRefusedByName)
+{
+    const QTemporaryDir folder;
+    const QString name = folder.filePath("words.json");
+    const auto write = [&](const QByteArray &bytes) {
+        QFile file(name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    };
+    write("{\"items\": [{\"insert_value\": \"b(\", \"display_value\": \"b\", \"more\": 1},"
+          " {\"display_value\": \"a\"}], \"other\": []}");
+    TJsonCodeCompleteManager words(name);
+    ASSERT_EQ(words.Items().size(), 2);
+    EXPECT_EQ(words.Items()[0].DisplayValue + words.Items()[0].InsertValue, "bb(");
+    EXPECT_EQ(words.Items()[1].DisplayValue + words.Items()[1].InsertValue, "a");
+    write("{\"items\": [");
+    EXPECT_THROW(TJsonCodeCompleteManager(name).Items(), EException);
+    EXPECT_THROW(TJsonCodeCompleteManager(name + "x").Items(), EException);
+    // The files that come with the program.
+    for (const char *file : {"reserved-words.json", "functions.json", "query-statements.json"}) {
+        TJsonCodeCompleteManager own(QString(KORVANE_SOURCE_DIR "/data/") + file);
+        EXPECT_GT(own.Items().size(), 80) << file;
+        for (const TCodeCompleteItem &item : own.Items())
+            EXPECT_FALSE(item.DisplayValue.isEmpty() || item.InsertValue.isEmpty()) << file;
+    }
+}
+
+} // namespace
