@@ -38,6 +38,13 @@ QString Quoted(QString name)
     return plain.match(name).hasMatch() ? name : u'`' + name.replace("`", "``") + u'`';
 }
 
+// As it was last read: nothing is read for it.
+template <typename TEntity>
+const TEntity &Stored(const TDbmItemBase &item)
+{
+    return static_cast<const TEntity &>(*item.StoredEntity());
+}
+
 bool Is(const QString &name, const QString &other)
 {
     return name.compare(other, Qt::CaseInsensitive) == 0;
@@ -71,8 +78,7 @@ public:
             database.Views().ForEach([&](TDbmViewItem &view) { Add(view.ViewName()); });
         if (database.Routines().IsProcessed())
             database.Routines().ForEach([&](TDbmRoutineItem &routine) {
-                if (routine.IsProcessed())
-                    Add(routine.Entity().RoutineName);
+                Add(Stored<TDbmRoutineEntity>(routine).RoutineName);
             });
     }
     /// Columns of one table or view, or of all that tell theirs.
@@ -80,10 +86,8 @@ public:
     {
         const auto add = [&](auto &owner, const QString &ownerName) {
             if ((name.isEmpty() || Is(ownerName, name)) && owner.HaveLoadedFields())
-                owner.Fields().ForEach([&](TDbmFieldItem &field) {
-                    if (field.IsProcessed())
-                        Add(field.Entity().FieldName);
-                });
+                owner.Fields().ForEach(
+                    [&](TDbmFieldItem &field) { Add(Stored<TDbmFieldEntity>(field).FieldName); });
         };
         if (database.Tables().IsProcessed())
             database.Tables().ForEach([&](TDbmTableItem &item) { add(item, item.TableName()); });
@@ -125,8 +129,7 @@ void TAppLoadedNamesCodeCompleteSource::Suggest(const QString &path,
     const QString used = FUsedDatabase();
     const auto each = [&](const std::function<void(TDbmDatabaseItem &, const QString &)> &action) {
         FManager->Databases().ForEach([&](TDbmDatabaseItem &item) {
-            if (item.IsProcessed())
-                action(item, item.Name());
+            action(item, Stored<TDbmDatabaseEntity>(item).DatabaseName);
         });
     };
     const auto isNear = [&](const QString &name) { return used.isEmpty() || Is(name, used); };

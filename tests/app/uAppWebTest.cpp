@@ -75,7 +75,11 @@ protected:
         TMainThread::Initialize();
         TAppConfig::Config().New({});
     }
-    void TearDown() override { TAppConfig::Config().New({}); }
+    void TearDown() override
+    {
+        TThreadUtils::WaitForAll();
+        TAppConfig::Config().New({});
+    }
     void UseHost(const QString &host)
     {
         TAppConfig::Config().SetValue(QString(), "web_host", host);

@@ -136,7 +136,7 @@ TEST_F(TCodeCompleteTest, FilesAreReadInTheirOrderOrRefusedByName)
     EXPECT_THROW(TJsonCodeCompleteManager(name + "x").Items(), EException);
     // The files that come with the program.
     for (const char *file : {"reserved-words.json", "functions.json", "query-statements.json"}) {
-        TJsonCodeCompleteManager own(QString(KORVANE_SOURCE_DIR "/data/") + file);
+        TJsonCodeCompleteManager own(QString(KORVANE_SOURCE_DIR "/data/code-completion/") + file);
         EXPECT_GT(own.Items().size(), 80) << file;
         for (const TCodeCompleteItem &item : own.Items())
             EXPECT_FALSE(item.DisplayValue.isEmpty() || item.InsertValue.isEmpty()) << file;

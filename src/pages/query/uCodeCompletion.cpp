@@ -88,6 +88,9 @@ bool TCodeCompletion::KeyPressed(QKeyEvent *key)
         TGuard::Run([this] { Execute(); });
         return true;
     }
+    // Keys may come faster than the list follows them.
+    if (FList->isVisible() && std::exchange(FUpdates, false))
+        TGuard::Run([this] { Execute(); });
     if (FList->TakeKey(key))
         return true;
     const QString text = key->text();
@@ -96,7 +99,8 @@ bool TCodeCompletion::KeyPressed(QKeyEvent *key)
     const bool opens = text == TriggerChar && !FEditor->IsReadOnly();
     if ((opens || FList->isVisible()) && !std::exchange(FUpdates, true))
         QTimer::singleShot(0, this, [this, opens] {
-            FUpdates = false;
+            if (!std::exchange(FUpdates, false))
+                return;
             if (opens || FList->isVisible())
                 TGuard::Run([this] { Execute(); });
         });
