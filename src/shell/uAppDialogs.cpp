@@ -91,7 +91,7 @@ bool TAppDialogs::SelectDatabase(TDbmManager &manager, QString &name)
         [&](TSelectDialogFrame &frame) { name = frame.GetResultName(); });
 }
 
-bool TAppDialogs::ExportCVSOptions(TDatasetExportTextOptions &options)
+bool TAppDialogs::ExportCSVOptions(TDatasetExportTextOptions &options)
 {
     return TDialogForm::RunFrame<TExportCVSOptionsDialogFrame>(
         Owner(), [](TExportCVSOptionsDialogFrame &) {},

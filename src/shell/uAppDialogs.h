@@ -31,7 +31,16 @@ public:
     static bool OpenSqlFile(QString &fileName);
     static void About();
     static bool SelectDatabase(TDbmManager &manager, QString &name);
-    static bool ExportCVSOptions(TDatasetExportTextOptions &options);
+    // The dialogs of the jobs: each starts its job when it was closed by "Start". Without a name
+    // the database is chosen in the dialog.
+    static bool CreateSqlDump(TDbmManager &manager, const QString &databaseName = {});
+    static bool ExecuteSqlDump(TDbmManager &manager, const QString &fileName = {});
+    static bool MigrateDatabase(TDbmManager &manager, const QString &databaseName);
+    static bool CloneDatabase(TDbmManager &manager, const QString &databaseName);
+    /// What the copy does not have is shown in one message.
+    static bool CloneTable(TDbmManager &manager, const QString &databaseName,
+                           const QString &tableName);
+    static bool ExportCSVOptions(TDatasetExportTextOptions &options);
     static bool SelectCharset(TDbmManager &manager, QString &name);
 
     /// Rename and delete do the change; an object that is no longer there is not asked about.

@@ -172,7 +172,7 @@ void TAppManagerPageUtils::ShowCreateRoutineQuery(const QString &databaseName,
 void TAppManagerPageUtils::ShowExportQueryAsCvs(const TDbmCommandExecQueryResult &execResult)
 {
     TDatasetExportText exporter;
-    if (!TAppDialogs::ExportCVSOptions(exporter.FOptions))
+    if (!TAppDialogs::ExportCSVOptions(exporter.FOptions))
         return;
     QString text;
     exporter.FDataset = execResult.Query;

@@ -93,6 +93,33 @@ void TAppManagerUtils::ChecksumDatabase(const QString &databaseName)
         TAppWorkers::Instance().ChecksumDatabase(FManager->ConnectionProfile(), database);
 }
 
+bool TAppManagerUtils::CreateSqlDump()
+{
+    return TAppDialogs::CreateSqlDump(*FManager);
+}
+
+bool TAppManagerUtils::ExecuteSqlDump()
+{
+    return TAppDialogs::ExecuteSqlDump(*FManager);
+}
+
+bool TAppManagerUtils::MigrateDatabase(const QString &databaseName)
+{
+    QString database = databaseName;
+    return NeedDatabase(database) && TAppDialogs::MigrateDatabase(*FManager, database);
+}
+
+bool TAppManagerUtils::CloneDatabase(const QString &databaseName)
+{
+    QString database = databaseName;
+    return NeedDatabase(database) && TAppDialogs::CloneDatabase(*FManager, database) && Redraw();
+}
+
+bool TAppManagerUtils::CloneTable(const QString &databaseName, const QString &tableName)
+{
+    return TAppDialogs::CloneTable(*FManager, databaseName, tableName) && Redraw();
+}
+
 bool TAppManagerUtils::RenameTable(const QString &databaseName, const QString &tableName)
 {
     QString newName;

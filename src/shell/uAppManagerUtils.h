@@ -32,6 +32,11 @@ public:
     bool DeleteDatabase(const QString &databaseName = {});
     /// The job that sums up the rows of a database.
     void ChecksumDatabase(const QString &databaseName = {});
+    bool CreateSqlDump();
+    bool ExecuteSqlDump();
+    bool MigrateDatabase(const QString &databaseName = {});
+    bool CloneDatabase(const QString &databaseName = {});
+    bool CloneTable(const QString &databaseName, const QString &tableName);
     bool RenameTable(const QString &databaseName, const QString &tableName);
     bool RenameView(const QString &databaseName, const QString &viewName);
     bool RenameRoutine(const QString &databaseName, const QString &routineName);

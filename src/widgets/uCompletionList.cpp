@@ -39,6 +39,7 @@ TCompletionList::TCompletionList(QWidget *editor)
     FView->setAccessibleName("Completion");
     FView->setFocusPolicy(Qt::NoFocus);
     FView->setFrameShape(QFrame::NoFrame);
+    FView->setMinimumSize(1, 1); // a view alone wants room for more than one line
     FView->setUniformItemSizes(true);
     FView->setEditTriggers(QAbstractItemView::NoEditTriggers);
     FView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -3,10 +3,13 @@
 import editing
 import files
 import grids
+import helpers
+import jobs
 import objects
 import profiles
 import queries
 import sessions
+import tables
 import windows
 
 SCENES = (
@@ -18,6 +21,9 @@ SCENES = (
     ("A profile is connected", profiles.connect),
     ("The entries of the menu", windows.menus),
     ("The objects of a database", objects.browse),
+    *tables.SCENES,
+    *jobs.SCENES,
+    *helpers.SCENES,
     ("A query and its rows", queries.run),
     ("Its plan and its log", queries.plan_and_log),
     ("A statement that fails", queries.failure),

@@ -11,14 +11,14 @@ MENUS = {
     "View": ["Select Charset...", "Refresh"],
     "Schema": [
         "-Create...", "Open", "-Create Table...", "-Create View...", "Create Procedure...",
-        "Create Function...", "-Create Event...", "-Migrate...", "-Clone...",
-        "-Create SQL Dump...", "Checksum Data (CRC32)...", "-Modify...", "Delete...",
+        "Create Function...", "-Create Event...", "Migrate...", "Clone...",
+        "Create SQL Dump...", "Checksum Data (CRC32)...", "-Modify...", "Delete...",
     ],
     "Query": [
         "New", "Open...", "-Reopen Closed Query", "-Save", "-Save As...", "-Duplicate", "-Execute", "-Execute Selected",
         "-Export as CVS...", "-Export as Text",
     ],
-    "Tools": ["-Execute SQL Dump...", "Server", "Other"],
+    "Tools": ["Execute SQL Dump...", "Server", "Other"],
     "Window": ["Close Page", "Close All Pages"],
     "Help": ["Korvane Home Page", "About Korvane"],
 }  # fmt: skip

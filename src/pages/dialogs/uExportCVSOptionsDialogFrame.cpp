@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QRegularExpression>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -60,7 +61,9 @@ void TExportCVSOptionsDialogFrame::DoCreate()
 
 void TExportCVSOptionsDialogFrame::MakeControls()
 {
-    auto *form = new QFormLayout(this);
+    auto *column = new QVBoxLayout(this);
+    auto *form = new QFormLayout;
+    column->addLayout(form);
     cbxFieldDelimiter = new QComboBox(this);
     cbxFieldDelimiter->setObjectName("cbxFieldDelimiter");
     cbxFieldDelimiter->addItems({"Tab", "Semicolon", "Comma", "Space", "None", "Custom"});
@@ -82,14 +85,15 @@ void TExportCVSOptionsDialogFrame::MakeControls()
     form->addRow(chkColumnTitles);
     chkRegSettingCustom = new QCheckBox("Custom regional settings", this);
     chkRegSettingCustom->setObjectName("chkRegSettingCustom");
-    form->addRow(chkRegSettingCustom);
+    column->addWidget(chkRegSettingCustom);
     grpRegionalSettings = new QGroupBox("Regional settings", this);
     grpRegionalSettings->setObjectName("grpRegionalSettings");
     // Hidden it keeps its place, so that the window does not jump.
     QSizePolicy policy = grpRegionalSettings->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     grpRegionalSettings->setSizePolicy(policy);
-    form->addRow(grpRegionalSettings);
+    column->addWidget(grpRegionalSettings);
+    column->addStretch(1);
     auto *regional = new QFormLayout(grpRegionalSettings);
     edDecimalDelimiter = AddEdit(regional, "edDecimalDelimiter", "Decimal delimiter:", 1);
     edDateFormat = AddEdit(regional, "edDateFormat", "Date format:", 40);

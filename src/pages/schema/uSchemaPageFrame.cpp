@@ -8,6 +8,7 @@
 #include "pages/schema/uSchemaListFrames.h"
 #include "pages/structure/uInfoPanelFrame.h"
 #include "pages/structure/uPreparedTabs.h"
+#include "shell/uAppDialogs.h"
 #include "shell/uAppManagerUtils.h"
 #include "shell/uAppMessages.h"
 #include "shell/uAppUtils.h"
@@ -77,9 +78,12 @@ void TSchemaPageFrame::MakeActions(QMenu &menu)
         {"actCreateFunction", "Create Function...", ttFunctions,
          [=, this] { return utils().CreateRoutine(rtFunction, FDatabaseName); }},
         {"actCreateEvent", "Create Event...", ttEvents},
-        {"actMigrate", "Migrate...", ttTables},
-        {"actClone", "Clone...", ttTables},
-        {"actCreateSqlDump", "Create SQL Dump...", ttTables},
+        {"actMigrate", "Migrate...", ttTables,
+         [=, this] { return utils().MigrateDatabase(FDatabaseName); }},
+        {"actClone", "Clone...", ttTables,
+         [=, this] { return utils().CloneDatabase(FDatabaseName); }},
+        {"actCreateSqlDump", "Create SQL Dump...", ttTables,
+         [=, this] { return TAppDialogs::CreateSqlDump(*FManager, FDatabaseName); }},
         {"actUpdate", "Modify...", ttTables},
     };
     for (const TRow &row : rows) {

@@ -12,8 +12,11 @@
 #include "pages/structure/uPreparedTabs.h"
 #include "pages/structure/uSqlViewerFrame.h"
 #include "pages/structure/uTableListFrames.h"
+#include "shell/uAppManagerUtils.h"
 #include "shell/uAppMessages.h"
+#include "shell/uAppUtils.h"
 #include "shell/uGuard.h"
+#include "shell/uManagerFrame.h"
 #include "support/uFormat.h"
 #include "widgets/uIcons.h"
 
@@ -45,9 +48,12 @@ void TTableFrame::MakeToolBar()
     QAction *actRefresh = toolBar->addAction(TIcons::Icon("refresh"), "Refresh");
     actRefresh->setObjectName("actRefreshObject");
     actRefresh->setToolTip("Refresh view");
-    // No dialog for these yet.
-    actOptions->setEnabled(false);
-    actClone->setEnabled(false);
+    actOptions->setEnabled(false); // its dialog does not exist yet
+    connect(actClone, &QAction::triggered, this, [this] {
+        TGuard::Run([this] {
+            TAppUtils::Instance().GetActiveManager()->Utils().CloneTable(FDatabaseName, FTableName);
+        });
+    });
     connect(actRefresh, &QAction::triggered, this, [this] { TGuard::Run([this] { Refresh(); }); });
     layout()->addWidget(toolBar);
 }

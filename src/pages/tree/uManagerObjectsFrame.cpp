@@ -2,6 +2,7 @@
 
 #include "app/uAppSession.h"
 #include "model/uDbmManager.h"
+#include "shell/uAppDialogs.h"
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppManagerUtils.h"
 #include "shell/uAppMessages.h"
@@ -79,9 +80,11 @@ std::vector<TManagerObjectsFrame::TActionRow> TManagerObjectsFrame::DatabaseActi
         {"actDatabaseCreateIndex", "Create Index..."},
         {"actDatabaseCreateReference", "Create Reference..."},
         {"actDatabaseCreateTrigger", "Create Trigger..."},
-        {"actDatabaseMigrate", "Migrate..."},
-        {"actDatabaseClone", "Clone..."},
-        {"actDatabaseDump", "Create SQL Dump...", "Create SQL-dump"},
+        {"actDatabaseMigrate", "Migrate...", "",
+         [this] { FUtils->MigrateDatabase(SelectedDatabase()); }},
+        {"actDatabaseClone", "Clone...", "", [this] { FUtils->CloneDatabase(SelectedDatabase()); }},
+        {"actDatabaseDump", "Create SQL Dump...", "Create SQL-dump",
+         [this] { TAppDialogs::CreateSqlDump(*FManager, SelectedDatabase()); }},
         {"actDatabaseUpdate", "Modify..."},
         {"actDatabaseDelete", "Delete...", "",
          [this] { FUtils->DeleteDatabase(SelectedDatabase()); }, "remove"},
