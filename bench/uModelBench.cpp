@@ -196,3 +196,8 @@ const TBenchRegistrar Rows([] {
 });
 
 } // namespace
+
+void TBenchRows::PrepareTables()
+{
+    Prepare();
+}

@@ -44,6 +44,7 @@ TDbmCreateSqlDumpWorker::~TDbmCreateSqlDumpWorker()
 void TDbmCreateSqlDumpWorker::Execute()
 {
     TWorker::Execute();
+    const TDbmDumpCloser closer(*FManager);
     OpenConnection();
     SendLog("Creating file \"%s\"", {FFileName});
     CreateFile();

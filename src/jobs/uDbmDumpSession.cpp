@@ -33,9 +33,9 @@ void TDbmDumpSession::BeginSnapshot(TDbmManager &manager)
     manager.Command().ExecScript("START TRANSACTION WITH CONSISTENT SNAPSHOT");
 }
 
-void TDbmDumpSession::EndSnapshot(TDbmManager &manager)
+TDbmDumpCloser::~TDbmDumpCloser()
 {
-    manager.Command().ExecScript("COMMIT");
+    FManager.Provider().CloseConnection();
 }
 
 QStringList TDbmDumpModes::Take(int needs)

@@ -12,7 +12,20 @@ public:
     static void Prepare(TDbmManager &manager);
     /// Everything read from here on is of this moment, where the engine of a table can tell.
     static void BeginSnapshot(TDbmManager &manager);
-    static void EndSnapshot(TDbmManager &manager);
+};
+
+/// Closes a connection when the job is over, however it ended: its window may stay open for long,
+/// and a snapshot keeps others from changing the tables.
+class TDbmDumpCloser
+{
+public:
+    explicit TDbmDumpCloser(TDbmManager &manager) : FManager(manager) {} // not owned
+    ~TDbmDumpCloser();
+    TDbmDumpCloser(const TDbmDumpCloser &) = delete;
+    TDbmDumpCloser &operator=(const TDbmDumpCloser &) = delete;
+
+private:
+    TDbmManager &FManager;
 };
 
 /// The statements that make a session take values which it would refuse or change by default: only

@@ -37,6 +37,8 @@ TDbmMigrateDatabaseWorker::~TDbmMigrateDatabaseWorker()
 void TDbmMigrateDatabaseWorker::Execute()
 {
     TWorker::Execute();
+    const TDbmDumpCloser source(*FSourceManager);
+    const TDbmDumpCloser target(*FTargetManager);
     FDumpUtils.FSourceDatabaseName = FSourceDatabaseName;
     FDumpUtils.FTargetDatabaseName = FTargetDatabaseName;
     OpenSource();

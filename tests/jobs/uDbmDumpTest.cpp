@@ -1,5 +1,6 @@
 #include "core/uServerProfile.h"
 #include "jobs/uDbmCreateSqlDumpWorker.h"
+#include "jobs/uDbmDumpSession.h"
 #include "jobs/uDbmExecuteSqlDumpWorker.h"
 #include "jobs/uDbmMigrateDatabaseWorker.h"
 #include "jobs/uDbmTableCloner.h"
@@ -195,6 +196,73 @@ TEST_P(TDbmDumpTest, NoRowIsLostOrDoubledBetweenFetches)
     }
     EXPECT_EQ(next, 10000);
     EXPECT_GT(statements, 20);
+}
+
+// The server's average is of rows that were small.
+TEST_P(TDbmDumpTest, AFetchEndsWhereItGrowsTooLarge)
+{
+    Exec("CREATE TABLE ten (i INT)");
+    Exec("INSERT INTO ten VALUES (0), (1), (2), (3), (4), (5), (6), (7), (8), (9)");
+    Exec("CREATE TABLE grown (id INT PRIMARY KEY, b LONGBLOB) ENGINE=InnoDB STATS_AUTO_RECALC=0");
+    Exec("INSERT INTO grown SELECT a.i + 10 * b.i, 'x' FROM ten a, ten b WHERE b.i < 4");
+    Exec("ANALYZE TABLE grown");
+    Exec("UPDATE grown SET b = REPEAT(CHAR(65 + id % 26), 1048576)");
+    const auto manager = TDbmManager::Create();
+    manager->SetParams(ServerProfile(Server()));
+    manager->Connect();
+    TDbmDumpSession::BeginSnapshot(*manager);
+    int fetches = 0;
+    manager->SetOnCommandBeforeExecute([&](TDbmManager *, const QString &text) {
+        fetches += text.startsWith("SELECT * FROM `" + Name() + "`.`grown`");
+    });
+    TDbmTableRows rows(*manager, Name(), "grown");
+    rows.FTargetTable = "`t`";
+    qint64 count = 0;
+    rows.Run([&](const TDbmRowsStatement &statement) {
+        EXPECT_EQ(statement.Offset, count);
+        EXPECT_EQ(statement.Count, 1) << "a long row is a statement by itself";
+        count += statement.Count;
+    });
+    EXPECT_EQ(count, 40);
+    EXPECT_GE(fetches, 3);
+    EXPECT_TRUE(manager->Provider().Connection().LibraryConnection().InTransaction())
+        << "the snapshot has to last";
+}
+
+TEST_P(TDbmDumpTest, AStopRequestEndsTheJobBetweenTwoStatements)
+{
+    Exec("CREATE TABLE a (id INT PRIMARY KEY)");
+    Exec("CREATE TABLE b (id INT PRIMARY KEY)");
+    Exec("INSERT INTO a VALUES (1)");
+    Exec("INSERT INTO b VALUES (1)");
+    const auto stop = [](TWorker &worker, const QString &at) {
+        QStringList lines;
+        TWorkerEvents events;
+        events.OnLog = [&](TWorker *sender, const QString &line, TWorkerLogType) {
+            lines += line;
+            if (line.startsWith(at))
+                sender->Stop();
+        };
+        events.OnException = [](TWorker *, const std::exception &e) { ADD_FAILURE() << e.what(); };
+        worker.SetEvents(events);
+        RunJob(worker);
+        return lines;
+    };
+    TDbmCreateSqlDumpWorker dump;
+    dump.FProfile = ServerProfile(Server());
+    dump.FDatabaseName = Name();
+    dump.FFileName = File();
+    const QStringList written = stop(dump, "Writing data for \"a\"");
+    EXPECT_EQ(written.last(), "Closing file");
+    EXPECT_FALSE(written.contains("Writing data for \"b\" (0, 1)"));
+
+    Dump();
+    Server().Exec("DROP DATABASE `" + Name() + '`');
+    TDbmExecuteSqlDumpWorker load;
+    load.FProfile = ServerProfile(Server());
+    load.FFileName = File();
+    stop(load, "USE ");
+    EXPECT_EQ(Value("SHOW TABLES"), "");
 }
 
 TEST_P(TDbmDumpTest, RowsAreThoseOfOneMoment)
