@@ -199,5 +199,5 @@ const TBenchRegistrar Rows([] {
 
 void TBenchRows::PrepareTables()
 {
-    Prepare();
+    ::Prepare();
 }

@@ -154,10 +154,11 @@ void TAppSession::SaveJournal()
 {
     if (FLock < 0)
         return;
-    const QByteArray digest = QCryptographicHash::hash(FConfig.ToBytes(), QCryptographicHash::Sha1);
+    const QByteArray bytes = FConfig.ToBytes();
+    const QByteArray digest = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1);
     if (digest == FJournalDigest)
         return;
-    FConfig.SaveCopy(FJournalFile);
+    TFileUtils::WriteBinary(FJournalFile, bytes, TFileUtils::TAccess::faOwnerOnly);
     FJournalDigest = digest;
 }
 

@@ -2,16 +2,14 @@
 
 #include "client/uFieldValue.h"
 #include "sql/uDbmSqlValueUtils.h"
+#include "sql/uRawValues.h"
 
-#include <charconv>
 #include <cstring>
 #ifdef __SSE2__
 #include <emmintrin.h>
 #endif
 
 namespace {
-
-constexpr qsizetype SafeDigits = 15; // a double brings so many decimal digits back
 
 char *PutAscii(QByteArrayView bytes, char *out)
 {
@@ -128,144 +126,6 @@ char *Escape(QByteArrayView bytes, char *out)
     return zeros > 0 && zeros == escapes ? nullptr : out;
 }
 
-bool IsAscii(QByteArrayView bytes)
-{
-    const char *at = bytes.data();
-    const char *end = at + bytes.size();
-    for (; end - at >= 8; at += 8) {
-        quint64 word;
-        std::memcpy(&word, at, 8);
-        if (word & 0x8080808080808080)
-            return false;
-    }
-    for (; at < end; ++at)
-        if (*at & 0x80)
-            return false;
-    return true;
-}
-
-// Bytes of the character that begins with this one, ASCII not among them; 0 for none.
-int SequenceSize(uchar lead)
-{
-    if (lead >= 0xF0)
-        return lead <= 0xF4 ? 4 : 0;
-    if (lead >= 0xE0)
-        return 3;
-    return lead >= 0xC2 ? 2 : 0;
-}
-
-// The second byte rules out forms that are too long, surrogates and what lies above the last code.
-bool IsSequence(const uchar *at, int size)
-{
-    for (int i = 1; i < size; ++i)
-        if ((at[i] & 0xC0) != 0x80)
-            return false;
-    switch (at[0]) {
-    case 0xE0:
-        return at[1] >= 0xA0;
-    case 0xED:
-        return at[1] < 0xA0;
-    case 0xF0:
-        return at[1] >= 0x90;
-    case 0xF4:
-        return at[1] < 0x90;
-    default:
-        return true;
-    }
-}
-
-// UTF-16 units of a text; -1 when the bytes are no UTF-8.
-qint64 CountUnits(QByteArrayView bytes)
-{
-    if (IsAscii(bytes))
-        return bytes.size();
-    const auto *at = reinterpret_cast<const uchar *>(bytes.data());
-    const auto *const end = at + bytes.size();
-    qint64 units = 0;
-    while (at < end) {
-        if (*at < 0x80) {
-            ++at;
-            ++units;
-            continue;
-        }
-        const int size = SequenceSize(*at);
-        if (size == 0 || end - at < size || !IsSequence(at, size))
-            return -1;
-        at += size;
-        units += size == 4 ? 2 : 1;
-    }
-    return units;
-}
-
-bool IsZero(QByteArrayView bytes)
-{
-    return bytes.size() == 1 && bytes[0] == '0';
-}
-
-int Digit(QByteArrayView bytes, qsizetype at)
-{
-    return bytes[at] - '0';
-}
-
-// Whether every calendar has the day; false leaves the question open.
-bool IsOrdinaryDay(QByteArrayView bytes)
-{
-    if (bytes.size() < 10 || (Digit(bytes, 0) | Digit(bytes, 1) | Digit(bytes, 2)) == 0)
-        return false;
-    const int month = Digit(bytes, 5) * 10 + Digit(bytes, 6);
-    const int day = Digit(bytes, 8) * 10 + Digit(bytes, 9);
-    return month >= 1 && month <= 12 && day >= 1 && day <= 28;
-}
-
-bool IsCalendarDay(QByteArrayView bytes)
-{
-    if (bytes.size() < 10)
-        return false;
-    const int year = bytes.first(4).toByteArray().toInt();
-    TDateTime date;
-    return TDateTime::TryEncode(year, Digit(bytes, 5) * 10 + Digit(bytes, 6),
-                                Digit(bytes, 8) * 10 + Digit(bytes, 9), 0, 0, 0, date);
-}
-
-// Digits of a number without the zeros at both ends.
-qsizetype SignificantDigits(QByteArrayView bytes)
-{
-    qsizetype count = 0, zeros = 0;
-    for (const char c : bytes) {
-        if (c == 'e' || c == 'E')
-            break;
-        if (c == '0') {
-            ++zeros;
-        } else if (c >= '1' && c <= '9') {
-            count += count > 0 ? zeros + 1 : 1;
-            zeros = 0;
-        }
-    }
-    return count;
-}
-
-// Whether the text is what the shortest form with 15 digits gives back.
-bool IsPlainFloat(QByteArrayView bytes)
-{
-    if (bytes.startsWith('-'))
-        bytes = bytes.sliced(1);
-    if (bytes.isEmpty() || bytes.size() > SafeDigits)
-        return false;
-    qsizetype point = -1;
-    for (qsizetype i = 0; i < bytes.size(); ++i) {
-        if (bytes[i] == '.' && point < 0)
-            point = i;
-        else if (bytes[i] < '0' || bytes[i] > '9')
-            return false;
-    }
-    const bool leadingZero = bytes[0] == '0' && bytes.size() > 1;
-    if (point < 0)
-        return bytes.size() == 1 || bytes[0] != '0';
-    // Below a tenth the form may have an exponent.
-    const bool small = leadingZero && (point != 1 || bytes.size() < 3 || bytes[2] == '0');
-    return point > 0 && !small && bytes.back() != '0' && bytes.back() != '.';
-}
-
 } // namespace
 
 TDbmRowFormatter::TDbmRowFormatter(std::vector<TFieldInfo> fields, std::vector<TColumn> columns)
@@ -363,7 +223,7 @@ char *TDbmRowFormatter::PutCell(size_t column, QByteArrayView bytes, char *out)
 
 char *TDbmRowFormatter::PutInteger(size_t column, QByteArrayView bytes, char *out)
 {
-    if (IsZero(bytes) && FFields[column].IsAutoIncrement())
+    if (TRawValues::IsZero(bytes) && FFields[column].IsAutoIncrement())
         FNeeds |= rnZeroAutoIncrement;
     const bool plain = bytes.size() == 1 || (bytes.size() <= 18 && bytes[0] != '0');
     return plain && !FFields[column].IsShortYear() ? PutAscii(bytes, out)
@@ -372,17 +232,17 @@ char *TDbmRowFormatter::PutInteger(size_t column, QByteArrayView bytes, char *ou
 
 char *TDbmRowFormatter::PutFloat(size_t column, QByteArrayView bytes, char *out)
 {
-    if (IsZero(bytes) && FFields[column].IsAutoIncrement())
+    if (TRawValues::IsZero(bytes) && FFields[column].IsAutoIncrement())
         FNeeds |= rnZeroAutoIncrement;
     // More digits than a literal would keep stand as the server wrote them.
-    const bool asItIs = IsPlainFloat(bytes) || SignificantDigits(bytes) > SafeDigits;
+    const bool asItIs = TRawValues::IsPlainFloat(bytes) || TRawValues::IsLongNumber(bytes);
     return asItIs ? PutQuoted(bytes, out) : PutValue(column, bytes, out);
 }
 
 char *TDbmRowFormatter::PutDate(size_t column, QByteArrayView bytes, char *out)
 {
     const bool isTime = FFields[column].DataType == ftTime;
-    if (!isTime && !IsOrdinaryDay(bytes) && !IsCalendarDay(bytes))
+    if (!isTime && !TRawValues::IsOrdinaryDay(bytes) && !TRawValues::IsCalendarDay(bytes))
         FNeeds |= rnLaxDates;
     // Only a fraction of nothing and midnight are written in another form than they are read.
     const bool asItIs =
@@ -394,7 +254,7 @@ char *TDbmRowFormatter::PutText(size_t column, QByteArrayView bytes, char *out)
 {
     if (bytes.isEmpty() && !FColumns[column].HasEmptyMember)
         FNeeds |= rnLaxEnums;
-    const qint64 units = CountUnits(bytes);
+    const qint64 units = TRawValues::CountUnits(bytes);
     if (units < 0)
         return PutHex(bytes, out);
     *out = '\'';

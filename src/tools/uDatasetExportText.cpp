@@ -2,6 +2,7 @@
 
 #include "client/uDataSet.h"
 #include "client/uField.h"
+#include "sql/uRawValues.h"
 #include "support/uException.h"
 #include "support/uFormat.h"
 #include "tools/uDatasetWalk.h"
@@ -9,6 +10,7 @@
 #include <QBuffer>
 #include <QDateTime>
 #include <QLocale>
+#include <cstring>
 
 namespace {
 
@@ -18,14 +20,6 @@ constexpr char LineEnd[] = "\r\n";
 QByteArray Encoded(char16_t c)
 {
     return c == 0 ? QByteArray() : QString(QChar(c)).toUtf8();
-}
-
-bool IsAscii(QByteArrayView bytes)
-{
-    for (const char byte : bytes)
-        if (byte & 0x80)
-            return false;
-    return true;
 }
 
 } // namespace
@@ -67,42 +61,88 @@ void TDatasetExportText::WriteHeader()
     FDelimiter = Encoded(FOptions.FieldDelimiter);
     FQualifier = Encoded(FOptions.TextQualifier);
     FKinds.clear();
-    FLine.resize(0);
-    FLine.reserve(BlockSize * 2);
+    FBlock.resize(BlockSize * 2);
+    FUsed = 0;
+    FEditedRow = FDataset->State() == dsBrowse ? -1 : FDataset->RecNo();
     for (int i = 0; i < FDataset->FieldCount(); ++i)
         FKinds.push_back(KindOf(FDataset->FieldAt(i)));
     if (!FOptions.ColumnTitles)
         return;
     for (int i = 0; i < FDataset->FieldCount(); ++i)
-        FLine.append(FDataset->FieldAt(i).FieldName().toUtf8()).append(FDelimiter);
-    FLine.append(LineEnd);
+        Append(FDataset->FieldAt(i).FieldName().toUtf8() + FDelimiter);
+    Append(LineEnd);
 }
 
 void TDatasetExportText::WriteFooter()
 {
-    Write(FLine);
-    FLine.clear();
+    Flush();
+    FBlock.clear();
 }
 
 void TDatasetExportText::WriteRecord(qint64 row)
 {
     for (int i = 0; i < FDataset->FieldCount(); ++i) {
         AppendField(FDataset->FieldAt(i), FKinds[static_cast<size_t>(i)], row);
-        FLine.append(FDelimiter);
+        Append(FDelimiter);
     }
-    FLine.append(LineEnd);
-    if (FLine.size() >= BlockSize) {
-        Write(FLine);
-        FLine.resize(0);
-    }
+    Append(LineEnd);
+    if (FUsed >= BlockSize)
+        Flush();
 }
 
-// Whole numbers and characters in UTF-8 pass as the server sent them.
+void TDatasetExportText::Flush()
+{
+    Write(QByteArray::fromRawData(FBlock.constData(), FUsed));
+    FUsed = 0;
+}
+
+char *TDatasetExportText::Room(qsizetype size)
+{
+    if (FBlock.size() - FUsed < size)
+        FBlock.resize(FUsed + size + BlockSize);
+    return FBlock.data() + FUsed;
+}
+
+void TDatasetExportText::Append(QByteArrayView bytes)
+{
+    std::memcpy(Room(bytes.size()), bytes.data(), static_cast<size_t>(bytes.size()));
+    FUsed += bytes.size();
+}
+
+void TDatasetExportText::AppendHex(QByteArrayView bytes)
+{
+    static constexpr char Digits[] = "0123456789ABCDEF";
+    char *out = Room(bytes.size() * 2 + 2);
+    *out++ = '0';
+    *out++ = 'x';
+    for (const char byte : bytes) {
+        *out++ = Digits[static_cast<uchar>(byte) >> 4];
+        *out++ = Digits[static_cast<uchar>(byte) & 15];
+    }
+    FUsed += bytes.size() * 2 + 2;
+}
+
 TDatasetExportText::TKind TDatasetExportText::KindOf(const TField &field)
 {
     const TFieldInfo &info = field.Info();
-    const bool isWhole = info.IsNumeric() && info.DataType != ftFloat && info.DataType != ftBCD;
-    if (isWhole && !info.IsShortYear() && info.DataType != ftULargeint)
+    switch (info.DataType) {
+    case ftFloat:
+        return ekFloat;
+    case ftBCD:
+        return ekDecimal;
+    case ftDate:
+    case ftDateTime:
+        return ekDate;
+    case ftBytes:
+    case ftBlob:
+    case ftGeometry:
+        return ekBytes;
+    case ftULargeint:
+        return ekOther;
+    default:
+        break;
+    }
+    if (info.IsNumeric() && !info.IsShortYear())
         return ekPlain;
     return info.IsText && info.Codec->Name().startsWith("utf8") ? ekText : ekOther;
 }
@@ -111,41 +151,79 @@ void TDatasetExportText::AppendField(const TField &field, TKind kind, qint64 row
 {
     if (field.IsNullAt(row))
         return;
-    const bool isEdited = FDataset->State() != dsBrowse && row == FDataset->RecNo();
-    const QByteArrayView bytes = field.RawAt(row);
-    const bool isPadded = bytes.size() > 1 && bytes[0] == '0';
-    if (kind == ekPlain && !isEdited && !isPadded)
-        FLine.append(bytes);
-    else if (kind == ekText && !isEdited && IsAscii(bytes))
-        AppendText(bytes);
-    else
+    if (row == FEditedRow || !TryAppendRaw(kind, field.RawAt(row)))
         AppendValue(field.ValueAt(row), field, row);
+}
+
+// What comes out as the server sent it needs no value made of it.
+bool TDatasetExportText::TryAppendRaw(TKind kind, QByteArrayView bytes)
+{
+    const bool isDefault = FOptions.DefaultRegionalSettings;
+    switch (kind) {
+    case ekPlain:
+        if (bytes.size() > 1 && bytes[0] == '0')
+            return false;
+        Append(bytes);
+        return true;
+    case ekFloat:
+        if (TRawValues::IsLongNumber(bytes))
+            AppendText(bytes);
+        else if (isDefault && TRawValues::IsPlainFloat(bytes))
+            Append(bytes);
+        else
+            return false;
+        return true;
+    case ekDate:
+        if (!isDefault || !TRawValues::IsOrdinaryDay(bytes) || bytes.size() > 19 ||
+            bytes.endsWith(" 00:00:00"))
+            return false;
+        Append(bytes);
+        return true;
+    case ekText:
+        if (TRawValues::CountUnits(bytes) < 0)
+            return false;
+        AppendText(bytes);
+        return true;
+    case ekDecimal:
+        AppendText(bytes);
+        return true;
+    case ekBytes:
+        if (!bytes.isEmpty())
+            AppendHex(bytes);
+        return true;
+    case ekOther:
+        break;
+    }
+    return false;
 }
 
 void TDatasetExportText::AppendText(QByteArrayView text)
 {
-    if (!text.isEmpty())
-        FLine.append(FQualifier).append(text).append(FQualifier);
+    if (text.isEmpty())
+        return;
+    Append(FQualifier);
+    Append(text);
+    Append(FQualifier);
 }
 
 void TDatasetExportText::AppendValue(const TVariant &value, const TField &field, qint64 row)
 {
     if (value.IsDateTime())
-        FLine.append(DateTimeText(value.As<TDateTime>()).toUtf8());
+        Append(DateTimeText(value.As<TDateTime>()).toUtf8());
     else if (value.IsString())
         AppendText(value.As<QString>().toUtf8());
     else if (value.IsBool())
-        FLine.append(value.As<bool>() ? "-1" : "0");
+        Append(value.As<bool>() ? "-1" : "0");
     else if (value.IsBytes())
-        FLine.append(field.EditTextAt(row).toUtf8());
+        Append(field.EditTextAt(row).toUtf8());
     else if (value.IsDouble() && !FOptions.DefaultRegionalSettings)
-        FLine.append(value.ToString()
-                         .replace(".", FOptions.DecimalDelimiter
-                                           ? QString(QChar(FOptions.DecimalDelimiter))
-                                           : QString())
-                         .toUtf8());
+        Append(value.ToString()
+                   .replace(".", FOptions.DecimalDelimiter
+                                     ? QString(QChar(FOptions.DecimalDelimiter))
+                                     : QString())
+                   .toUtf8());
     else
-        FLine.append(value.ToString().toUtf8());
+        Append(value.ToString().toUtf8());
 }
 
 QString TDatasetExportText::DateTimeText(TDateTime value) const

@@ -55,9 +55,15 @@ protected:
     void WriteRecord(qint64 row) override;
 
 private:
-    enum TKind { ekPlain, ekText, ekOther };
+    enum TKind { ekPlain, ekText, ekDecimal, ekFloat, ekDate, ekBytes, ekOther };
 
     static TKind KindOf(const TField &field);
+    /// Room for so many bytes at the end of the block.
+    char *Room(qsizetype size);
+    void Append(QByteArrayView bytes);
+    void AppendHex(QByteArrayView bytes);
+    void Flush();
+    bool TryAppendRaw(TKind kind, QByteArrayView bytes);
     void AppendField(const TField &field, TKind kind, qint64 row);
     void AppendValue(const TVariant &value, const TField &field, qint64 row);
     void AppendText(QByteArrayView text);
@@ -65,6 +71,8 @@ private:
     QString DateText(const QDate &date) const;
 
     std::vector<TKind> FKinds;
-    QByteArray FLine; // collects rows up to a block of the stream
+    QByteArray FBlock;      // rows that the stream has not got yet
+    qsizetype FUsed = 0;    // bytes of it
+    qint64 FEditedRow = -1; // reads otherwise than the server sent it
     QByteArray FDelimiter, FQualifier;
 };
