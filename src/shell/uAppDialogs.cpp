@@ -3,8 +3,11 @@
 #include "app/uAppConfig.h"
 #include "app/uAppProfiles.h"
 #include "model/uDbmManager.h"
+#include "model/uDbmTableList.h"
+#include "model/uDbmViewList.h"
 #include "pages/dialogs/uAboutForm.h"
 #include "pages/dialogs/uExportCVSOptionsDialogFrame.h"
+#include "pages/dialogs/uFieldSelectDialogFrame.h"
 #include "pages/dialogs/uProfileDialogFrame.h"
 #include "pages/dialogs/uProfilesForm.h"
 #include "pages/dialogs/uSelectCharsetDialogFrame.h"
@@ -89,6 +92,44 @@ bool TAppDialogs::SelectDatabase(TDbmManager &manager, QString &name)
         Owner(),
         [&](TSelectDialogFrame &frame) { frame.SetParams("Select Database", names, name); },
         [&](TSelectDialogFrame &frame) { name = frame.GetResultName(); });
+}
+
+bool TAppDialogs::SelectDataObject(TDbmManager &manager, const QString &databaseName, QString &name)
+{
+    std::shared_ptr<TDbmDatabaseItem> database;
+    if (!manager.Databases().TryGetByName(databaseName, database))
+        return false;
+    QStringList names;
+    database->Tables().ForEach([&](TDbmTableItem &item) { names += item.Entity().TableName; });
+    database->Views().ForEach([&](TDbmViewItem &item) { names += item.Entity().ViewName; });
+    return TDialogForm::RunFrame<TSelectDialogFrame>(
+        Owner(),
+        [&](TSelectDialogFrame &frame) { frame.SetParams("Select Data Object", names, name); },
+        [&](TSelectDialogFrame &frame) { name = frame.GetResultName(); });
+}
+
+bool TAppDialogs::SelectField(const QString &title, TDbmFieldList &fields,
+                              const QStringList &excluded, QString &name)
+{
+    return TDialogForm::RunFrame<TFieldSelectDialogFrame>(
+        Owner(),
+        [&](TFieldSelectDialogFrame &frame) {
+            frame.FIsSingleSelection = true;
+            frame.FExcludedFieldNames = excluded;
+            frame.Initialize(title, fields);
+        },
+        [&](TFieldSelectDialogFrame &frame) { name = frame.GetResultFieldName(); });
+}
+
+bool TAppDialogs::SelectFields(const QString &title, TDbmFieldList &fields, QStringList &names)
+{
+    return TDialogForm::RunFrame<TFieldSelectDialogFrame>(
+        Owner(),
+        [&](TFieldSelectDialogFrame &frame) {
+            frame.FSelectedFieldNames = names;
+            frame.Initialize(title, fields);
+        },
+        [&](TFieldSelectDialogFrame &frame) { names = frame.GetResultFieldNames(); });
 }
 
 bool TAppDialogs::ExportCSVOptions(TDatasetExportTextOptions &options)

@@ -9,6 +9,7 @@
 struct TDatasetExportTextOptions;
 class QWidget;
 class TAppProfile;
+class TDbmFieldList;
 class TDbmManager;
 
 /// The one place from which dialogs are opened: one operation per user intention. Each gives
@@ -41,6 +42,13 @@ public:
     static bool CloneTable(TDbmManager &manager, const QString &databaseName,
                            const QString &tableName);
     static bool ExportCSVOptions(TDatasetExportTextOptions &options);
+    /// A table or a view of the database.
+    static bool SelectDataObject(TDbmManager &manager, const QString &databaseName, QString &name);
+    /// One column that is none of `excluded`.
+    static bool SelectField(const QString &title, TDbmFieldList &fields,
+                            const QStringList &excluded, QString &name);
+    /// Several columns; `names` are those checked at the start, and the choice.
+    static bool SelectFields(const QString &title, TDbmFieldList &fields, QStringList &names);
     static bool SelectCharset(TDbmManager &manager, QString &name);
 
     /// Rename and delete do the change; an object that is no longer there is not asked about.

@@ -1,6 +1,8 @@
 #include "app/uAppConfig.h"
+#include "model/uDbmFieldList.h"
 #include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
+#include "shell/uAppDialogs.h"
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
@@ -156,6 +158,60 @@ TEST_F(TJobDialogsTest, AMigrationNeedsATarget)
         ::Find<QPushButton>(dialog, "butCancel")->click();
     });
     Trigger("actSchemaMigrate");
+}
+
+class TSelectDialogsTest : public TJobDialogsTest
+{};
+
+TEST_F(TSelectDialogsTest, ObjectsAndFieldsAreChosen)
+{
+    Exec("CREATE TABLE t (id INT, name VARCHAR(10), price DECIMAL(5,2))");
+    Exec("CREATE VIEW a_view AS SELECT 1 AS one");
+    TDbmManager &manager = OpenWorkspace().Manager();
+    const auto names = [](QWidget *dialog, const char *list, int column) {
+        QStringList texts;
+        const auto *model = ::Find<QAbstractItemView>(dialog, list)->model();
+        for (int row = 0; row < model->rowCount(); ++row)
+            texts += model->index(row, column).data().toString();
+        return texts;
+    };
+    Driver.Expect("frmDialog", [&](QWidget *dialog) {
+        EXPECT_EQ(dialog->windowTitle(), "Select Data Object");
+        EXPECT_EQ(names(dialog, "lvList", 0), (QStringList{"t", "a_view"}));
+        Ok(dialog)->click();
+    });
+    QString name = "a_view";
+    EXPECT_TRUE(TAppDialogs::SelectDataObject(manager, Database().Name(), name));
+    EXPECT_EQ(name, "a_view");
+    EXPECT_FALSE(TAppDialogs::SelectDataObject(manager, "missing", name));
+
+    TDbmTableList::TItemPtr table;
+    ASSERT_TRUE(manager.TryGetTable(Database().Name(), "t", table));
+    Driver.Expect("frmDialog", [&](QWidget *dialog) {
+        EXPECT_EQ(dialog->windowTitle(), "Select field");
+        EXPECT_EQ(names(dialog, "lvFields", 1), (QStringList{"name", "price"}));
+        auto *list = ::Find<QAbstractItemView>(dialog, "lvFields");
+        list->setCurrentIndex(list->model()->index(1, 1));
+        Ok(dialog)->click();
+    });
+    EXPECT_TRUE(TAppDialogs::SelectField("Select field", table->Fields(), {"id"}, name));
+    EXPECT_EQ(name, "price");
+
+    Driver.Expect("frmDialog", [&](QWidget *dialog) {
+        EXPECT_TRUE(Ok(dialog)->isEnabled());
+        auto *model = ::Find<QAbstractItemView>(dialog, "lvFields")->model();
+        const auto check = [&](int row, Qt::CheckState state) {
+            model->setData(model->index(row, 0), state, Qt::CheckStateRole);
+        };
+        check(2, Qt::Unchecked);
+        EXPECT_FALSE(Ok(dialog)->isEnabled()) << "nothing is chosen";
+        check(1, Qt::Checked);
+        check(0, Qt::Checked);
+        Ok(dialog)->click();
+    });
+    QStringList chosen{"price"};
+    EXPECT_TRUE(TAppDialogs::SelectFields("Select fields", table->Fields(), chosen));
+    EXPECT_EQ(chosen, (QStringList{"id", "name"})) << "in the order of the table";
 }
 
 } // namespace
