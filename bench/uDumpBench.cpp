@@ -1,3 +1,5 @@
+#include "client/uField.h"
+#include "client/uMyQuery.h"
 #include "jobs/uDbmChecksumTableDataUtils.h"
 #include "jobs/uDbmCreateSqlDumpWorker.h"
 #include "jobs/uDbmExecuteSqlDumpWorker.h"
@@ -11,6 +13,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <mysql.h>
+#include <string>
 
 namespace {
 
@@ -39,6 +42,12 @@ void Prepare()
         return;
     TMainThread::Initialize();
     TBenchRows::Prepare();
+    // A server may be used for several runs.
+    st_mysql *session = TBenchRows::Connect("mysql");
+    const bool filled = mysql_query(session, "DO (SELECT 1 FROM bench_ready.done)") == 0;
+    mysql_close(session);
+    if (filled)
+        return;
     Query("CREATE DATABASE " + Wide);
     Query("CREATE TABLE " + Wide + ".mixed ENGINE = InnoDB AS SELECT * FROM bench.mixed");
     Query("ALTER TABLE " + Wide + ".mixed ADD PRIMARY KEY (id)");
@@ -53,6 +62,8 @@ void Prepare()
               " seq % 1000 AS a, CONCAT('some text of row ', seq) AS t FROM seq_1_to_" +
               QString::number(millions * 1000000));
     Query("ANALYZE TABLE bench.paged1, bench.paged4, " + Wide + ".mixed, " + Large + ".texts");
+    Query("CREATE DATABASE bench_ready");
+    Query("CREATE TABLE bench_ready.done AS SELECT 1 AS yes");
 }
 
 TDbmConnectionProfile Profile()
@@ -70,6 +81,16 @@ std::unique_ptr<TDbmManager> Connect()
     manager->SetParams(Profile());
     manager->Connect();
     return manager;
+}
+
+void Configure(TMyConnection &connection)
+{
+    connection.Server = "127.0.0.1";
+    connection.Port = TBench::ServerPort();
+    connection.Username = "root";
+    connection.Database = TBenchRows::Database();
+    connection.Options.Charset = "utf8mb4";
+    connection.Options.UseUnicode = true;
 }
 
 double Run(TWorker &worker)
@@ -208,26 +229,120 @@ double Pages(const QString &table)
     return TBench::Seconds([&] { rows.Run([](const TDbmRowsStatement &) {}); });
 }
 
-// The same rows by one statement, made into the same text.
+// The same rows by one statement, read by the client library and made into the same text.
 double PagesPeer(const QString &table)
 {
-    const auto manager = Connect();
-    std::unique_ptr<TDbmRowFormatter> formatter;
+    const QString select = "SELECT * FROM bench." + table;
+    TMyConnection connection;
+    Configure(connection);
+    TMyQuery query(&connection);
+    query.SetSQL(select + " LIMIT 0");
+    query.Execute();
+    std::vector<TFieldInfo> fields;
+    for (const auto &field : query.Fields())
+        fields.push_back(field->Info());
+    TDbmRowFormatter formatter(fields, std::vector<TDbmRowFormatter::TColumn>(fields.size()));
     QByteArray text;
-    return TBench::Seconds([&] {
-        manager->Provider().Connection().Stream(
-            "SELECT * FROM bench." + table,
-            [&](const std::vector<TFieldInfo> &fields) {
-                formatter = std::make_unique<TDbmRowFormatter>(
-                    fields, std::vector<TDbmRowFormatter::TColumn>(fields.size()));
-            },
-            [&](const TMyQuery::TRowView &row) {
-                formatter->Append(row, text);
-                if (text.size() > 131072)
-                    text.resize(0);
-                return true;
-            });
+    st_mysql *const session = TBenchRows::Connect("bench");
+    const double seconds = TBench::Seconds([&] {
+        Query(session, select);
+        MYSQL_RES *const result = mysql_use_result(session);
+        while (const MYSQL_ROW row = mysql_fetch_row(result)) {
+            formatter.Append({row, mysql_fetch_lengths(result), static_cast<int>(fields.size())},
+                             text);
+            if (text.size() > 131072)
+                text.resize(0);
+        }
+        mysql_free_result(result);
     });
+    mysql_close(session);
+    return seconds;
+}
+
+/// A million rows of ten columns, held twice: by the product and by the client library.
+struct THeldRows
+{
+    THeldRows()
+    {
+        Prepare();
+        Configure(Connection);
+        Query.SetSQL(TBenchRows::Select());
+        Query.Execute();
+        Session = TBenchRows::Connect("bench");
+        ::Query(Session, TBenchRows::Select());
+        Result = mysql_store_result(Session);
+    }
+    ~THeldRows()
+    {
+        mysql_free_result(Result);
+        mysql_close(Session);
+    }
+
+    TMyConnection Connection;
+    TMyQuery Query{&Connection};
+    st_mysql *Session;
+    MYSQL_RES *Result;
+};
+
+std::unique_ptr<THeldRows> Held;
+
+double FormatRows()
+{
+    const TMyQuery &rows = Held->Query;
+    const auto count = static_cast<size_t>(rows.FieldCount());
+    std::vector<TFieldInfo> fields;
+    for (size_t i = 0; i < count; ++i)
+        fields.push_back(rows.FieldAt(static_cast<int>(i)).Info());
+    std::vector<const char *> cells(count);
+    std::vector<unsigned long> lengths(count);
+    QByteArray text;
+    return 1e6 / TBench::Seconds([&] {
+               TDbmRowFormatter formatter(fields, std::vector<TDbmRowFormatter::TColumn>(count));
+               for (qint64 row = 0; row < rows.RecordCount(); ++row) {
+                   for (size_t i = 0; i < count; ++i) {
+                       const TField &field = rows.FieldAt(static_cast<int>(i));
+                       const QByteArrayView cell = field.RawAt(row);
+                       cells[i] = field.IsNullAt(row) ? nullptr : cell.data();
+                       lengths[i] = static_cast<unsigned long>(cell.size());
+                   }
+                   if (text.size() > 131072)
+                       text.resize(0);
+                   formatter.Append({cells.data(), lengths.data(), static_cast<int>(count)}, text);
+               }
+           });
+}
+
+// What any program writes with the client library alone.
+double FormatRowsPeer()
+{
+    MYSQL_RES *const result = Held->Result;
+    const uint count = mysql_num_fields(result);
+    const MYSQL_FIELD *const fields = mysql_fetch_fields(result);
+    std::string text;
+    return 1e6 / TBench::Seconds([&] {
+               mysql_data_seek(result, 0);
+               while (const MYSQL_ROW row = mysql_fetch_row(result)) {
+                   const unsigned long *lengths = mysql_fetch_lengths(result);
+                   if (text.size() > 131072)
+                       text.clear();
+                   for (uint i = 0; i < count; ++i) {
+                       text += i == 0 ? "(" : ", ";
+                       if (!row[i]) {
+                           text += "NULL";
+                       } else if (IS_NUM(fields[i].type)) {
+                           text.append(row[i], lengths[i]);
+                       } else {
+                           const size_t start = text.size() + 1;
+                           text.resize(start + lengths[i] * 2 + 1);
+                           text[start - 1] = '\'';
+                           text.resize(start + mysql_real_escape_string(Held->Session, &text[start],
+                                                                        row[i], lengths[i]));
+                           text += '\'';
+                       }
+                   }
+                   text += ')';
+               }
+           });
 }
 
 double Checksum()
@@ -306,6 +421,15 @@ const TBenchRegistrar Rows([] {
                             TBenchRows::PrepareTables();
                         },
                     .Rounds = 3});
+    rows.push_back({.What = "formatting INSERT rows from a dataset of 1,000,000 rows × 10 columns",
+                    .PeerName = "a bare loop with mysql_real_escape_string",
+                    .Unit = "rows/s",
+                    .Goal = bgAtLeast,
+                    .Limit = 1,
+                    .Product = FormatRows,
+                    .Peer = FormatRowsPeer,
+                    .Prepare = [] { Held = std::make_unique<THeldRows>(); },
+                    .Rounds = 5});
     for (const int millions : {1, 4}) {
         const QString table = "paged" + QString::number(millions);
         rows.push_back({.What = "reading " + QString::number(millions) +

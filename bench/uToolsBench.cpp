@@ -33,7 +33,6 @@ double Export()
     return TBench::Seconds([&] {
         TMyQuery query(&connection);
         query.SetSQL(TBenchRows::Select());
-        query.Execute();
         QFile file(Folder().filePath("export.txt"));
         if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
             qFatal("no file");

@@ -124,7 +124,7 @@ void TMyQuery::Stream(const TStreamFields &onFields, const TStreamRow &onRow)
     TMySession &session = FConnection->Session();
     TConnLostCause cause = clExecute;
     try {
-        session.Query(FSQL);
+        session.QueryRows(FSQL);
         bool handed = false;
         do {
             if (!session.HasColumns())

@@ -1,10 +1,12 @@
 #include "client/uMySession.h"
 
+#include "client/uBinaryRow.h"
 #include "client/uRowArena.h"
 #include "support/uFormat.h"
 
 #include <QDeadlineTimer>
 #include <QStringList>
+#include <algorithm>
 #include <csignal>
 #include <errmsg.h>
 #include <mutex>
@@ -72,6 +74,17 @@ bool EndsSession(int code)
     }
 }
 
+bool HasNoBinaryForm(int code)
+{
+    switch (code) {
+    case ER_UNSUPPORTED_PS:
+    case ER_MAX_PREPARED_STMT_COUNT_REACHED:
+        return true;
+    default:
+        return false;
+    }
+}
+
 bool MayBeUtf8(const QByteArray &charset)
 {
     return charset == "utf8mb4" || charset.isEmpty();
@@ -98,6 +111,13 @@ void TMySession::TFreeResult::operator()(st_mysql_res *result) const
 {
     mysql_free_result(result);
 }
+
+void TMySession::TCloseStatement::operator()(st_mysql_stmt *statement) const
+{
+    mysql_stmt_close(statement);
+}
+
+TMySession::TMySession() = default;
 
 TMySession::~TMySession()
 {
@@ -206,6 +226,7 @@ void TMySession::Close()
     if (FResult)
         ::shutdown(mysql_get_socket(FHandle.get()), SHUT_RDWR);
     FResult.reset();
+    FStatement.reset();
     FHandle.reset();
 }
 
@@ -268,14 +289,62 @@ void TMySession::Query(const QString &sql)
     NoteDatabase(sql);
 }
 
+void TMySession::QueryRows(const QString &sql)
+{
+    if (!IsOpen())
+        throw EMyError(CR_SERVER_GONE_ERROR, "Server has gone away");
+    if (TryQueryBinary(Encode(sql)))
+        NoteAnswer();
+    else
+        Query(sql);
+}
+
+bool TMySession::TryQueryBinary(const QByteArray &sql)
+{
+    FStatement.reset(mysql_stmt_init(FHandle.get()));
+    if (!FStatement)
+        Fail();
+    st_mysql_stmt *const statement = FStatement.get();
+    if (mariadb_stmt_execute_direct(statement, sql.constData(), static_cast<size_t>(sql.size())) !=
+        0) {
+        const EMyError error = LastStatementError();
+        // A question mark is an error of the statement, and not a place for a value.
+        const bool hasParameters = mysql_stmt_param_count(statement) > 0;
+        FStatement.reset();
+        if (!hasParameters && !HasNoBinaryForm(error.ErrorCode()))
+            Fail(error);
+        return false;
+    }
+    FResult.reset(mysql_stmt_result_metadata(statement));
+    const uint count = FResult ? mysql_num_fields(FResult.get()) : 0;
+    const MYSQL_FIELD *fields = FResult ? mysql_fetch_fields(FResult.get()) : nullptr;
+    if (!std::all_of(fields, fields + count, TBinaryRow::CanShow)) {
+        FResult.reset();
+        FStatement.reset();
+        return false;
+    }
+    FBinaryRow = std::make_unique<TBinaryRow>(fields, count);
+    mysql_stmt_attr_set(statement, STMT_ATTR_CB_USER_DATA, FBinaryRow.get());
+    const ps_result_callback take = [](void *row, uint column, uchar **at) {
+        const uchar *end = static_cast<TBinaryRow *>(row)->Take(column, at ? *at : nullptr);
+        if (at)
+            *at = const_cast<uchar *>(end);
+    };
+    mysql_stmt_attr_set(statement, STMT_ATTR_CB_RESULT, reinterpret_cast<const void *>(take));
+    return true;
+}
+
 bool TMySession::HasColumns() const
 {
+    if (FStatement)
+        return true;
     return mysql_field_count(FHandle.get()) > 0;
 }
 
 std::vector<TFieldInfo> TMySession::OpenRows()
 {
-    FResult.reset(mysql_use_result(FHandle.get()));
+    if (!FStatement)
+        FResult.reset(mysql_use_result(FHandle.get()));
     if (!FResult)
         Fail();
     std::vector<TFieldInfo> infos;
@@ -289,6 +358,8 @@ std::vector<TFieldInfo> TMySession::OpenRows()
 
 bool TMySession::FetchRow(const char *const *&cells, const unsigned long *&lengths)
 {
+    if (FStatement)
+        return FetchBinaryRow(cells, lengths);
     cells = mysql_fetch_row(FResult.get());
     if (!cells) {
         if (mysql_errno(FHandle.get()) != 0)
@@ -297,6 +368,21 @@ bool TMySession::FetchRow(const char *const *&cells, const unsigned long *&lengt
     }
     lengths = mysql_fetch_lengths(FResult.get());
     return true;
+}
+
+bool TMySession::FetchBinaryRow(const char *const *&cells, const unsigned long *&lengths)
+{
+    FBinaryRow->Start();
+    switch (mysql_stmt_fetch(FStatement.get())) {
+    case 0:
+        cells = FBinaryRow->Cells();
+        lengths = FBinaryRow->Lengths();
+        return true;
+    case MYSQL_NO_DATA:
+        return false;
+    default:
+        Fail(LastStatementError());
+    }
 }
 
 void TMySession::ReadRows(TRowArena &arena)
@@ -310,6 +396,7 @@ void TMySession::ReadRows(TRowArena &arena)
 void TMySession::CloseRows()
 {
     FResult.reset();
+    FStatement.reset();
     if (IsOpen())
         NoteAnswer();
 }
@@ -340,6 +427,7 @@ void TMySession::Abandon()
         // Without a second session the rest is read off, which takes longer and comes to the same.
     }
     FResult.reset();
+    FStatement.reset();
     while (mysql_next_result(FHandle.get()) == 0)
         FResult.reset(mysql_use_result(FHandle.get()));
     FResult.reset();
@@ -411,7 +499,11 @@ void TMySession::NoteDatabase(const QString &sql)
 
 void TMySession::Fail()
 {
-    const EMyError error = LastError();
+    Fail(LastError());
+}
+
+void TMySession::Fail(const EMyError &error)
+{
     if (EndsSession(error.ErrorCode()))
         Close();
     throw error;
@@ -419,8 +511,18 @@ void TMySession::Fail()
 
 EMyError TMySession::LastError() const
 {
-    const int code = static_cast<int>(mysql_errno(FHandle.get()));
-    const QString text = FCodec->Decode(mysql_error(FHandle.get()));
+    return ErrorOf(static_cast<int>(mysql_errno(FHandle.get())), mysql_error(FHandle.get()));
+}
+
+EMyError TMySession::LastStatementError() const
+{
+    return ErrorOf(static_cast<int>(mysql_stmt_errno(FStatement.get())),
+                   mysql_stmt_error(FStatement.get()));
+}
+
+EMyError TMySession::ErrorOf(int code, const char *message) const
+{
+    const QString text = FCodec->Decode(message);
     const bool connected = !FState.Charset.isEmpty();
     switch (connected ? code : 0) {
     case CR_SSL_CONNECTION_ERROR: // what a cut session looks like through TLS

@@ -57,13 +57,18 @@ void TDbmTableRows::Run(const TConsumer &consumer)
     FLimit = average > 0 && FIsPaged ? qMax<qint64>(1, FBytesPerFetch / average) : -1;
     FHead = Head();
     FRows.reserve(StatementSize * 2);
+    TDbmStatementPipe pipe([&](const TDbmRowsStatement &statement) {
+        consumer(statement);
+        return !FStopRequested || !FStopRequested();
+    });
     do {
-        Fetch(consumer);
+        Fetch(pipe);
         AdaptLimit();
     } while (!IsAtEnd());
     // Also when the last fetch came back empty: what is held belongs to the table.
     if (FCount > 0 && !FIsStopped)
-        HandOver(consumer);
+        HandOver(pipe);
+    pipe.Finish();
 }
 
 void TDbmTableRows::ReadFields()
@@ -128,7 +133,7 @@ bool TDbmTableRows::HasExactOrder(const TDbmFieldEntity &field) const
     }
 }
 
-void TDbmTableRows::Fetch(const TConsumer &consumer)
+void TDbmTableRows::Fetch(TDbmStatementPipe &pipe)
 {
     FFetched = FFetchedBytes = 0;
     FIsCut = false;
@@ -136,7 +141,7 @@ void TDbmTableRows::Fetch(const TConsumer &consumer)
     FManager.Provider().OpenConnection();
     FManager.Provider().Connection().Stream(
         FetchText(), [&](const std::vector<TFieldInfo> &fields) { Open(fields); },
-        [&](const TMyQuery::TRowView &row) { return Take(row, consumer); });
+        [&](const TMyQuery::TRowView &row) { return Take(row, pipe); });
     if (FIsPaged && !IsAtEnd() && FLastKey == keyBefore)
         throw EException(TFormat::Format(
             "The rows of table \"%s\" do not come in the order of its key.", {FTableName}));
@@ -208,7 +213,7 @@ void TDbmTableRows::Open(const std::vector<TFieldInfo> &fields)
     FFormatter.emplace(fields, std::move(columns));
 }
 
-bool TDbmTableRows::Take(const TMyQuery::TRowView &row, const TConsumer &consumer)
+bool TDbmTableRows::Take(const TMyQuery::TRowView &row, TDbmStatementPipe &pipe)
 {
     if (FCount == 0)
         FRows.append(FHead);
@@ -222,7 +227,7 @@ bool TDbmTableRows::Take(const TMyQuery::TRowView &row, const TConsumer &consume
     if (FIsPaged && (FIsCut || FFetched == FLimit))
         KeepKey(row);
     if (FBufferSize > StatementSize)
-        HandOver(consumer);
+        HandOver(pipe);
     return !FIsCut && !FIsStopped;
 }
 
@@ -241,25 +246,17 @@ void TDbmTableRows::KeepKey(const TMyQuery::TRowView &row)
                                {row.Cells[at], static_cast<qsizetype>(row.Lengths[at])});
 }
 
-void TDbmTableRows::HandOver(const TConsumer &consumer)
+void TDbmTableRows::HandOver(TDbmStatementPipe &pipe)
 {
     TDbmRowsStatement statement;
-    statement.Text = FRows;
+    statement.Text = std::exchange(FRows, {});
     statement.Offset = FProcessed;
     statement.Count = FCount;
     statement.Needs = FFormatter->TakeNeeds();
     FProcessed += FCount;
     FCount = FBufferSize = 0;
-    consumer(statement);
-    statement.Text.clear();
-    // A single huge row must not be paid for until the end.
-    if (FRows.capacity() > StatementSize * 8) {
-        FRows = QByteArray();
-        FRows.reserve(StatementSize * 2);
-    } else {
-        FRows.resize(0);
-    }
-    FIsStopped = FStopRequested && FStopRequested();
+    FIsStopped = !pipe.Put(std::move(statement));
+    FRows.reserve(StatementSize * 2);
 }
 
 QByteArray TDbmTableRows::Head() const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "jobs/uDbmStatementPipe.h"
 #include "model/uDbmEntities.h"
 #include "sql/uDbmRowFormatter.h"
 
@@ -9,22 +10,14 @@
 class TDbmManager;
 class TDbmTableItem;
 
-/// One INSERT of many rows, ready to be written or run.
-struct TDbmRowsStatement
-{
-    QByteArray Text;   // UTF-8, without a delimiter
-    qint64 Offset = 0; // rows of the table ahead of it
-    qint64 Count = 0;  // rows in it
-    int Needs = 0;     // TDbmRowNeed flags
-};
-
 /// Reads the rows of one table and makes statements of them, each just over 128 Ki characters.
 ///
 /// Rows come in one order, so that none is lost or doubled between two fetches: in the order of the
 /// primary key, each fetch behind the last key of the one before. A table whose key is missing or
 /// cannot be told exactly by the text of its values is read as one unbuffered stream. Memory is
-/// bounded by two statements and the longest row. The statement is handed over while the rows
-/// stream, so the consumer must not use the connection that is read.
+/// bounded by a few statements and the longest row. Statements are handed over one at a time and in
+/// order, from the second on by a thread beside the one that reads, so the consumer must not use
+/// the connection that is read.
 class TDbmTableRows
 {
 public:
@@ -46,15 +39,15 @@ private:
     void ReadFields();
     void ReadKey();
     bool HasExactOrder(const TDbmFieldEntity &field) const;
-    void Fetch(const TConsumer &consumer);
+    void Fetch(TDbmStatementPipe &pipe);
     bool IsAtEnd() const;
     void AdaptLimit();
     QString FetchText() const;
     QString KeyCondition() const;
     void Open(const std::vector<TFieldInfo> &fields);
-    bool Take(const TMyQuery::TRowView &row, const TConsumer &consumer);
+    bool Take(const TMyQuery::TRowView &row, TDbmStatementPipe &pipe);
     void KeepKey(const TMyQuery::TRowView &row);
-    void HandOver(const TConsumer &consumer);
+    void HandOver(TDbmStatementPipe &pipe);
     QByteArray Head() const;
 
     TDbmManager &FManager;

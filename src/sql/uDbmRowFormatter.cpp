@@ -4,6 +4,8 @@
 #include "sql/uDbmSqlValueUtils.h"
 #include "sql/uRawValues.h"
 
+#include <array>
+#include <bit>
 #include <cstring>
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -11,10 +13,30 @@
 
 namespace {
 
+// Most cells are shorter than a call of memcpy is worth: two copies of a fixed size overlap.
+template <typename T>
+void CopyEnds(char *out, const char *from, size_t size)
+{
+    T first, last;
+    std::memcpy(&first, from, sizeof first);
+    std::memcpy(&last, from + size - sizeof last, sizeof last);
+    std::memcpy(out, &first, sizeof first);
+    std::memcpy(out + size - sizeof last, &last, sizeof last);
+}
+
 char *PutAscii(QByteArrayView bytes, char *out)
 {
-    std::memcpy(out, bytes.data(), static_cast<size_t>(bytes.size()));
-    return out + bytes.size();
+    const auto size = static_cast<size_t>(bytes.size());
+    if (size > 16)
+        std::memcpy(out, bytes.data(), size);
+    else if (size >= 8)
+        CopyEnds<quint64>(out, bytes.data(), size);
+    else if (size >= 4)
+        CopyEnds<quint32>(out, bytes.data(), size);
+    else
+        for (size_t i = 0; i < size; ++i)
+            out[i] = bytes.data()[i];
+    return out + size;
 }
 
 char *PutQuoted(QByteArrayView bytes, char *out)
@@ -25,14 +47,22 @@ char *PutQuoted(QByteArrayView bytes, char *out)
     return out;
 }
 
+// The two digits of each byte.
+constexpr auto HexPairs = [] {
+    constexpr char Digits[] = "0123456789ABCDEF";
+    std::array<std::array<char, 2>, 256> pairs{};
+    for (size_t i = 0; i < pairs.size(); ++i)
+        pairs[i] = {Digits[i >> 4], Digits[i & 15]};
+    return pairs;
+}();
+
 char *PutHex(QByteArrayView bytes, char *out)
 {
-    static constexpr char Digits[] = "0123456789ABCDEF";
     *out++ = '0';
     *out++ = 'x';
     for (const char byte : bytes) {
-        *out++ = Digits[static_cast<uchar>(byte) >> 4];
-        *out++ = Digits[static_cast<uchar>(byte) & 15];
+        std::memcpy(out, HexPairs[static_cast<uchar>(byte)].data(), 2);
+        out += 2;
     }
     return out;
 }
@@ -76,55 +106,91 @@ constexpr bool IsLostInFiles(uchar byte)
     return (byte >= 1 && byte <= 7) || byte == 11 || byte == 12;
 }
 
-#ifdef __SSE2__
-// Whether a byte of sixteen may need a look: control characters, quotes, backslash.
-inline bool IsClean(__m128i bytes)
+/// Writes a text's bytes as they stand between quotes. Room for twice the bytes and for sixteen
+/// more is behind `out`.
+class TEscaper
 {
-    const __m128i control = _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(31)), bytes);
-    const __m128i quote = _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('\'')),
-                                       _mm_cmpeq_epi8(bytes, _mm_set1_epi8('"')));
-    const __m128i backslash = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'));
-    return _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(control, quote), backslash)) == 0;
-}
+public:
+    explicit TEscaper(char *out) : FOut(out) {}
+
+    /// Gives the end of what was written, or nullptr for a text that cannot stand in quotes.
+    char *Run(QByteArrayView bytes)
+    {
+        const char *from = bytes.data();
+        const char *const end = from + bytes.size();
+#ifdef __SSE2__
+        while (end - from >= BlockSize)
+            if (!PutBlock(from))
+                return nullptr;
+        if (PutCleanRest(from, end - from))
+            from = end;
+#endif
+        for (; from != end; ++from)
+            if (!Put(*from))
+                return nullptr;
+        // A NUL alone does not make a text be escaped, and raw it would not come back.
+        return FZeros > 0 && FZeros == FEscapes ? nullptr : FOut;
+    }
+
+private:
+    bool Put(char c)
+    {
+        const auto byte = static_cast<uchar>(c);
+        if (IsLostInFiles(byte))
+            return false;
+        if (const char escape = EscapeOf(byte)) {
+            *FOut++ = '\\';
+            *FOut++ = escape;
+            ++FEscapes;
+            FZeros += byte == 0;
+        } else {
+            *FOut++ = c;
+        }
+        return true;
+    }
+
+#ifdef __SSE2__
+    static constexpr qsizetype BlockSize = 16;
+
+    // A bit for each byte that may need a look: control characters, quotes, backslash.
+    static unsigned Doubtful(__m128i bytes)
+    {
+        const __m128i control = _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(31)), bytes);
+        const __m128i quote = _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('\'')),
+                                           _mm_cmpeq_epi8(bytes, _mm_set1_epi8('"')));
+        const __m128i backslash = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'));
+        return static_cast<unsigned>(
+            _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(control, quote), backslash)));
+    }
+
+    // Up to the first byte that may need a look, and that one.
+    bool PutBlock(const char *&from)
+    {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(from));
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(FOut), block);
+        const unsigned doubtful = Doubtful(block);
+        const int clean = doubtful == 0 ? BlockSize : std::countr_zero(doubtful);
+        from += clean;
+        FOut += clean;
+        return doubtful == 0 || Put(*from++);
+    }
+
+    bool PutCleanRest(const char *from, qsizetype size)
+    {
+        alignas(BlockSize) char rest[BlockSize] = {};
+        PutAscii({from, size}, rest);
+        const __m128i block = _mm_load_si128(reinterpret_cast<const __m128i *>(rest));
+        if (Doubtful(block) & ((1u << size) - 1))
+            return false;
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(FOut), block);
+        FOut += size;
+        return true;
+    }
 #endif
 
-// Gives the end of what was written, or nullptr for a text that cannot stand in quotes. Room for
-// twice the bytes and for sixteen more is behind `out`.
-char *Escape(QByteArrayView bytes, char *out)
-{
-    const char *from = bytes.data();
-    const char *const end = from + bytes.size();
-    qsizetype escapes = 0, zeros = 0;
-    while (from != end) {
-        const char *stop = end;
-#ifdef __SSE2__
-        while (end - from >= 16) {
-            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(from));
-            if (!IsClean(block))
-                break;
-            _mm_storeu_si128(reinterpret_cast<__m128i *>(out), block);
-            from += 16;
-            out += 16;
-        }
-        stop = from + qMin<qsizetype>(16, end - from);
-#endif
-        for (; from != stop; ++from) {
-            const auto byte = static_cast<uchar>(*from);
-            if (IsLostInFiles(byte))
-                return nullptr;
-            if (const char escape = EscapeOf(byte)) {
-                *out++ = '\\';
-                *out++ = escape;
-                ++escapes;
-                zeros += byte == 0;
-            } else {
-                *out++ = *from;
-            }
-        }
-    }
-    // A NUL alone does not make a text be escaped, and raw it would not come back.
-    return zeros > 0 && zeros == escapes ? nullptr : out;
-}
+    char *FOut;
+    qsizetype FEscapes = 0, FZeros = 0;
+};
 
 } // namespace
 
@@ -258,7 +324,7 @@ char *TDbmRowFormatter::PutText(size_t column, QByteArrayView bytes, char *out)
     if (units < 0)
         return PutHex(bytes, out);
     *out = '\'';
-    char *const end = Escape(bytes, out + 1);
+    char *const end = TEscaper(out + 1).Run(bytes);
     if (!end)
         return PutHexText(FFields[column], bytes, out);
     FExtraBytes += bytes.size() - units;

@@ -79,9 +79,8 @@ QString TDbmStatementsFormatters::FormatOrderBy(const QStringList &fields, bool 
 QString TDbmStatementsFormatters::FormatLimit(qint64 offset, qint64 rowCount)
 {
     if (offset >= 1)
-        return TFormat::Format("LIMIT %d, %d",
-                               {static_cast<qint32>(offset), static_cast<qint32>(rowCount)});
+        return TFormat::Format("LIMIT %d, %d", {offset, rowCount});
     if (rowCount == -1)
         return {};
-    return TFormat::Format("LIMIT %d", {static_cast<qint32>(rowCount)});
+    return TFormat::Format("LIMIT %d", {rowCount});
 }

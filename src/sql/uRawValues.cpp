@@ -91,6 +91,12 @@ qint64 TRawValues::CountUnits(QByteArrayView bytes)
             ++units;
             continue;
         }
+        // Most letters beyond ASCII take two bytes.
+        if (*at >= 0xC2 && *at < 0xE0 && end - at >= 2 && (at[1] & 0xC0) == 0x80) {
+            at += 2;
+            ++units;
+            continue;
+        }
         const int size = SequenceSize(*at);
         if (size == 0 || end - at < size || !IsSequence(at, size))
             return -1;
@@ -113,7 +119,8 @@ bool TRawValues::IsCalendarDay(QByteArrayView bytes)
 {
     if (bytes.size() < 10)
         return false;
-    const int year = bytes.first(4).toByteArray().toInt();
+    const int year =
+        ((Digit(bytes, 0) * 10 + Digit(bytes, 1)) * 10 + Digit(bytes, 2)) * 10 + Digit(bytes, 3);
     TDateTime date;
     return TDateTime::TryEncode(year, Digit(bytes, 5) * 10 + Digit(bytes, 6),
                                 Digit(bytes, 8) * 10 + Digit(bytes, 9), 0, 0, 0, date);
@@ -123,7 +130,7 @@ bool TRawValues::IsPlainFloat(QByteArrayView bytes)
 {
     if (bytes.startsWith('-'))
         bytes = bytes.sliced(1);
-    if (bytes.isEmpty() || bytes.size() > SafeDigits)
+    if (bytes.isEmpty() || bytes.size() > SafeDigits + 1)
         return false;
     qsizetype point = -1;
     for (qsizetype i = 0; i < bytes.size(); ++i) {
@@ -132,9 +139,9 @@ bool TRawValues::IsPlainFloat(QByteArrayView bytes)
         else if (bytes[i] < '0' || bytes[i] > '9')
             return false;
     }
-    const bool leadingZero = bytes[0] == '0' && bytes.size() > 1;
     if (point < 0)
-        return bytes.size() == 1 || bytes[0] != '0';
+        return bytes.size() <= SafeDigits && (bytes.size() == 1 || bytes[0] != '0');
+    const bool leadingZero = bytes[0] == '0' && bytes.size() > 1;
     // Below a tenth the form may have an exponent.
     const bool small = leadingZero && (point != 1 || bytes.size() < 3 || bytes[2] == '0');
     return point > 0 && !small && bytes.back() != '0' && bytes.back() != '.';

@@ -2,6 +2,7 @@
 
 #include "client/uDataSet.h"
 #include "client/uField.h"
+#include "client/uFieldValue.h"
 #include "sql/uRawValues.h"
 #include "support/uException.h"
 #include "support/uFormat.h"
@@ -26,13 +27,35 @@ QByteArray Encoded(char16_t c)
 
 void TDatasetExportBase::Export()
 {
+    auto *const query = dynamic_cast<TMyQuery *>(FDataset);
+    if (query && !query->Active() && !query->SQL().isEmpty())
+        ExportStream(*query);
+    else
+        ExportRows();
+}
+
+void TDatasetExportBase::ExportRows()
+{
     const TDatasetWalk walk(*FDataset);
-    WriteHeader();
+    std::vector<TFieldInfo> fields;
+    for (const auto &field : FDataset->Fields())
+        fields.push_back(field->Info());
+    WriteHeader(fields);
     FDataset->First();
     for (qint64 row = 0; row < FDataset->RecordCount(); ++row)
         WriteRecord(row);
     WriteFooter();
     FDataset->First();
+}
+
+void TDatasetExportBase::ExportStream(TMyQuery &query)
+{
+    query.Stream([this](const std::vector<TFieldInfo> &fields) { WriteHeader(fields); },
+                 [this](const TMyQuery::TRowView &row) {
+                     WriteRecord(row);
+                     return true;
+                 });
+    WriteFooter();
 }
 
 void TDatasetExportBase::ExportAsText(QString &text)
@@ -56,20 +79,21 @@ void TDatasetExportBase::Write(const QByteArray &bytes)
         throw EException(TFormat::Format("Cannot write: %s.", {FStream->errorString()}));
 }
 
-void TDatasetExportText::WriteHeader()
+void TDatasetExportText::WriteHeader(const std::vector<TFieldInfo> &fields)
 {
     FDelimiter = Encoded(FOptions.FieldDelimiter);
     FQualifier = Encoded(FOptions.TextQualifier);
+    FFields = fields;
     FKinds.clear();
     FBlock.resize(BlockSize * 2);
     FUsed = 0;
-    FEditedRow = FDataset->State() == dsBrowse ? -1 : FDataset->RecNo();
-    for (int i = 0; i < FDataset->FieldCount(); ++i)
-        FKinds.push_back(KindOf(FDataset->FieldAt(i)));
+    FEditedRow = !FDataset->Active() || FDataset->State() == dsBrowse ? -1 : FDataset->RecNo();
+    for (const TFieldInfo &field : FFields)
+        FKinds.push_back(KindOf(field));
     if (!FOptions.ColumnTitles)
         return;
-    for (int i = 0; i < FDataset->FieldCount(); ++i)
-        Append(FDataset->FieldAt(i).FieldName().toUtf8() + FDelimiter);
+    for (const TFieldInfo &field : FFields)
+        Append(field.Name.toUtf8() + FDelimiter);
     Append(LineEnd);
 }
 
@@ -81,10 +105,29 @@ void TDatasetExportText::WriteFooter()
 
 void TDatasetExportText::WriteRecord(qint64 row)
 {
-    for (int i = 0; i < FDataset->FieldCount(); ++i) {
-        AppendField(FDataset->FieldAt(i), FKinds[static_cast<size_t>(i)], row);
+    for (size_t i = 0; i < FFields.size(); ++i) {
+        const TField &field = FDataset->FieldAt(static_cast<int>(i));
+        if (row == FEditedRow && !field.IsNullAt(row))
+            AppendValue(field.ValueAt(row), FFields[i]);
+        else if (!field.IsNullAt(row))
+            AppendCell(i, field.RawAt(row));
         Append(FDelimiter);
     }
+    EndRecord();
+}
+
+void TDatasetExportText::WriteRecord(const TMyQuery::TRowView &row)
+{
+    for (size_t i = 0; i < FFields.size(); ++i) {
+        if (row.Cells[i])
+            AppendCell(i, {row.Cells[i], static_cast<qsizetype>(row.Lengths[i])});
+        Append(FDelimiter);
+    }
+    EndRecord();
+}
+
+void TDatasetExportText::EndRecord()
+{
     Append(LineEnd);
     if (FUsed >= BlockSize)
         Flush();
@@ -122,9 +165,8 @@ void TDatasetExportText::AppendHex(QByteArrayView bytes)
     FUsed += bytes.size() * 2 + 2;
 }
 
-TDatasetExportText::TKind TDatasetExportText::KindOf(const TField &field)
+TDatasetExportText::TKind TDatasetExportText::KindOf(const TFieldInfo &info)
 {
-    const TFieldInfo &info = field.Info();
     switch (info.DataType) {
     case ftFloat:
         return ekFloat;
@@ -147,12 +189,10 @@ TDatasetExportText::TKind TDatasetExportText::KindOf(const TField &field)
     return info.IsText && info.Codec->Name().startsWith("utf8") ? ekText : ekOther;
 }
 
-void TDatasetExportText::AppendField(const TField &field, TKind kind, qint64 row)
+void TDatasetExportText::AppendCell(size_t column, QByteArrayView bytes)
 {
-    if (field.IsNullAt(row))
-        return;
-    if (row == FEditedRow || !TryAppendRaw(kind, field.RawAt(row)))
-        AppendValue(field.ValueAt(row), field, row);
+    if (!TryAppendRaw(FKinds[column], bytes))
+        AppendValue(TFieldValue::Value(FFields[column], bytes), FFields[column]);
 }
 
 // What comes out as the server sent it needs no value made of it.
@@ -206,7 +246,7 @@ void TDatasetExportText::AppendText(QByteArrayView text)
     Append(FQualifier);
 }
 
-void TDatasetExportText::AppendValue(const TVariant &value, const TField &field, qint64 row)
+void TDatasetExportText::AppendValue(const TVariant &value, const TFieldInfo &field)
 {
     if (value.IsDateTime())
         Append(DateTimeText(value.As<TDateTime>()).toUtf8());
@@ -215,7 +255,7 @@ void TDatasetExportText::AppendValue(const TVariant &value, const TField &field,
     else if (value.IsBool())
         Append(value.As<bool>() ? "-1" : "0");
     else if (value.IsBytes())
-        Append(field.EditTextAt(row).toUtf8());
+        Append(TFieldValue::EditText(field, value.As<QByteArray>()).toUtf8());
     else if (value.IsDouble() && !FOptions.DefaultRegionalSettings)
         Append(value.ToString()
                    .replace(".", FOptions.DecimalDelimiter

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "client/uMyQuery.h"
 #include "support/uVariant.h"
 
 #include <QIODevice>
@@ -7,8 +8,6 @@
 #include <vector>
 
 class QDate;
-class TDataSet;
-class TField;
 
 struct TDatasetExportTextOptions
 {
@@ -22,7 +21,8 @@ struct TDatasetExportTextOptions
     char16_t DecimalDelimiter = 0;
 };
 
-/// Walks a dataset and writes it to a stream, row by row. Leaves the dataset on its first row.
+/// Walks a dataset and writes it to a stream, row by row. Leaves the dataset on its first row. A
+/// query that is not open is run for it, and its rows are written as they come without being held.
 class TDatasetExportBase
 {
 public:
@@ -31,15 +31,20 @@ public:
     TDataSet *FDataset = nullptr; // not owned
     QIODevice *FStream = nullptr; // not owned
 
-    /// Writes UTF-8 to FStream. Raises EException when the stream refuses.
+    /// Writes UTF-8 to FStream. Raises EException when the stream refuses, EMyError for a query.
     void Export();
     void ExportAsText(QString &text);
 
 protected:
-    virtual void WriteHeader() = 0;
+    virtual void WriteHeader(const std::vector<TFieldInfo> &fields) = 0;
     virtual void WriteFooter() = 0;
     virtual void WriteRecord(qint64 row) = 0;
+    virtual void WriteRecord(const TMyQuery::TRowView &row) = 0;
     void Write(const QByteArray &bytes);
+
+private:
+    void ExportRows();
+    void ExportStream(TMyQuery &query);
 };
 
 /// Delimited text. Deliberate: the delimiter follows every field, the last one too, and a qualifier
@@ -50,26 +55,29 @@ public:
     TDatasetExportTextOptions FOptions;
 
 protected:
-    void WriteHeader() override;
+    void WriteHeader(const std::vector<TFieldInfo> &fields) override;
     void WriteFooter() override;
     void WriteRecord(qint64 row) override;
+    void WriteRecord(const TMyQuery::TRowView &row) override;
 
 private:
     enum TKind { ekPlain, ekText, ekDecimal, ekFloat, ekDate, ekBytes, ekOther };
 
-    static TKind KindOf(const TField &field);
+    static TKind KindOf(const TFieldInfo &info);
     /// Room for so many bytes at the end of the block.
     char *Room(qsizetype size);
     void Append(QByteArrayView bytes);
     void AppendHex(QByteArrayView bytes);
     void Flush();
     bool TryAppendRaw(TKind kind, QByteArrayView bytes);
-    void AppendField(const TField &field, TKind kind, qint64 row);
-    void AppendValue(const TVariant &value, const TField &field, qint64 row);
+    void EndRecord();
+    void AppendCell(size_t column, QByteArrayView bytes);
+    void AppendValue(const TVariant &value, const TFieldInfo &field);
     void AppendText(QByteArrayView text);
     QString DateTimeText(TDateTime value) const;
     QString DateText(const QDate &date) const;
 
+    std::vector<TFieldInfo> FFields;
     std::vector<TKind> FKinds;
     QByteArray FBlock;      // rows that the stream has not got yet
     qsizetype FUsed = 0;    // bytes of it

@@ -244,12 +244,27 @@ TEST(TStatusTextTest, CommentsAndRates)
     EXPECT_EQ(TDbmStatusUtils::FormatCounterValue("uptime", "1", 60, 1), "");
 }
 
-// What a server of another time is asked, for real: a server of today that says it is old.
-TEST(TOldServerTest, ListsComeInTheFormsOfTheTime)
+struct TOldServer
 {
-    const auto server = TTestServer::Start({"--version=5.0.95-log"});
+    const char *Version;
+    int Events;
+    QStringList Statements; // of threads, engines, variables, status and plugins
+};
+
+class TOldServerTest : public testing::TestWithParam<TOldServer>
+{};
+
+// What a server of another time is asked, for real: a server of today that says it is old.
+TEST_P(TOldServerTest, ListsComeInTheFormsOfTheTime)
+{
+    const QString version = QString(GetParam().Version) + "-log";
+    const auto server = TTestServer::Start({"--version=" + version});
     server->Exec("CREATE DATABASE old");
-    server->Exec("CREATE TABLE t (id int PRIMARY KEY, s varchar(9) DEFAULT 'x')", "old");
+    server->Exec("CREATE TABLE p (id int PRIMARY KEY)", "old");
+    server->Exec("CREATE TABLE t (id int PRIMARY KEY, s varchar(9) DEFAULT 'x',"
+                 " CONSTRAINT fk FOREIGN KEY (id) REFERENCES p (id))",
+                 "old");
+    server->Exec("CREATE EVENT e ON SCHEDULE EVERY 1 DAY DO SELECT 1", "old");
     const auto manager = TDbmManager::Create();
     manager->SetParams(ServerProfile(*server));
     manager->Connect();
@@ -258,20 +273,55 @@ TEST(TOldServerTest, ListsComeInTheFormsOfTheTime)
         [&](TDbmManager *, const QString &text) { statements += text; });
     TDbmDatabaseItem &database = *manager->Databases().GetByName("old");
     statements.clear();
-    EXPECT_EQ(database.Events().Count(), 0);
-    EXPECT_EQ(statements, QStringList());
-    EXPECT_EQ(database.Tables().ToArray().first()->Indexes().Count(), 1);
+    ASSERT_EQ(database.Events().Count(), GetParam().Events);
+    EXPECT_EQ(statements.size(), GetParam().Events) << "no events, no statement";
+    if (database.Events().Count() > 0) {
+        EXPECT_EQ(database.Events().ToArray().first()->Entity().Definition, "SQL")
+            << "deliberate: below 5.1.12 the text is looked for in the column of the body";
+    }
+    TDbmTableList::TItemPtr table;
+    ASSERT_TRUE(database.Tables().TryGetByName("t", table));
+    EXPECT_EQ(table->Indexes().Count(), 1);
+    EXPECT_EQ(table->References().Count(), 1);
+    statements.clear();
+    table->References().RequestProcess();
+    EXPECT_EQ(table->References().Count(), 1);
+    // Where the server has no table of foreign keys, a reload reads the table's text again.
+    const bool hasConstraints = GetParam().Events > 0;
+    EXPECT_EQ(statements.size(), hasConstraints ? 0 : 1);
+
     statements.clear();
     EXPECT_GT(manager->Processes().Count(), 0);
     EXPECT_GT(manager->Engines().Count(), 0);
     TDbmVariableList::TItemPtr variable;
     EXPECT_TRUE(manager->GlobalVariables().TryGetByName("version", variable));
-    EXPECT_EQ(variable->Entity().Value, "5.0.95-log");
+    EXPECT_EQ(variable->Entity().Value, version);
     TDbmStatusList::TItemPtr status;
     EXPECT_TRUE(manager->SessionStatus().TryGetByName("uptime", status));
     EXPECT_EQ(status->Entity().Value, "") << "deliberate: the second column has another name";
-    EXPECT_EQ(statements, QStringList({"SHOW FULL PROCESSLIST", "SHOW ENGINES",
-                                       "SHOW GLOBAL VARIABLES", "SHOW SESSION STATUS"}));
+    EXPECT_GT(manager->Plugins().Count(), 0);
+    EXPECT_EQ(statements, GetParam().Statements);
+
+    TDbmTableEntity entity;
+    entity.TableName = "fresh";
+    manager->Operations().CreateTable(database, entity);
+    ASSERT_TRUE(database.Tables().TryGetByName("fresh", table));
+    EXPECT_EQ(table->Fields().Count(), 1);
 }
+
+const QString OldPlugins = "SELECT * FROM INFORMATION_SCHEMA.PLUGINS";
+const QStringList ShowForms = {"SHOW FULL PROCESSLIST", "SHOW ENGINES", "SHOW GLOBAL VARIABLES",
+                               "SHOW SESSION STATUS", OldPlugins};
+const QStringList MixedForms = {"SELECT * FROM INFORMATION_SCHEMA.PROCESSLIST", "SHOW ENGINES",
+                                "SHOW GLOBAL VARIABLES", "SHOW SESSION STATUS", OldPlugins};
+
+INSTANTIATE_TEST_SUITE_P(Versions, TOldServerTest,
+                         testing::Values(TOldServer{"4.1.22", 0, ShowForms},
+                                         TOldServer{"5.0.95", 0, ShowForms},
+                                         TOldServer{"5.1.5", 0, ShowForms},
+                                         TOldServer{"5.1.11", 1, MixedForms}),
+                         [](const testing::TestParamInfo<TOldServer> &info) {
+                             return QString(info.param.Version).replace('.', '_').toStdString();
+                         });
 
 } // namespace

@@ -221,6 +221,52 @@ TEST_P(TTableModelTest, AForeignKeyKeepsItsNameOrIsPutBack)
     EXPECT_FALSE(TableText("c").contains("FOREIGN KEY"));
 }
 
+TEST_P(TTableModelTest, FamiliesThatNoListReadsBy)
+{
+    Exec("CREATE TABLE p (a int PRIMARY KEY)");
+    Exec("CREATE TABLE t (a int, b varchar(9), txt text, KEY k (a), UNIQUE KEY u (b),"
+         " FULLTEXT KEY ft (txt)) ENGINE = MyISAM");
+    QStringList kinds;
+    for (const TDbmIndexEntity &index : Manager->Commands().Indexes().ExecuteSelect(Name(), "t"))
+        kinds += index.IndexName + ' ' + QString::number(index.IndexKind);
+    kinds.sort();
+    EXPECT_EQ(kinds,
+              QStringList({"ft " + QString::number(ikFulltext), "k " + QString::number(ikIndex),
+                           "u " + QString::number(ikUnique)}));
+
+    const auto keysDisabled = [&] {
+        return Value("SELECT COUNT(*) FROM information_schema.statistics WHERE table_schema = "
+                     "DATABASE() AND index_name = 'k' AND comment = 'disabled'");
+    };
+    Manager->Commands().Tables().ExecuteUpdateDisableKeys(Name(), "t");
+    EXPECT_EQ(keysDisabled(), "1");
+    Manager->Commands().Tables().ExecuteUpdateEnableKeys(Name(), "t");
+    EXPECT_EQ(keysDisabled(), "0");
+
+    Exec("ALTER TABLE t ENGINE = InnoDB");
+    TDbmReferenceEntity reference;
+    reference.ReferenceName = "fk";
+    reference.RefDatabaseName = Name();
+    reference.RefTableName = "p";
+    reference.OnUpdate = roCascade;
+    reference.OnDelete = roSetNull;
+    TDbmReferenceColumnEntity column;
+    column.SrcColumnName = column.RefColumnName = "a";
+    Manager->Commands().ForeignKeys().ExecuteCreate(Name(), "t", {column}, reference);
+    const auto read = Manager->Commands().ForeignKeys().ExecuteSelect(Name(), "t");
+    ASSERT_EQ(read.size(), 1);
+    EXPECT_EQ(read.first().ReferenceName, "fk");
+    EXPECT_EQ(read.first().RefTableName, "p");
+    EXPECT_EQ(read.first().OnUpdate, roCascade);
+    EXPECT_EQ(read.first().OnDelete, roSetNull);
+
+    Exec("CREATE PROCEDURE pr () SELECT 1");
+    Exec("CREATE FUNCTION fu () RETURNS int DETERMINISTIC RETURN 1");
+    Manager->Commands().Routines().ExecuteDeleteProcedure(Name(), "pr");
+    Manager->Commands().Routines().ExecuteDeleteFunction(Name(), "fu");
+    EXPECT_EQ(Database().Routines().Count(), 0);
+}
+
 TEST_P(TTableModelTest, TablesLiveThroughOperations)
 {
     TDbmTableEntity entity;

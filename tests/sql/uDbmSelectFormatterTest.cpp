@@ -94,6 +94,7 @@ TEST(TClauseTexts, AreEmptyWithoutContent)
     EXPECT_EQ(TClauses::FormatOrderBy({}, true), "");
     EXPECT_EQ(TClauses::FormatLimit(0, -1), "");
     EXPECT_EQ(TClauses::FormatLimit(-1, 0), "LIMIT 0");
+    EXPECT_EQ(TClauses::FormatLimit(3000000000, 5000000000), "LIMIT 3000000000, 5000000000");
     EXPECT_EQ(TClauses::FormatSet({"a", "b"}, {"x'", TVariant()}), "SET `a` = 'x\\'', `b` = NULL");
 }
 

@@ -17,6 +17,12 @@ protected:
         QString text;
         FExport.ExportAsText(text);
         EXPECT_EQ(query->RecNo(), query->IsEmpty() ? -1 : 0);
+        // Run for the export, the rows come out the same and are not held.
+        query->Close();
+        QString streamed;
+        FExport.ExportAsText(streamed);
+        EXPECT_EQ(streamed, text);
+        EXPECT_FALSE(query->Active());
         return text;
     }
     TDatasetExportText FExport;
