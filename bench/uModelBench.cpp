@@ -43,11 +43,12 @@ void Prepare()
         return;
     st_mysql *session = TBenchRows::Connect(nullptr);
     Query(session, "CREATE DATABASE IF NOT EXISTS " + Database);
-    Query(session, "CREATE TABLE " + Database + ".parent (id int PRIMARY KEY, b int, KEY (b))");
+    Query(session, "CREATE TABLE IF NOT EXISTS " + Database +
+                       ".parent (id int PRIMARY KEY, b int, KEY (b))");
     for (int i = 1; i < Tables; ++i)
         Query(
             session,
-            "CREATE TABLE " + Database + '.' + TableName(i) +
+            "CREATE TABLE IF NOT EXISTS " + Database + '.' + TableName(i) +
                 " (id int AUTO_INCREMENT PRIMARY KEY, name varchar(50) NOT NULL, parent int, "
                 "price decimal(10,2), made datetime, note text, kind enum('a','b'), KEY k (name), "
                 "UNIQUE KEY u (price, made), CONSTRAINT fk" +

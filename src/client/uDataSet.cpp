@@ -5,6 +5,13 @@
 
 #include <algorithm>
 
+namespace {
+
+// So many names are looked through faster than one is folded and hashed.
+constexpr int MostScanned = 32;
+
+} // namespace
+
 TDataSet::TDataSet() = default;
 
 TDataSet::~TDataSet()
@@ -43,9 +50,8 @@ void TDataSet::SetFields(std::vector<TFieldInfo> infos)
     FFieldIndex.clear();
     for (TFieldInfo &info : infos) {
         const int index = FieldCount();
-        const QString name = info.Name.toCaseFolded();
-        if (!FFieldIndex.contains(name))
-            FFieldIndex.insert(name, index);
+        if (infos.size() > MostScanned && !FFieldIndex.contains(info.Name.toCaseFolded()))
+            FFieldIndex.insert(info.Name.toCaseFolded(), index);
         FFields.push_back(std::make_unique<TField>(this, index, std::move(info)));
     }
     FArena.SetFieldCount(FieldCount());
@@ -136,8 +142,16 @@ void TDataSet::EnableControls()
 
 TField *TDataSet::FindField(const QString &name) const
 {
-    const int index = FFieldIndex.value(name.toCaseFolded(), -1);
-    return index < 0 ? nullptr : &FieldAt(index);
+    if (FieldCount() > MostScanned) {
+        const int index = FFieldIndex.value(name.toCaseFolded(), -1);
+        return index < 0 ? nullptr : &FieldAt(index);
+    }
+    for (const auto &field : FFields) {
+        const QString &known = field->FieldName();
+        if (known.size() == name.size() && known.compare(name, Qt::CaseInsensitive) == 0)
+            return field.get();
+    }
+    return nullptr;
 }
 
 TField &TDataSet::FieldByName(const QString &name) const

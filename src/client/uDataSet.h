@@ -133,7 +133,7 @@ private:
     void TellRow(void (TDataLink::*action)(qint64), qint64 row);
 
     std::vector<std::unique_ptr<TField>> FFields;
-    QHash<QString, int> FFieldIndex; // by folded name
+    QHash<QString, int> FFieldIndex; // by folded name; empty when they are few
     TDataSetState FState = dsInactive;
     qint64 FRow = -1;
     bool FEof = true;

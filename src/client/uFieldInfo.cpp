@@ -110,15 +110,20 @@ int ClampedWidth(quint64 width)
 TFieldInfo TFieldInfo::Read(const st_mysql_field &field, const TCharsetCodec &names,
                             std::shared_ptr<const TCharsetCodec> codec)
 {
-    const auto text = [&names](const char *bytes, uint size) {
-        return names.Decode({bytes, static_cast<qsizetype>(bytes ? size : 0)});
+    const auto view = [](const char *bytes, uint size) {
+        return QByteArrayView(bytes, static_cast<qsizetype>(bytes ? size : 0));
     };
+    const QByteArrayView name = view(field.name, field.name_length);
+    const QByteArrayView orgName = view(field.org_name, field.org_name_length);
+    const QByteArrayView table = view(field.table, field.table_length);
+    const QByteArrayView orgTable = view(field.org_table, field.org_table_length);
     TFieldInfo info;
-    info.Name = text(field.name, field.name_length);
-    info.OrgName = text(field.org_name, field.org_name_length);
-    info.Table = text(field.table, field.table_length);
-    info.OrgTable = text(field.org_table, field.org_table_length);
-    info.Database = text(field.db, field.db_length);
+    // Most columns have no alias, and decoding is most of the work here.
+    info.Name = names.Decode(name);
+    info.OrgName = orgName == name ? info.Name : names.Decode(orgName);
+    info.Table = names.Decode(table);
+    info.OrgTable = orgTable == table ? info.Table : names.Decode(orgTable);
+    info.Database = names.Decode(view(field.db, field.db_length));
     info.DataType = TypeOf(field);
     info.ServerType = field.type;
     info.Flags = field.flags;

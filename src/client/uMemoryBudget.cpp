@@ -60,7 +60,9 @@ void TMemoryBudget::Claim(qint64 held, qint64 more)
     if (held + more <= FChecked)
         return;
     const qint64 step = qMax(more, CheckEvery);
-    if (held > 0 && Available() < step + Reserve)
+    // Most results are small, and asking would cost more than reading them.
+    const bool isFirst = FChecked == 0 && held + more <= CheckEvery;
+    if (!isFirst && Available() < step + Reserve)
         throw std::bad_alloc();
     FChecked = held + step;
 }

@@ -218,6 +218,7 @@ void TMySession::SetCharset(const QByteArray &charset)
     FCodec = std::move(codec);
     FState.Charset = name;
     FColumnCodecs.clear();
+    FCollationCodecs.clear();
 }
 
 void TMySession::Close()
@@ -488,6 +489,7 @@ void TMySession::NoteAnswer()
     FCodec = std::move(codec);
     FState.Charset = charset;
     FColumnCodecs.clear();
+    FCollationCodecs.clear();
 }
 
 // Servers before 5.7 do not tell of a new database by themselves.
@@ -538,6 +540,17 @@ EMyError TMySession::ErrorOf(int code, const char *message) const
 }
 
 std::shared_ptr<const TCharsetCodec> TMySession::CodecOfColumn(uint collation)
+{
+    for (const auto &[known, codec] : FCollationCodecs) {
+        if (known == collation)
+            return codec;
+    }
+    auto codec = FindCodec(collation);
+    FCollationCodecs.emplace_back(collation, codec);
+    return codec;
+}
+
+std::shared_ptr<const TCharsetCodec> TMySession::FindCodec(uint collation)
 {
     // A collation that the library does not know is newer than it. The server sends text in the
     // session's set unless it was told not to convert.

@@ -113,6 +113,7 @@ private:
     EMyError LastStatementError() const;
     EMyError ErrorOf(int code, const char *message) const;
     std::shared_ptr<const TCharsetCodec> CodecOfColumn(uint collation);
+    std::shared_ptr<const TCharsetCodec> FindCodec(uint collation);
 
     std::unique_ptr<st_mysql, TClose> FHandle;
     std::unique_ptr<st_mysql_stmt, TCloseStatement> FStatement; // while its rows are read
@@ -124,4 +125,5 @@ private:
     const char *FLibraryCharset = nullptr; // as the library last told; its own memory
     std::shared_ptr<const TCharsetCodec> FCodec;
     std::vector<std::shared_ptr<const TCharsetCodec>> FColumnCodecs; // met so far
+    std::vector<std::pair<uint, std::shared_ptr<const TCharsetCodec>>> FCollationCodecs; // same
 };

@@ -1,18 +1,28 @@
 #include "client/uRowArena.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <sys/mman.h>
 
 namespace {
 
-// Most answers are small, so the first block is too. The blocks of a long one reach the size of a
+// Most answers are small, so the first block is too, and comes from the heap: a mapping would cost
+// more than their rows. The blocks of a long one reach the size of a
 // huge page: taking memory page by page costs more than copying the rows into it.
 constexpr size_t FirstBlock = 16 * 1024;
 constexpr size_t HugePage = 2 * 1024 * 1024;
 constexpr size_t LargestBlock = HugePage;
 constexpr uint32_t NullBit = 0x80000000u;
 constexpr size_t OffsetSize = sizeof(uint32_t);
+
+char *FromHeap(size_t size)
+{
+    void *const data = std::malloc(size);
+    if (!data)
+        throw std::bad_alloc();
+    return static_cast<char *>(data);
+}
 
 char *Map(size_t size)
 {
@@ -36,11 +46,14 @@ char *MapHugePage()
 
 } // namespace
 
-// Mapped and not from the heap, so that a closed result goes back to the system at once and does
-// not leave holes that the next one cannot use.
+// Large blocks are mapped and not from the heap, so that a closed result goes back to the system at
+// once and does not leave holes that the next one cannot use.
 void TRowArena::TUnmap::operator()(char *data) const
 {
-    ::munmap(data, Size);
+    if (Size == FirstBlock)
+        std::free(data);
+    else
+        ::munmap(data, Size);
 }
 
 void TRowArena::Clear()
@@ -56,7 +69,10 @@ void TRowArena::Clear()
 void TRowArena::AddBlock(size_t size)
 {
     FBudget.Claim(MemoryBytes(), static_cast<qint64>(size));
-    TBlock block(size == HugePage ? MapHugePage() : Map(size), TUnmap{size});
+    TBlock block(size == FirstBlock ? FromHeap(size)
+                 : size == HugePage ? MapHugePage()
+                                    : Map(size),
+                 TUnmap{size});
     FBlocks.push_back(std::move(block));
     FBlockBytes += static_cast<qint64>(size);
 }

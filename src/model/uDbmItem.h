@@ -36,9 +36,9 @@ class TDbmItem : public TDbmItemBase
 {
 public:
     using TDbmItemBase::SetEntity;
-    void SetEntity(const TEntity &entity)
+    void SetEntity(TEntity entity)
     {
-        SetEntity(std::unique_ptr<TDbmEntity>(std::make_unique<TEntity>(entity)));
+        SetEntity(std::unique_ptr<TDbmEntity>(std::make_unique<TEntity>(std::move(entity))));
     }
     /// Runs Process; valid until the entity is replaced.
     const TEntity &Entity()

@@ -110,13 +110,17 @@ private:
     {
         QList<TEntity> entities = SelectEntities();
         const auto comparer = CreateEntityComparer();
-        std::stable_sort(
-            entities.begin(), entities.end(),
-            [&](const TEntity &left, const TEntity &right) { return comparer(left, right) < 0; });
-        for (const TEntity &entity : std::as_const(entities)) {
+        const auto isBefore = [&](const TEntity &left, const TEntity &right) {
+            return comparer(left, right) < 0;
+        };
+        // Servers give most lists in this order, and sorting moves each entity a dozen times.
+        if (!std::is_sorted(entities.begin(), entities.end(), isBefore))
+            std::stable_sort(entities.begin(), entities.end(), isBefore);
+        FDict.reserve(entities.size());
+        for (TEntity &entity : entities) {
             const TItemPtr item = FindOrCreate(GetEntityKey(entity));
             item->SetIsDelete(false);
-            item->SetEntity(entity);
+            item->SetEntity(std::move(entity));
             FList.append(item);
         }
     }

@@ -33,6 +33,8 @@ TDateTime TDatasetUtils::AsDateTime(const TDataSet &dataset, const QString &name
     const TVariant value = field->Value();
     if (value.IsDateTime())
         return value.As<TDateTime>();
+    if (value.IsNull())
+        return {};
     // A fraction of a second makes the value a text; entities tell whole seconds.
     const QString text = value.ToString().section(u'.', 0, 0);
     const TVariant parsed = TDbmSqlValueUtils::ParseDateTime(text, TDateTime());

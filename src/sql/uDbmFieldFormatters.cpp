@@ -80,6 +80,20 @@ void TDbmFieldFormatters::ParseDefault(const TDataSet &row, TDbmFieldEntity &fie
 void TDbmFieldFormatters::ParseExtra(const TDataSet &row, TDbmFieldEntity &field,
                                      const QString &extra) const
 {
+    if (!extra.isEmpty())
+        ParseExtraWords(row, field, extra);
+    QStringList trailing;
+    if (extra.contains(u"INVISIBLE", Qt::CaseInsensitive))
+        trailing.append("INVISIBLE");
+    const QString srid = TDatasetUtils::AsString(row, "SRS_ID", {});
+    if (!srid.isEmpty())
+        trailing.append("SRID " + srid);
+    field.ServerText.Trailing = trailing.join(' ');
+}
+
+void TDbmFieldFormatters::ParseExtraWords(const TDataSet &row, TDbmFieldEntity &field,
+                                          const QString &extra) const
+{
     const auto onUpdate = TRegExUtils::Match(extra, "on update ([\\w]+(?:\\(\\d*\\))?)",
                                              QRegularExpression::CaseInsensitiveOption);
     field.ServerText.OnUpdate = onUpdate.captured(1);
@@ -93,14 +107,6 @@ void TDbmFieldFormatters::ParseExtra(const TDataSet &row, TDbmFieldEntity &field
             {FServerFeatures->MarkedDefaults ? TDbmColumnDefaults::UnescapeExpression(expression)
                                              : expression,
              generated.captured(1).toUpper()});
-
-    QStringList trailing;
-    if (extra.contains(u"INVISIBLE", Qt::CaseInsensitive))
-        trailing.append("INVISIBLE");
-    const QString srid = TDatasetUtils::AsString(row, "SRS_ID", {});
-    if (!srid.isEmpty())
-        trailing.append("SRID " + srid);
-    field.ServerText.Trailing = trailing.join(' ');
 }
 
 QString TDbmFieldFormatters::ParseColumnCheck(const QString &tableDDL, const QString &name)

@@ -52,6 +52,7 @@ public:
 private:
     void ParseDefault(const TDataSet &row, TDbmFieldEntity &field, const QString &extra) const;
     void ParseExtra(const TDataSet &row, TDbmFieldEntity &field, const QString &extra) const;
+    void ParseExtraWords(const TDataSet &row, TDbmFieldEntity &field, const QString &extra) const;
     QString FormatPosition(const TDbmFieldPosition &position) const;
     QString FormatDefault(const TDbmFieldEntity &field) const;
     QString FormatNullable(const TDbmFieldEntity &field) const;

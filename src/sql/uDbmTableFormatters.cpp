@@ -45,6 +45,8 @@ TDbmTableType ParseTableType(const QString &text)
 // character reads as empty there.
 QString ParseOption(const QString &options, const QString &name)
 {
+    if (options.isEmpty())
+        return {};
     const QString text = options.toLower();
     const QString start = name.toLower() + '=';
     const qsizetype from = text.indexOf(start);

@@ -34,6 +34,36 @@ TParts PartsOf(double days, double unitsPerDay, int msecsPerUnit)
             QTime::fromMSecsSinceStartOfDay(static_cast<int>(units * msecsPerUnit))};
 }
 
+// Every cell of a date is written once to see whether it is read exactly, and the library's way
+// through calendars and formats takes a microsecond.
+void PutNumber(QChar *out, int value, int digits)
+{
+    for (int i = digits - 1; i >= 0; --i, value /= 10)
+        out[i] = QLatin1Char(static_cast<char>('0' + value % 10));
+}
+
+QString Text(const QDate &date)
+{
+    int year = 0, month = 0, day = 0;
+    date.getDate(&year, &month, &day);
+    if (year < 0 || year > 9999)
+        return date.toString(u"yyyy-MM-dd");
+    QString text(10, u'-');
+    PutNumber(text.data(), year, 4);
+    PutNumber(text.data() + 5, month, 2);
+    PutNumber(text.data() + 8, day, 2);
+    return text;
+}
+
+QString Text(const QTime &time)
+{
+    QString text(8, u':');
+    PutNumber(text.data(), time.hour(), 2);
+    PutNumber(text.data() + 3, time.minute(), 2);
+    PutNumber(text.data() + 6, time.second(), 2);
+    return text;
+}
+
 } // namespace
 
 TDateTime TDateTime::FromQDateTime(const QDateTime &value)
@@ -84,16 +114,16 @@ QDateTime TDateTime::ToQDateTime() const
 
 QString TDateTime::DateText() const
 {
-    return PartsOf(FDays, SecondsPerDay, 1000).Date.toString(u"yyyy-MM-dd");
+    return Text(PartsOf(FDays, SecondsPerDay, 1000).Date);
 }
 
 QString TDateTime::TimeText() const
 {
-    return PartsOf(FDays, SecondsPerDay, 1000).Time.toString(u"hh:mm:ss");
+    return Text(PartsOf(FDays, SecondsPerDay, 1000).Time);
 }
 
 QString TDateTime::DateTimeText() const
 {
     const TParts parts = PartsOf(FDays, SecondsPerDay, 1000);
-    return parts.Date.toString(u"yyyy-MM-dd") + u' ' + parts.Time.toString(u"hh:mm:ss");
+    return Text(parts.Date) + u' ' + Text(parts.Time);
 }

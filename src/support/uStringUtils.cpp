@@ -31,6 +31,8 @@ int DigitValue(QChar digit)
 
 QString TStringUtils::Compact(const QString &value)
 {
+    if (!value.contains(u'\n') && !value.contains(u'\r'))
+        return value.trimmed();
     QStringList lines;
     for (const QString &line : Lines(value))
         lines += line.trimmed();
