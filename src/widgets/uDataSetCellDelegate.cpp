@@ -1,7 +1,9 @@
 #include "widgets/uDataSetCellDelegate.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QTextDocument>
 #include <algorithm>
@@ -28,6 +30,37 @@ QString BoxText(const QPlainTextEdit &box, const QString &before)
 }
 
 } // namespace
+
+// A cell is a line of text. The style's own way lays it out twice, as if it could be anything, and
+// a screen of cells would take as long as the eye can see.
+void TDataSetCellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                                 const QModelIndex &index) const
+{
+    if (option.state.testFlag(QStyle::State_HasFocus)) {
+        QStyledItemDelegate::paint(painter, option, index);
+        return;
+    }
+    QStyleOptionViewItem cell = option;
+    initStyleOption(&cell, index);
+    const QStyle *style = cell.widget ? cell.widget->style() : QApplication::style();
+    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &cell, painter, cell.widget);
+    const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &cell, cell.widget) + 1;
+    const QRect room = cell.rect.adjusted(margin, 0, -margin, 0);
+    if (cell.text.isEmpty() || room.width() <= 0)
+        return;
+    if (cell.fontMetrics.horizontalAdvance(cell.text) > room.width())
+        cell.text = cell.fontMetrics.elidedText(cell.text, cell.textElideMode, room.width());
+    const QPalette::ColorGroup group =
+        !cell.state.testFlag(QStyle::State_Enabled) ? QPalette::Disabled
+        : cell.state.testFlag(QStyle::State_Active) ? QPalette::Active
+                                                    : QPalette::Inactive;
+    const bool isSelected = cell.state.testFlag(QStyle::State_Selected);
+    painter->setPen(
+        cell.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text));
+    painter->setFont(cell.font);
+    const auto alignment = QStyle::visualAlignment(cell.direction, cell.displayAlignment);
+    painter->drawText(room, int(alignment) | Qt::TextSingleLine, cell.text);
+}
 
 QWidget *TDataSetCellDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &,
                                             const QModelIndex &index) const
