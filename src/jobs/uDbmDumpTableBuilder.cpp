@@ -113,6 +113,8 @@ void TDbmDumpTableBuilder::DumpData(bool ignore, bool delayed, bool replace,
     rows.FIgnore = ignore;
     rows.FDelayed = delayed;
     rows.FReplace = replace;
+    // Copies are made by the workspace itself, whose windows hear of each statement.
+    rows.FConsumesHere = true;
     rows.Run([&](const TDbmRowsStatement &statement) {
         for (const QString &mode : FModes.Take(statement.Needs))
             consumer(mode);

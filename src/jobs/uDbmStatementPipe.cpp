@@ -15,6 +15,10 @@ TDbmStatementPipe::~TDbmStatementPipe()
 
 bool TDbmStatementPipe::Put(TDbmRowsStatement statement)
 {
+    if (!FIsThreaded) {
+        FEnded = FEnded || !FAction(statement);
+        return !FEnded;
+    }
     const bool isLarge = statement.Text.size() > LargeStatement;
     std::unique_lock lock(FMutex);
     FChanged.wait(lock, [this] { return FWaiting.size() < MostWaiting || FEnded; });

@@ -26,7 +26,10 @@ public:
     /// Called for each statement in order, one at a time. Returning false or raising ends the walk.
     using TAction = std::function<bool(const TDbmRowsStatement &statement)>;
 
-    explicit TDbmStatementPipe(TAction action) : FAction(std::move(action)) {}
+    /// `threaded` false: each statement is worked on in Put, on the caller's thread.
+    TDbmStatementPipe(TAction action, bool threaded)
+        : FAction(std::move(action)), FIsThreaded(threaded)
+    {}
     ~TDbmStatementPipe(); // what still waits is dropped
     TDbmStatementPipe(const TDbmStatementPipe &) = delete;
     TDbmStatementPipe &operator=(const TDbmStatementPipe &) = delete;
@@ -43,6 +46,7 @@ private:
     void Join(bool drop);
 
     const TAction FAction;
+    const bool FIsThreaded;
     std::thread FThread;
     std::mutex FMutex; // of everything below
     std::condition_variable FChanged;

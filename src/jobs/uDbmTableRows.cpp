@@ -57,10 +57,12 @@ void TDbmTableRows::Run(const TConsumer &consumer)
     FLimit = average > 0 && FIsPaged ? qMax<qint64>(1, FBytesPerFetch / average) : -1;
     FHead = Head();
     FRows.reserve(StatementSize * 2);
-    TDbmStatementPipe pipe([&](const TDbmRowsStatement &statement) {
-        consumer(statement);
-        return !FStopRequested || !FStopRequested();
-    });
+    TDbmStatementPipe pipe(
+        [&](const TDbmRowsStatement &statement) {
+            consumer(statement);
+            return !FStopRequested || !FStopRequested();
+        },
+        !FConsumesHere);
     do {
         Fetch(pipe);
         AdaptLimit();

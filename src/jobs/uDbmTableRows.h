@@ -30,6 +30,7 @@ public:
         1048576;          // raw bytes that a fetch is meant to bring, told by the average
     QString FTargetTable; // qualified and in backticks
     bool FIgnore = false, FDelayed = false, FReplace = false;
+    bool FConsumesHere = false;           // statements are handed over on the caller's thread
     std::function<bool()> FStopRequested; // asked after each statement; true ends the walk
 
     /// Raises EDacMySqlError.

@@ -10,6 +10,7 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <QThread>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -465,13 +466,27 @@ TEST_P(TDbmTableClonerTest, ATableIsCopiedWithRowsAndKeys)
     const auto manager = TDbmManager::Create();
     manager->SetParams(ServerProfile(Server()));
     manager->Connect();
+    FDatabase->Exec("CREATE TABLE many (id int PRIMARY KEY, t varchar(60))");
+    FDatabase->Exec(
+        "INSERT INTO many WITH RECURSIVE s AS (SELECT 0 AS i UNION ALL SELECT i + 1 FROM s"
+        " WHERE i < 99) SELECT a.i * 100 + b.i, REPEAT('x', 60) FROM s AS a, s AS b");
+    // The windows of a workspace hear of its statements.
+    int statements = 0;
+    manager->SetOnCommandBeforeExecute(
+        [&, here = QThread::currentThread()](TDbmManager *, const QString &) {
+            EXPECT_EQ(QThread::currentThread(), here);
+            ++statements;
+        });
     const auto clone = [&](const QString &from, const QString &to) {
         TDbmTableCloner cloner;
         cloner.Initialize(*manager, Name(), to, Name(), from);
         cloner.Execute();
     };
-    for (const char *table : {"types", "a_child", "counted", "zero_days", "hidden", "parent"})
+    for (const char *table :
+         {"types", "a_child", "counted", "zero_days", "hidden", "parent", "many"})
         clone(table, QString(table) + "_copy");
+    EXPECT_GT(statements, 10);
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM many_copy"), "10000");
     const QStringList all = Contents();
     for (const char *table : {"types", "counted", "zero_days", "hidden"}) {
         const QString name = table;
