@@ -63,6 +63,7 @@ bool EndsSession(int code)
     case CR_SERVER_GONE_ERROR:
     case CR_SERVER_LOST:
     case CR_MALFORMED_PACKET:
+    case ER_NET_PACKET_TOO_LARGE: // the server closes behind it
     case ConnectionKilled:
     case SessionWasKilled:
     case ER_SERVER_SHUTDOWN:
@@ -163,6 +164,11 @@ void TMySession::SetOptions(const TSessionParams &params, bool tls)
 
 void TMySession::OpenHandle(const TSessionParams &params, bool tls)
 {
+    // The library reads "no port" as a port of the environment's or its own.
+    if (params.Port < 1 || params.Port > 65535)
+        throw EMyError(CR_CONN_HOST_ERROR,
+                       TFormat::Format("Can't connect to server on '%s': there is no port %d.",
+                                       {params.Server, params.Port}));
     FParams = params;
     FState = {};
     FInTransaction = false;
@@ -284,10 +290,35 @@ void TMySession::Query(const QString &sql)
     if (!IsOpen())
         throw EMyError(CR_SERVER_GONE_ERROR, "Server has gone away");
     const QByteArray bytes = Encode(sql);
-    if (mysql_real_query(FHandle.get(), bytes.constData(), static_cast<ulong>(bytes.size())) != 0)
-        Fail();
+    if (mysql_real_query(FHandle.get(), bytes.constData(), static_cast<ulong>(bytes.size())) != 0) {
+        const EMyError error = LastError();
+        if (EndsSession(error.ErrorCode()))
+            RaiseIfTooLarge(bytes.size());
+        Fail(error);
+    }
     NoteAnswer();
     NoteDatabase(sql);
+}
+
+// A server that gets more than it takes tells so only if the rest is short; else it just closes.
+void TMySession::RaiseIfTooLarge(qsizetype size)
+{
+    constexpr qsizetype Doubtful = 16 * 1024; // below, no usual limit is the reason
+    qint64 limit = 0;
+    try {
+        TMySession other;
+        if (size >= Doubtful) {
+            other.Open(FParams);
+            limit = other.Rows("SELECT @@max_allowed_packet").at(0).at(0).toLongLong();
+        }
+    } catch (const EMyError &) {
+        // The server does not answer at all: the loss tells it.
+    }
+    if (limit > 0 && size >= limit)
+        Fail(EMyError(ER_NET_PACKET_TOO_LARGE,
+                      TFormat::Format("Got a packet bigger than 'max_allowed_packet' bytes: the "
+                                      "statement has %d bytes, the server takes %d at most.",
+                                      {size, limit})));
 }
 
 void TMySession::QueryRows(const QString &sql)

@@ -103,6 +103,7 @@ private:
     void SetOptions(const TSessionParams &params, bool tls);
     void EndTimeouts();
     void SetCharset(const QByteArray &charset);
+    void RaiseIfTooLarge(qsizetype size);
     bool TryQueryBinary(const QByteArray &sql);
     bool FetchBinaryRow(const char *const *&cells, const unsigned long *&lengths);
     void NoteAnswer();

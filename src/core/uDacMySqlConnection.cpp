@@ -32,8 +32,11 @@ TDacMySqlConnection::~TDacMySqlConnection()
 
 void TDacMySqlConnection::HookLibraryEvents()
 {
-    FConnection->SetBeforeConnect(
-        [this](TMyConnection *sender) { sender->Options.UseUnicode = IsUnicodeCharset(FCharset); });
+    FConnection->SetBeforeConnect([this](TMyConnection *sender) {
+        sender->Options.UseUnicode = IsUnicodeCharset(FCharset);
+        if (FOnBeforeConnect)
+            FOnBeforeConnect(this);
+    });
     FConnection->SetAfterConnect([this](TMyConnection *) { FireAfterConnect(); });
     FConnection->SetAfterDisconnect([this](TMyConnection *) { FireAfterDisconnect(); });
     FConnection->SetOnError([](TMyConnection *, const EMyError &, bool &fail) { fail = true; });
@@ -82,6 +85,18 @@ void TDacMySqlConnection::Disconnect()
     FConnection->Disconnect();
 }
 
+void TDacMySqlConnection::Drop()
+{
+    FConnection->Drop();
+}
+
+void TDacMySqlConnection::SetAddress(const QString &host, int port)
+{
+    FHost = host;
+    FPort = port;
+    FConnection->SetAddress(host, port);
+}
+
 bool TDacMySqlConnection::Connected() const
 {
     return FConnection->Connected();
@@ -95,15 +110,29 @@ QString TDacMySqlConnection::ServerVersion() const
 void TDacMySqlConnection::ChangeCharset(const QString &charset)
 {
     FCharset = charset;
-    if (Connected())
-        Disconnect();
+    // Also without a session: what a lost one had would come back with its charset.
+    Disconnect();
 }
 
 std::unique_ptr<TMyQuery> TDacMySqlConnection::CreateDataset()
 {
     auto dataset = std::make_unique<TMyQuery>(FConnection.get());
     dataset->SetCachedUpdates(false);
+    dataset->SetStatementHooks(
+        {.Open = [this] { OpenForChange(); },
+         .Run = [this](const QString &sql, const TOperation &run) { Run(sql, run, {}); }});
     return dataset;
+}
+
+void TDacMySqlConnection::OpenForChange()
+{
+    if (FOnBeforeChange)
+        FOnBeforeChange(this);
+    try {
+        FConnection->Connect();
+    } catch (const EMyError &e) {
+        throw Converted(e, QString());
+    }
 }
 
 void TDacMySqlConnection::Execute(const QString &commandText)
@@ -140,8 +169,16 @@ void TDacMySqlConnection::Execute(const QString &commandText, bool retry)
 void TDacMySqlConnection::ExecuteDataset(const QString &commandText, TMyQuery &dataset, bool retry)
 {
     const auto execute = [&] {
+        const QString before = dataset.SQL();
         dataset.SetSQL(commandText);
-        dataset.Execute();
+        try {
+            dataset.Execute();
+        } catch (...) {
+            // A refresh of the rows that are still there must not run what failed.
+            if (dataset.Active())
+                dataset.SetSQL(before);
+            throw;
+        }
     };
     const auto repeat = [&] { ExecuteDataset(commandText, dataset, false); };
     Run(commandText, execute, retry ? TOperation(repeat) : TOperation());
@@ -176,7 +213,7 @@ void TDacMySqlConnection::RunConverted(const QString &commandText, const TOperat
         operation();
     } catch (const EMyError &e) {
         const EDacMySqlError error = Converted(e, commandText);
-        if (onLost && error.IsLostConnection() && e.CanRepeat()) {
+        if (onLost && FRepeats && error.IsLostConnection() && e.CanRepeat()) {
             onLost();
             return;
         }

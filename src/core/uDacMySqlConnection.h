@@ -39,19 +39,30 @@ public:
     /// Opens the session with the parameters above. Raises EDacMySqlError without a command text.
     void Connect();
     void Disconnect();
+    /// Gives up a session whose way to the server is broken, as one that was lost.
+    void Drop();
+    /// The same server by another way; unlike SetHost and SetPort this lets the next session have
+    /// what a lost one had.
+    void SetAddress(const QString &host, int port);
     bool Connected() const;
     /// Version text of the open session, such as 5.5.30-log.
     QString ServerVersion() const;
     /// Takes effect with the next Connect; an open session is closed for it.
     void ChangeCharset(const QString &charset);
 
+    /// What its changes of rows raise is an EDacMySqlError, after the events of a statement. They
+    /// are not repeated after a lost session: one whose answer was lost may have been done.
     std::unique_ptr<TMyQuery> CreateDataset();
     /// Runs a statement whose rows, if any, are dropped. A lost session is repeated once, unless a
     /// transaction was open in it; the repeat lies inside the first try and fires the before and
     /// after events again. Raises EDacMySqlError.
     void Execute(const QString &commandText);
-    /// The same with a dataset that takes the rows.
+    /// The same with a dataset that takes the rows. A dataset that still has its rows when the
+    /// statement has failed has their statement too.
     void ExecuteDataset(const QString &commandText, TMyQuery &dataset);
+    /// False: a lost session is the error of its statement, and nothing is repeated. For who needs
+    /// what was set in the session, or cannot have a statement run twice whose answer was lost.
+    void SetRepeats(bool value) { FRepeats = value; }
     /// Runs a statement and hands each row of its first answer over without holding it; see
     /// TMyQuery::Stream. Nothing is repeated after a lost session: rows would come twice.
     void Stream(const QString &commandText, const TMyQuery::TStreamFields &onFields,
@@ -64,6 +75,11 @@ public:
     void SetDisableConnectEvents(bool value) { FDisableConnectEvents = value; }
     bool DisableConnectEvents() const { return FDisableConnectEvents; }
 
+    /// Ahead of each connect, the library's own reconnect included; may raise. For who has to make
+    /// the way to the server first.
+    void SetOnBeforeConnect(TNotifyEvent event) { FOnBeforeConnect = std::move(event); }
+    /// Ahead of a change that a dataset makes; may raise. For who opens the connection.
+    void SetOnBeforeChange(TNotifyEvent event) { FOnBeforeChange = std::move(event); }
     void SetOnAfterConnect(TNotifyEvent event) { FOnAfterConnect = std::move(event); }
     void SetOnAfterDisconnect(TNotifyEvent event) { FOnAfterDisconnect = std::move(event); }
     /// Fires behind each connect, the library's own reconnect included, ahead of OnAfterConnect.
@@ -79,6 +95,7 @@ private:
     using TOperation = std::function<void()>;
 
     void HookLibraryEvents();
+    void OpenForChange();
     void FireAfterConnect();
     void FireAfterDisconnect();
     void Execute(const QString &commandText, bool retry);
@@ -99,6 +116,9 @@ private:
     bool FUseCompression = false;
     std::unique_ptr<TMyConnection> FConnection;
     bool FDisableConnectEvents = false;
+    bool FRepeats = true;
+    TNotifyEvent FOnBeforeConnect;
+    TNotifyEvent FOnBeforeChange;
     TNotifyEvent FOnAfterConnect;
     TNotifyEvent FOnAfterDisconnect;
     TNotifyEvent FOnInit;

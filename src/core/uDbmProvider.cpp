@@ -4,8 +4,6 @@
 #include "core/uNetUtils.h"
 #include "support/uFormat.h"
 
-#include <utility>
-
 namespace {
 
 constexpr int CrServerLost = 2013; // CR_SERVER_LOST of the client library
@@ -19,6 +17,14 @@ TDbmProvider::TDbmProvider()
 {
     // Whatever closed the session, the next run finds it open.
     FCommand->SetOnScriptBeforeExecute([this](TDbmCommand *) { OpenConnection(); });
+    FConnection->SetOnBeforeChange([this](TDacMySqlConnection *) { OpenConnection(); });
+    // A session that was lost with its tunnel comes back by a new one, at another port.
+    FConnection->SetOnBeforeConnect([this](TDacMySqlConnection *) {
+        if (!NeedsTunnel())
+            return;
+        OpenTunnel();
+        SetConnectionAddress();
+    });
 }
 
 TDbmProvider::~TDbmProvider()
@@ -30,12 +36,13 @@ void TDbmProvider::SetParams(const TDbmConnectionProfile &connectionProfile)
 {
     CloseConnection();
     FConnectionProfile = connectionProfile;
-    FDatabaseInUse.clear();
 }
 
 void TDbmProvider::OpenConnection()
 {
-    if (IsTunnelled() && !FSSHTunnel->Forwarding())
+    if (FHoldsSession && (NeedsTunnel() || !FConnection->Connected()))
+        throw EDacMySqlError(CrServerLost, "Lost connection to server.", {});
+    if (NeedsTunnel())
         OpenTunnel();
     if (!FConnection->Connected())
         Connect();
@@ -43,10 +50,19 @@ void TDbmProvider::OpenConnection()
 
 void TDbmProvider::CloseConnection()
 {
-    if (FConnection->Connected())
-        FConnection->Disconnect();
+    // Also when it is not connected: what a lost session had must not meet the next profile.
+    FConnection->Disconnect();
     if (FSSHTunnel->Active())
         FSSHTunnel->Close();
+    FHoldsSession = false;
+    FConnection->SetRepeats(true);
+}
+
+void TDbmProvider::HoldSession()
+{
+    OpenConnection();
+    FHoldsSession = true;
+    FConnection->SetRepeats(false);
 }
 
 void TDbmProvider::SetCharset(const QString &value)
@@ -62,17 +78,8 @@ QString TDbmProvider::ServerVersion()
 
 void TDbmProvider::OpenTunnel()
 {
-    // A session through a tunnel that broke meanwhile leads nowhere, and its reconnect would try
-    // the old tunnel's port.
-    if (FConnection->Connected()) {
-        const bool inTransaction = FConnection->LibraryConnection().InTransaction();
-        FDatabaseInUse = FConnection->LibraryConnection().CurrentDatabase();
-        FConnection->Disconnect();
-        // What was done in it is gone; going on as if nothing had happened would hide that.
-        if (inTransaction)
-            throw EDacMySqlError(CrServerLost, "Lost connection to server during a transaction.",
-                                 {});
-    }
+    if (FConnection->Connected())
+        DropSession();
 
     const TDbmConnectionProfileSSHSettings &settings = FConnectionProfile.SSHSettings;
     FSSHTunnel->HostName = ResolveIPv4Address(settings.HostName);
@@ -89,32 +96,39 @@ void TDbmProvider::OpenTunnel()
     FSSHTunnel->Open();
 }
 
+// A session through a tunnel that broke meanwhile leads nowhere.
+void TDbmProvider::DropSession()
+{
+    const bool inTransaction = FConnection->LibraryConnection().InTransaction();
+    FConnection->Drop();
+    // What was done in it is gone; going on as if nothing had happened would hide that.
+    if (inTransaction)
+        throw EDacMySqlError(CrServerLost, "Lost connection to server during a transaction.", {});
+}
+
 void TDbmProvider::Connect()
 {
     SetConnectionAddress();
     FConnection->SetUserName(FConnectionProfile.UserName);
     FConnection->SetPassword(FConnectionProfile.Password);
-    // Once only: a database that is gone must not keep the next try from working.
-    const QString database = std::exchange(FDatabaseInUse, QString());
-    FConnection->SetDatabase(database.isEmpty() ? FConnectionProfile.Database : database);
+    FConnection->SetDatabase(FConnectionProfile.Database);
     FConnection->SetCharset(FConnectionProfile.Charset);
     FConnection->SetUseCompression(FConnectionProfile.UseCompression);
     SendMessage(TFormat::Format("Opening connection to %s:%u...",
                                 {FConnection->Host(), static_cast<uint>(FConnection->Port())}));
     FConnection->Connect();
-    FConnection->SetDatabase(FConnectionProfile.Database);
     FServerVersion = FConnection->ServerVersion();
 }
 
 void TDbmProvider::SetConnectionAddress()
 {
     if (IsTunnelled()) {
-        FConnection->SetHost(FSSHTunnel->GetSourceTunnelHost());
-        FConnection->SetPort(FSSHTunnel->GetSourceTunnelPort());
+        FConnection->SetAddress(FSSHTunnel->GetSourceTunnelHost(),
+                                FSSHTunnel->GetSourceTunnelPort());
         return;
     }
-    FConnection->SetHost(ResolveIPv4Address(FConnectionProfile.HostName));
-    FConnection->SetPort(FConnectionProfile.Port);
+    FConnection->SetAddress(ResolveIPv4Address(FConnectionProfile.HostName),
+                            FConnectionProfile.Port);
 }
 
 QString TDbmProvider::ResolveIPv4Address(const QString &hostName)

@@ -24,6 +24,10 @@ public:
     /// EException "Cannot resolve IPv4 address.", what the SSH layer raises, or EDacMySqlError.
     void OpenConnection();
     void CloseConnection();
+    /// From here to CloseConnection no other session takes the place of the open one: its loss is
+    /// an error, and OpenConnection raises it again. For work that needs what was set or locked in
+    /// its session, such as a snapshot.
+    void HoldSession();
     /// Lasts until OpenConnection connects anew with the profile's charset; an open session is
     /// dropped for it.
     void SetCharset(const QString &value);
@@ -44,7 +48,9 @@ public:
 
 private:
     bool IsTunnelled() const { return FConnectionProfile.ConnectionType == ctSSHTunnel; }
+    bool NeedsTunnel() const { return IsTunnelled() && !FSSHTunnel->Forwarding(); }
     void OpenTunnel();
+    void DropSession();
     void Connect();
     void SetConnectionAddress();
     QString ResolveIPv4Address(const QString &hostName);
@@ -55,6 +61,6 @@ private:
     QString FServerVersion; // empty until the first connect
     std::unique_ptr<TSSHTunnel> FSSHTunnel;
     TDbmConnectionProfile FConnectionProfile;
-    QString FDatabaseInUse; // of a session that went with its tunnel
+    bool FHoldsSession = false;
     TConnectionMessageEvent FOnConnectionMessage;
 };

@@ -44,5 +44,5 @@ bool TDbmChecksumDatabaseWorker::SumTables(QList<quint32> &numbers)
         SendLog("Table \"%s\" = %u", {table->Entity().TableName, numbers.last()});
     }
     SendLog("---");
-    return true;
+    return !StopRequest();
 }

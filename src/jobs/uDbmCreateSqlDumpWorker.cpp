@@ -1,6 +1,8 @@
 #include "jobs/uDbmCreateSqlDumpWorker.h"
 
+#include "client/uCharsetCodec.h"
 #include "jobs/uDbmDumpNames.h"
+#include "jobs/uDbmFileTexts.h"
 #include "model/uDbmManager.h"
 #include "support/uException.h"
 
@@ -49,6 +51,7 @@ void TDbmCreateSqlDumpWorker::Execute()
     SendLog("Creating file \"%s\"", {FFileName});
     CreateFile();
     try {
+        Write(Utf8Mark);
         WriteHeader();
         WriteDatabase();
         LogLeftOut();
@@ -70,9 +73,16 @@ void TDbmCreateSqlDumpWorker::OpenConnection()
         profile.Charset = FCharset;
     FManager->SetParams(profile);
     FManager->Connect();
-    TDbmDumpSession::Prepare(*FManager);
-    TDbmDumpSession::BeginSnapshot(*FManager);
     FManager->Commands().Charsets().ExecuteGetSessionCharset(FCurrentCharset);
+    FDumpUtils.FSessionMode = TDbmDumpSession::Variable(*FManager, "sql_mode");
+    FDumpUtils.FSessionZone = TDbmDumpSession::Variable(*FManager, "time_zone");
+    // Rows are read in the widest set, whatever set the file is in.
+    TDbmDumpSession::PrepareReader(*FManager);
+    if (FCurrentCharset != u"utf8mb4") {
+        FCodec = TCharsetCodec::Create(FCurrentCharset.toLatin1());
+        FDumpUtils.FStatementCharset = FCurrentCharset;
+    }
+    FDumpUtils.FIntoFile = true;
     FDumpUtils.FManager = FManager.get();
     FDumpUtils.FFormatters = &FManager->Formatters();
     FDumpUtils.FFeatures = &FManager->Features();
@@ -89,7 +99,6 @@ void TDbmCreateSqlDumpWorker::CreateFile()
     if (!FStream.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
         throw EException(
             TFormat::Format("Cannot create file \"%s\": %s.", {FFileName, FStream.errorString()}));
-    Write(Utf8Mark);
 }
 
 void TDbmCreateSqlDumpWorker::CloseFile()
@@ -182,8 +191,11 @@ void TDbmCreateSqlDumpWorker::WriteRows(const QString &table, const TDbmRowsStat
     SendLog("Writing data for \"%s\" (%d, %d)", {table, rows.Offset, rows.Count});
     SetDelimiter(";");
     Write(LineEnd);
+    const bool fits = !FCodec || Fits(QString::fromUtf8(rows.Text));
+    EnterWideSet(fits);
     Write(rows.Text);
     Write(";\r\n");
+    LeaveWideSet(fits);
 }
 
 void TDbmCreateSqlDumpWorker::WriteReferences(const QString &table)
@@ -194,6 +206,8 @@ void TDbmCreateSqlDumpWorker::WriteReferences(const QString &table)
     SetDelimiter(";");
     WriteLine();
     for (const QString &reference : references) {
+        if (StopRequest())
+            return;
         SendLog("Writing reference \"%s\" for \"%s\"", {reference, table});
         WriteStatement(FDumpUtils.DumpAlterTableAddForeignKey(table, reference));
     }
@@ -202,8 +216,10 @@ void TDbmCreateSqlDumpWorker::WriteReferences(const QString &table)
 void TDbmCreateSqlDumpWorker::WriteTriggers(const QString &table)
 {
     for (const QString &trigger : FDumpUtils.Triggers(table)) {
+        if (StopRequest())
+            return;
         SendLog("Writing trigger \"%s\" for \"%s\"", {trigger, table});
-        WriteBlock("$$", FDumpUtils.DumpCreateTrigger(table, trigger));
+        WriteProgram(FDumpUtils.DumpCreateTrigger(table, trigger), "TRIGGER", trigger);
     }
 }
 
@@ -212,8 +228,10 @@ void TDbmCreateSqlDumpWorker::WriteRoutines()
     for (const TDbmRoutineEntity &routine : FDumpUtils.Routines()) {
         if (StopRequest())
             return;
-        SendLog("Writing routine \"%s\"", {routine.RoutineName});
-        WriteBlock("$$", FDumpUtils.DumpCreateRoutine(routine.RoutineName, routine.RoutineType));
+        const QString &name = routine.RoutineName;
+        SendLog("Writing routine \"%s\"", {name});
+        WriteProgram(FDumpUtils.DumpCreateRoutine(name, routine.RoutineType),
+                     routine.RoutineType == rtFunction ? "FUNCTION" : "PROCEDURE", name);
     }
 }
 
@@ -233,8 +251,21 @@ void TDbmCreateSqlDumpWorker::WriteEvents()
         if (StopRequest())
             return;
         SendLog("Writing event \"%s\"", {event});
-        WriteBlock("$$", FDumpUtils.DumpCreateEvent(event));
+        WriteProgram(FDumpUtils.DumpCreateEvent(event), "EVENT", event);
     }
+}
+
+void TDbmCreateSqlDumpWorker::WriteProgram(const QString &text, const char *kind,
+                                           const QString &name)
+{
+    const QByteArray delimiter = TDbmFileTexts::Delimiter(text).toLatin1();
+    const QString mode = FDumpUtils.ProgramMode(kind, name);
+    const QStringList none;
+    for (const QString &statement : mode.isNull() ? none : TDbmDumpModes::EnterMode(mode))
+        WriteBlock(delimiter.constData(), statement);
+    WriteBlock(delimiter.constData(), text);
+    for (const QString &statement : mode.isNull() ? none : TDbmDumpModes::LeaveMode())
+        WriteBlock(delimiter.constData(), statement);
 }
 
 void TDbmCreateSqlDumpWorker::LogLeftOut()
@@ -245,9 +276,14 @@ void TDbmCreateSqlDumpWorker::LogLeftOut()
 
 void TDbmCreateSqlDumpWorker::Write(const QByteArray &bytes)
 {
-    if (FStream.write(bytes) != bytes.size())
-        throw EException(
-            TFormat::Format("Cannot write file \"%s\": %s.", {FFileName, FStream.errorString()}));
+    // A disk that fills up takes a part, and tells the cause only when it is offered the rest.
+    for (QByteArrayView rest = bytes; !rest.isEmpty();) {
+        const qint64 written = FStream.write(rest.data(), rest.size());
+        if (written <= 0)
+            throw EException(TFormat::Format("Cannot write file \"%s\": %s.",
+                                             {FFileName, FStream.errorString()}));
+        rest = rest.sliced(written);
+    }
 }
 
 void TDbmCreateSqlDumpWorker::WriteLine(const QString &text)
@@ -257,7 +293,29 @@ void TDbmCreateSqlDumpWorker::WriteLine(const QString &text)
 
 void TDbmCreateSqlDumpWorker::WriteStatement(const QString &text)
 {
+    const bool fits = !FCodec || Fits(text);
+    EnterWideSet(fits);
     WriteLine(text + (EndsInComment(text) ? LineEnd : "") + FDelimiter);
+    LeaveWideSet(fits);
+}
+
+bool TDbmCreateSqlDumpWorker::Fits(const QString &text) const
+{
+    QByteArray encoded;
+    return FCodec->TryEncode(text, encoded);
+}
+
+// What has no digits to stand for it, such as a name or a comment, is read in another set.
+void TDbmCreateSqlDumpWorker::EnterWideSet(bool fits)
+{
+    if (!fits)
+        WriteLine("SET NAMES 'utf8mb4'" + FDelimiter);
+}
+
+void TDbmCreateSqlDumpWorker::LeaveWideSet(bool fits)
+{
+    if (!fits)
+        WriteLine("SET NAMES '" + FCurrentCharset + '\'' + FDelimiter);
 }
 
 void TDbmCreateSqlDumpWorker::WriteBlock(const char *delimiter, const QString &text)

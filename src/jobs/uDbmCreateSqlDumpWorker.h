@@ -7,6 +7,7 @@
 
 #include <QFile>
 
+class TCharsetCodec;
 class TDbmManager;
 
 /// Writes a database into one file of statements: UTF-8 with a mark, lines ending in CR LF, no
@@ -20,7 +21,7 @@ public:
     TDbmConnectionProfile FProfile;
     QString FDatabaseName;
     QString FFileName; // replaced when it exists
-    QString FCharset;  // empty: that of the profile
+    QString FCharset;  // that the file is read in; empty: that of the profile
     bool FOnlyStructure = false;
 
 protected:
@@ -38,6 +39,7 @@ private:
     void WriteRows(const QString &table, const TDbmRowsStatement &rows);
     void WriteReferences(const QString &table);
     void WriteTriggers(const QString &table);
+    void WriteProgram(const QString &text, const char *kind, const QString &name);
     void WriteRoutines();
     void WriteViews();
     void WriteEvents();
@@ -46,6 +48,9 @@ private:
     void Write(const QByteArray &bytes);
     void WriteLine(const QString &text = {});
     void WriteStatement(const QString &text);
+    bool Fits(const QString &text) const;
+    void EnterWideSet(bool fits);
+    void LeaveWideSet(bool fits);
     /// An empty line, then the statement.
     void WriteBlock(const char *delimiter, const QString &text);
     void SetDelimiter(const QString &delimiter);
@@ -55,6 +60,8 @@ private:
     TDbmDumpModes FModes;
     QFile FStream;
     QString FDelimiter;
-    QString FCurrentCharset;
+    QString FCurrentCharset; // of the file
+    std::shared_ptr<const TCharsetCodec>
+        FCodec; // of the file's set; nullptr when it has everything
     QStringList FTables;
 };

@@ -10,6 +10,7 @@ void TDbmDumpDataUtils::DumpData(bool ignore, bool delayed, bool replace,
     rows.FTargetTable = TDbmPathUtils::FormatDbObject(
         FExcludeDatabaseName ? QString() : TDbmDumpNames::Escaped(FTargetDatabaseName),
         TDbmDumpNames::Escaped(FTargetTableName));
+    rows.FStatementCharset = FStatementCharset;
     rows.FIgnore = ignore;
     rows.FDelayed = delayed;
     rows.FReplace = replace;

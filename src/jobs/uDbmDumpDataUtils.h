@@ -12,6 +12,7 @@ public:
     const TDbmFormatters *FFormatters = nullptr; // of the target, not owned
     QString FSourceDatabaseName, FTargetDatabaseName;
     QString FSourceTableName, FTargetTableName;
+    QString FStatementCharset;         // see TDbmTableRows
     bool FExcludeDatabaseName = false; // statements name the table alone
     std::function<bool()> FStopRequested;
 

@@ -2,6 +2,7 @@
 
 #include "jobs/uDbmDumpNames.h"
 #include "model/uDbmManager.h"
+#include "model/uDbmTableList.h"
 #include "sql/uDbmPathUtils.h"
 #include "sql/uDbmSqlStringFormatter.h"
 
@@ -16,6 +17,10 @@ QString Escaped(const QString &name)
 
 } // namespace
 
+TDbmDumpTableBuilder::TDbmDumpTableBuilder() = default;
+
+TDbmDumpTableBuilder::~TDbmDumpTableBuilder() = default;
+
 void TDbmDumpTableBuilder::Initialize(TDbmManager &manager, const QString &databaseName,
                                       const TDbmFormatters &formatters, const QString &tableName)
 {
@@ -23,7 +28,6 @@ void TDbmDumpTableBuilder::Initialize(TDbmManager &manager, const QString &datab
     FFormatters = &formatters;
     FDatabaseName = databaseName;
     FTableName = tableName;
-    FDumpUtils.FManager = FManager;
     FDumpUtils.FFormatters = FFormatters;
     FDumpUtils.FFeatures = &FManager->Features();
     FDumpUtils.FSourceDatabaseName = FDatabaseName;
@@ -39,8 +43,32 @@ QString TDbmDumpTableBuilder::NewTable() const
     return FNewTableName.isEmpty() ? FTableName : FNewTableName;
 }
 
+// The workspace's own session may be in a set that does not have every character, in a time zone
+// whose texts are not unique, and its lists may be old.
+TDbmManager &TDbmDumpTableBuilder::Reader()
+{
+    if (!FReader) {
+        FReader = TDbmManager::Create();
+        FReader->SetParams(FManager->ConnectionProfile());
+        FReader->Connect();
+        TDbmDumpSession::PrepareReader(*FReader);
+        FDumpUtils.FManager = FReader.get();
+    }
+    return *FReader;
+}
+
+QStringList TDbmDumpTableBuilder::DumpNeeds()
+{
+    std::shared_ptr<TDbmTableItem> table;
+    if (!Reader().TryGetTable(FDatabaseName, FTableName, table))
+        return {};
+    return FModes.Take(FDumpUtils.TableNeeds(FTableName) |
+                       (TDbmDumpSession::ReadsQuotesOtherwise(*FManager) ? rnPlainQuotes : 0));
+}
+
 QString TDbmDumpTableBuilder::DumpStructure()
 {
+    Reader();
     FDumpUtils.FTargetDatabaseName = FExcludeDatabaseName ? QString() : NewDatabase();
     // What the table does not say of its collation comes from the database around the copy.
     std::shared_ptr<TDbmDatabaseItem> database;
@@ -51,6 +79,7 @@ QString TDbmDumpTableBuilder::DumpStructure()
 
 QStringList TDbmDumpTableBuilder::DumpReferences()
 {
+    Reader();
     QStringList statements;
     for (TDbmWholeReference key : FDumpUtils.Keys(FTableName).References()) {
         TDbmReferenceEntity &reference = key.Reference;
@@ -88,25 +117,11 @@ bool TDbmDumpTableBuilder::IsTaken(const QString &reference) const
     return isTaken;
 }
 
-std::unique_ptr<TDbmManager> TDbmDumpTableBuilder::OpenReader() const
-{
-    QString charset;
-    FManager->Commands().Charsets().ExecuteGetSessionCharset(charset);
-    TDbmConnectionProfile profile = FManager->ConnectionProfile();
-    profile.Charset = charset;
-    std::unique_ptr<TDbmManager> reader = TDbmManager::Create();
-    reader->SetParams(profile);
-    reader->Connect();
-    TDbmDumpSession::Prepare(*reader);
-    TDbmDumpSession::BeginSnapshot(*reader);
-    return reader;
-}
-
 void TDbmDumpTableBuilder::DumpData(bool ignore, bool delayed, bool replace,
                                     const TConsumer &consumer)
 {
-    const std::unique_ptr<TDbmManager> reader = OpenReader();
-    TDbmTableRows rows(*reader, FDatabaseName, FTableName);
+    TDbmTableRows rows(Reader(), FDatabaseName, FTableName);
+    rows.FStatementCharset = FManager->Provider().Connection().LibraryConnection().CurrentCharset();
     rows.FBytesPerFetch = BytesPerFetch;
     rows.FTargetTable = TDbmPathUtils::FormatDbObject(
         FExcludeDatabaseName ? QString() : Escaped(NewDatabase()), Escaped(NewTable()));
@@ -120,6 +135,6 @@ void TDbmDumpTableBuilder::DumpData(bool ignore, bool delayed, bool replace,
             consumer(mode);
         consumer(QString::fromUtf8(statement.Text));
     });
-    for (const QString &mode : FModes.Restore())
-        consumer(mode);
+    // A snapshot that lasts would keep the server from changing the tables.
+    FReader->Provider().CloseConnection();
 }

@@ -9,19 +9,25 @@ class TDbmDumpTableBuilder
 public:
     using TConsumer = std::function<void(const QString &Statement)>;
 
-    /// `manager` is not owned and outlives the builder; it gives structure and rows.
+    /// `manager` is not owned and outlives the builder. Structure and rows are read on a second
+    /// connection to its server, so that the statements may be run on the manager's.
+    TDbmDumpTableBuilder();
+    ~TDbmDumpTableBuilder();
     void Initialize(TDbmManager &manager, const QString &databaseName,
                     const TDbmFormatters &formatters, const QString &tableName);
 
     bool FExcludeDatabaseName = false;       // statements name the table alone
     QString FNewDatabaseName, FNewTableName; // empty: the old ones
 
+    /// What the session that runs the statements needs ahead of them.
+    QStringList DumpNeeds();
     QString DumpStructure();
     /// In the order of the list. A name that the database of the copy has already is left to the
     /// server.
     QStringList DumpReferences();
-    /// Reads on a connection of its own, so that the consumer may use the manager's.
     void DumpData(bool ignore, bool delayed, bool replace, const TConsumer &consumer);
+    /// Brings the session back to what it was ahead of DumpNeeds; also behind a failure.
+    QStringList Restore() { return FModes.Restore(); }
     /// What the copy will not have.
     const QStringList &LeftOut() const { return FDumpUtils.LeftOut(); }
 
@@ -29,10 +35,11 @@ private:
     QString NewDatabase() const;
     QString NewTable() const;
     bool IsTaken(const QString &reference) const;
-    std::unique_ptr<TDbmManager> OpenReader() const;
+    TDbmManager &Reader();
 
     TDbmManager *FManager = nullptr;
     const TDbmFormatters *FFormatters = nullptr;
+    std::unique_ptr<TDbmManager> FReader; // opened with the first need
     QString FDatabaseName, FTableName;
     TDbmDumpUtils FDumpUtils;
     TDbmDumpModes FModes;

@@ -2,6 +2,8 @@
 
 #include "jobs/uDbmDumpDataUtils.h"
 #include "jobs/uDbmDumpNames.h"
+#include "jobs/uDbmFileTexts.h"
+#include "jobs/uDbmSqlModes.h"
 #include "model/uDbmEventList.h"
 #include "model/uDbmFieldList.h"
 #include "model/uDbmManager.h"
@@ -40,6 +42,12 @@ QString Tail(const QString &ddl)
     return at < 0 ? QString() : WithoutTexts(ddl.mid(at + 2));
 }
 
+// The line of options, without partitions and texts.
+QString Options(const QString &ddl)
+{
+    return Tail(ddl).section(u'\n', 0, 0);
+}
+
 bool IsLiteralDefault(const QString &text)
 {
     return TRegExUtils::Match(text, "^(NULL|b'|'|-?\\d|0x|\\(|(CURRENT_TIMESTAMP|NOW)\\b)",
@@ -60,9 +68,7 @@ void TDbmDumpUtils::WatchReads()
     FWatches = true;
     FManager->Commands().SetOnCommandNotExecuted(
         [this](TDbmChildCommands *, const QString &message, const QString &command) {
-            // Only a view's algorithm is read so, and a view that no longer works has none to tell.
-            if (!command.startsWith("SHOW CREATE VIEW"))
-                FReadError = message + "\r\n---\r\n" + command;
+            FReadError = message + "\r\n---\r\n" + command;
         });
 }
 
@@ -140,7 +146,7 @@ const TDbmTableKeys &TDbmDumpUtils::Keys(const QString &table)
 QString TDbmDumpUtils::DumpCreateTable(const QString &table, const QString &newName)
 {
     std::shared_ptr<TDbmTableItem> item;
-    if (!TryGetTable(table, item))
+    if (!TryGetTable(table, item) || !CanWriteTable(table))
         return {};
     NoteTable(table);
     QList<TDbmFieldEntity> fields;
@@ -157,6 +163,7 @@ QString TDbmDumpUtils::DumpCreateTable(const QString &table, const QString &newN
         const TDbmIndexKind kind = index.Index.IndexKind;
         if (!index.IsWhole || kind == ikFulltext || kind == ikSpatial)
             continue;
+        FitIndex(index, table);
         index.Index.IndexName = Escaped(index.Index.IndexName);
         for (TDbmIndexColumnEntity &column : index.Columns)
             column.ColumnName = Escaped(column.ColumnName);
@@ -166,11 +173,56 @@ QString TDbmDumpUtils::DumpCreateTable(const QString &table, const QString &newN
     TDbmTableEntity entity = item->Entity();
     entity.TableName = Escaped(newName.isEmpty() ? entity.TableName : newName);
     entity.Collation = FitCollation(entity.Collation);
-    const QString collation = FDefaultCollation.isEmpty()
-                                  ? FitCollation(Database()->Entity().Collation)
-                                  : FDefaultCollation;
-    return FFormatters->Tables().FormatCreate(Target(), entity, collation, indexColumns, indexes,
-                                              fields);
+    // The list of the server is read by a parser that misses the last one.
+    const QString options = Options(DDL(table));
+    entity.Checksum = TRegExUtils::IsMatch(options, "\\bCHECKSUM=1", IgnoreCase);
+    entity.DelayKeyWrite = TRegExUtils::IsMatch(options, "\\bDELAY_KEY_WRITE=1", IgnoreCase);
+    const auto packed = TRegExUtils::Match(options, "\\bPACK_KEYS=([01])", IgnoreCase);
+    entity.PackKeys = !packed.hasMatch() ? pkDefault : packed.captured(1) == u"1" ? pkOn : pkOff;
+    return Carried(FFormatters->Tables().FormatCreate(Target(), entity, FDefaultCollation,
+                                                      indexColumns, indexes, fields),
+                   "table", table);
+}
+
+// A line break in a name ends a line of the text, and no reader of lines finds the rest.
+bool TDbmDumpUtils::CanWriteTable(const QString &table)
+{
+    if (FLeftTables.contains(table))
+        return false;
+    bool canWrite = true;
+    TRegExUtils::ForEachMatch(DDL(table), "'(?:[^'\\\\]|''|\\\\.)*+'|`((?:[^`]|``)*+)`",
+                              [&](const QRegularExpressionMatch &match) {
+                                  canWrite = canWrite && TDbmDumpNames::CanWrite(match.captured(1));
+                              });
+    if (canWrite)
+        return true;
+    FLeftTables += table;
+    LeaveOut("table \"%s\", which has a control character in the name of a column or key", {table});
+    return false;
+}
+
+// What the clauses behind a key's columns are on the other kind of server.
+void TDbmDumpUtils::FitIndex(TDbmWholeIndex &index, const QString &table)
+{
+    QString &options = index.Index.Options;
+    if (options.isEmpty() || FManager->Features().MarkedDefaults == FFeatures->MarkedDefaults)
+        return;
+    QStringList kept;
+    TRegExUtils::ForEachMatch(
+        options,
+        "USING \\w+|KEY_BLOCK_SIZE=\\d+|COMMENT '(?:[^'\\\\]|''|\\\\.)*+'|/\\*.*?\\*/|\\S+",
+        [&](const QRegularExpressionMatch &match) {
+            const QString clause = match.captured();
+            const bool isShared = TRegExUtils::IsMatch(clause, "^(USING|KEY_BLOCK_SIZE|COMMENT)");
+            if (isShared)
+                kept += clause;
+            else if (clause == u"IGNORED" && FFeatures->MarkedDefaults)
+                kept += "INVISIBLE";
+            else
+                LeaveOut("option %s of index \"%s\" of table \"%s\"",
+                         {clause, index.Index.IndexName, table});
+        });
+    options = kept.join(' ');
 }
 
 // What the text of a column needs to be taken by the server that runs it, and nothing else.
@@ -189,11 +241,21 @@ void TDbmDumpUtils::FitField(TDbmFieldEntity &field, const QString &table)
     field.FieldName = Escaped(field.FieldName);
     if (FFeatures->MarkedDefaults && !server.Default.isEmpty() && !IsLiteralDefault(server.Default))
         server.Default = '(' + server.Default + ')';
+    FitDefault(field);
     static const QRegularExpression reference("\\bSRID \\d+");
     if (!FFeatures->MarkedDefaults && server.Trailing.contains(reference)) {
         LeaveOut("reference system of column \"%s\" of table \"%s\"", {field.FieldName, table});
         server.Trailing = server.Trailing.remove(reference).trimmed();
     }
+}
+
+void TDbmDumpUtils::FitDefault(TDbmFieldEntity &field)
+{
+    TDbmFieldServerText &server = field.ServerText;
+    const QString text = field.DefaultValue.Value.ToString();
+    const bool isLiteral = server.Default.isEmpty() || server.Default.startsWith(u'\'');
+    if (FIntoFile && isLiteral && TDbmFileTexts::NeedsDigits(text))
+        server.Default = TDbmFileTexts::HexLiteral(text);
 }
 
 // The nearest collation that the target knows.
@@ -232,9 +294,13 @@ QString TDbmDumpUtils::DumpCreateView(const QString &view)
     NoteDefiner(entity.Definer, "view", view);
     if (entity.Definition.isEmpty())
         throw EException(TFormat::Format("The definition of view \"%s\" cannot be read.", {view}));
+    if (entity.Algorithm.isEmpty())
+        entity.Algorithm = FManager->Commands().Views().ExecuteSelectAlgorithm(
+            Escaped(FSourceDatabaseName), Escaped(view));
     entity.ViewName = Escaped(entity.ViewName);
-    return FFormatters->Views().FormatCreate(Target(), entity, true, false, false,
-                                             Escaped(FSourceDatabaseName));
+    return Carried(FFormatters->Views().FormatCreate(Target(), entity, true, false, false,
+                                                     Escaped(FSourceDatabaseName)),
+                   "view", view);
 }
 
 QString TDbmDumpUtils::DumpDropView(const QString &view, bool ifExists)
@@ -244,10 +310,11 @@ QString TDbmDumpUtils::DumpDropView(const QString &view, bool ifExists)
 
 QString TDbmDumpUtils::DumpCreateRoutine(const QString &routine, TDbmRoutineType type)
 {
+    const char *kind = type == rtFunction ? "function" : "procedure";
     for (TDbmRoutineEntity entity : Routines()) {
         if (entity.RoutineType != type || entity.RoutineName != routine)
             continue;
-        NoteDefiner(entity.Definer, type == rtFunction ? "function" : "procedure", routine);
+        NoteDefiner(entity.Definer, kind, routine);
         if (entity.Definition.isEmpty())
             throw EException(
                 TFormat::Format("The definition of routine \"%s\" cannot be read.", {routine}));
@@ -256,7 +323,9 @@ QString TDbmDumpUtils::DumpCreateRoutine(const QString &routine, TDbmRoutineType
                                                             Escaped(routine), params, type);
         CheckReads();
         entity.RoutineName = Escaped(routine);
-        return FFormatters->Routines().FormatCreate(Target(), entity, params);
+        entity.Definition = FitProgram(entity.Definition, QString(kind).toUpper(), routine);
+        return Carried(FFormatters->Routines().FormatCreate(Target(), entity, params), kind,
+                       routine);
     }
     return {};
 }
@@ -275,8 +344,11 @@ QString TDbmDumpUtils::DumpCreateEvent(const QString &event)
         return {};
     TDbmEventEntity entity = item->Entity();
     NoteDefiner(entity.Definer, "event", event);
+    if (!FSessionZone.isEmpty() && !entity.TimeZone.isEmpty() && entity.TimeZone != FSessionZone)
+        LeaveOut("time zone %s of event \"%s\"", {entity.TimeZone, event});
     entity.EventName = Escaped(event);
-    return FFormatters->Events().FormatCreate(Target(), entity, false);
+    entity.Definition = FitProgram(entity.Definition, "EVENT", event);
+    return Carried(FFormatters->Events().FormatCreate(Target(), entity, false), "event", event);
 }
 
 QString TDbmDumpUtils::DumpDropEvent(const QString &event)
@@ -308,13 +380,21 @@ QString TDbmDumpUtils::DumpCreateTrigger(const QString &table, const QString &tr
         return {};
     TDbmTriggerEntity entity = triggerItem->Entity();
     NoteDefiner(entity.Definer, "trigger", trigger);
+    // The list's text has other line ends than the trigger, also inside quotes.
+    const QString body = Program("TRIGGER", trigger).Body;
+    const QString fitted = FitProgram(body, "TRIGGER", trigger);
+    if (!FIntoFile || fitted != body)
+        entity.Body = fitted;
     entity.TriggerName = Escaped(trigger);
-    return FFormatters->Triggers().FormatCreate(Target(), Escaped(table), entity);
+    return Carried(FFormatters->Triggers().FormatCreate(Target(), Escaped(table), entity),
+                   "trigger", trigger);
 }
 
 void TDbmDumpUtils::DumpData(const QString &sourceTable, const QString &targetTable, bool ignore,
                              bool delayed, bool replace, const TConsumer &consumer)
 {
+    if (FLeftTables.contains(sourceTable))
+        return;
     TDbmDumpDataUtils data;
     data.FManager = FManager;
     data.FFormatters = FFormatters;
@@ -322,6 +402,7 @@ void TDbmDumpUtils::DumpData(const QString &sourceTable, const QString &targetTa
     data.FTargetDatabaseName = FTargetDatabaseName;
     data.FSourceTableName = sourceTable;
     data.FTargetTableName = targetTable;
+    data.FStatementCharset = FStatementCharset;
     data.FStopRequested = FStopRequested;
     data.DumpData(ignore, delayed, replace, consumer);
 }
@@ -334,8 +415,12 @@ QStringList TDbmDumpUtils::Tables()
     ReadSequences();
     Database()->Tables().ForEach([&](TDbmTableItem &item) {
         const QString name = item.Entity().TableName;
-        if (!FSequences->contains(name) && CanWrite("table", name))
+        if (FSequences->contains(name))
+            return;
+        if (CanWrite("table", name))
             names += name;
+        else
+            FLeftTables += name;
     });
     CheckReads();
     return names;
@@ -362,9 +447,15 @@ void TDbmDumpUtils::ReadSequences()
 QStringList TDbmDumpUtils::References(const QString &table)
 {
     QStringList names;
+    if (FLeftTables.contains(table))
+        return names;
     for (const TDbmWholeReference &key : Keys(table).References()) {
         const QString &database = key.Reference.RefDatabaseName;
-        if (database.isEmpty() || database == FSourceDatabaseName)
+        const bool isInside = database.isEmpty() || database == FSourceDatabaseName;
+        if (isInside && FLeftTables.contains(key.Reference.RefTableName))
+            LeaveOut("foreign key \"%s\" of table \"%s\", whose table is left out",
+                     {key.Reference.ReferenceName, table});
+        else if (isInside)
             names += key.Reference.ReferenceName;
         else
             LeaveOut("foreign key \"%s\" of table \"%s\" into database \"%s\"",
@@ -377,7 +468,7 @@ QStringList TDbmDumpUtils::Triggers(const QString &table)
 {
     QStringList names;
     std::shared_ptr<TDbmTableItem> item;
-    if (TryGetTable(table, item))
+    if (!FLeftTables.contains(table) && TryGetTable(table, item))
         item->Triggers().ForEach([&](TDbmTriggerItem &trigger) {
             if (CanWrite("trigger", trigger.Entity().TriggerName))
                 names += trigger.Entity().TriggerName;
@@ -403,6 +494,8 @@ QList<TDbmRoutineEntity> TDbmDumpUtils::Routines()
 QStringList TDbmDumpUtils::Views()
 {
     QStringList names;
+    if (!Database())
+        return names;
     for (const auto &view : Database()->Views().ToDependencySortedArray())
         if (CanWrite("view", view->Entity().ViewName))
             names += view->Entity().ViewName;
@@ -413,7 +506,7 @@ QStringList TDbmDumpUtils::Views()
 QStringList TDbmDumpUtils::Events()
 {
     QStringList names;
-    if (FManager->Features().Events)
+    if (FManager->Features().Events && Database())
         Database()->Events().ForEach([&](TDbmEventItem &event) {
             if (CanWrite("event", event.Entity().EventName))
                 names += event.Entity().EventName;
@@ -425,7 +518,61 @@ QStringList TDbmDumpUtils::Events()
 int TDbmDumpUtils::TableNeeds(const QString &table)
 {
     static const QRegularExpression zeroDate("DEFAULT '\\d{4}-(00-\\d\\d|\\d\\d-00)");
-    return DDL(table).contains(zeroDate) ? rnLaxDates : 0;
+    static const QRegularExpression moment("\n +`(?:[^`\n]|``)*+` timestamp\\b", IgnoreCase);
+    return (DDL(table).contains(zeroDate) ? rnLaxDates : 0) |
+           (DDL(table).contains(moment) ? rnUtcTimes : 0);
+}
+
+TDbmDumpUtils::TProgram TDbmDumpUtils::Program(const QString &kind, const QString &name)
+{
+    if (!FPrograms) {
+        FPrograms.emplace();
+        const auto read = [&](const char *columns, const char *table, const char *schema) {
+            const QString sql = TFormat::Format(
+                "SELECT %s FROM information_schema.%s WHERE %s = '%s'",
+                {columns, table, schema, TDbmSqlStringFormatter::Format(FSourceDatabaseName)});
+            FManager->Command().ExecuteQuery(sql, [&](TDataSet *rows) {
+                for (; rows && !rows->Eof(); rows->Next())
+                    FPrograms->insert(rows->FieldAt(0).AsString() + ' ' +
+                                          rows->FieldAt(1).AsString(),
+                                      {rows->FieldAt(2).AsString(), rows->FieldAt(3).AsString()});
+            });
+        };
+        read("'TRIGGER', trigger_name, sql_mode, action_statement", "triggers", "trigger_schema");
+        read("routine_type, routine_name, sql_mode, ''", "routines", "routine_schema");
+        if (FManager->Features().ISEvents)
+            read("'EVENT', event_name, sql_mode, ''", "events", "event_schema");
+    }
+    return FPrograms->value(kind + ' ' + name);
+}
+
+QString TDbmDumpUtils::ProgramMode(const QString &kind, const QString &name)
+{
+    const bool isOtherKind = FManager->Features().MarkedDefaults != FFeatures->MarkedDefaults;
+    const TDbmSqlModes::TFit fit =
+        TDbmSqlModes::Fit(Program(kind, name).Mode, FSessionMode, isOtherKind, FIntoFile);
+    for (const QString &mode : fit.Lost)
+        LeaveOut("sql_mode %s of %s \"%s\"", {mode, kind.toLower(), name});
+    return fit.Mode;
+}
+
+QString TDbmDumpUtils::FitProgram(const QString &body, const QString &kind, const QString &name)
+{
+    if (!FIntoFile)
+        return body;
+    const bool hasEscapes = !Program(kind, name).Mode.contains("NO_BACKSLASH_ESCAPES");
+    const QString fitted = TDbmFileTexts::Fitted(body, hasEscapes);
+    for (const QString &loss : TDbmFileTexts::Losses(fitted))
+        LeaveOut("%s of %s \"%s\"", {loss, kind.toLower(), name});
+    return fitted;
+}
+
+// Gives the text, and names it when a file would lose something of it.
+QString TDbmDumpUtils::Carried(const QString &text, const char *kind, const QString &name)
+{
+    if (FIntoFile && TDbmFileTexts::HasDropped(text))
+        LeaveOut("control characters in the definition of %s \"%s\"", {kind, name});
+    return text;
 }
 
 // The keys and clauses of a table that its statement does not have.
@@ -451,13 +598,22 @@ void TDbmDumpUtils::NoteTable(const QString &table)
         LeaveOut("partitions of table \"%s\"", {table});
     if (tail.contains("WITH SYSTEM VERSIONING", Qt::CaseInsensitive))
         LeaveOut("system versioning of table \"%s\"", {table});
-    static const QRegularExpression option(
-        "\\b(KEY_BLOCK_SIZE|PAGE_COMPRESSED|ENCRYPTED|ENCRYPTION|UNION|CONNECTION|INSERT_METHOD|"
-        "DATA DIRECTORY|INDEX DIRECTORY|TABLESPACE)\\b",
+    NoteOptions(table);
+}
+
+void TDbmDumpUtils::NoteOptions(const QString &table)
+{
+    static const QStringList written{"ENGINE",    "AUTO_INCREMENT",  "CHARSET",
+                                     "COLLATE",   "ROW_FORMAT",      "CHECKSUM",
+                                     "PACK_KEYS", "DELAY_KEY_WRITE", "COMMENT"};
+    TRegExUtils::ForEachMatch(
+        Options(DDL(table)), "((?:DATA |INDEX )?\\w+)[`\"]?\\s*=|\\b(TABLESPACE|STORAGE)\\b",
+        [&](const QRegularExpressionMatch &match) {
+            const QString option = match.captured(1) + match.captured(2);
+            if (!written.contains(option, Qt::CaseInsensitive))
+                LeaveOut("option %s of table \"%s\"", {option, table});
+        },
         IgnoreCase);
-    TRegExUtils::ForEachMatch(tail, option.pattern(), [&](const QRegularExpressionMatch &match) {
-        LeaveOut("option %s of table \"%s\"", {match.captured(1), table});
-    });
 }
 
 void TDbmDumpUtils::NoteDefiner(const QString &definer, const char *kind, const QString &name)

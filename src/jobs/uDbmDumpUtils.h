@@ -5,6 +5,8 @@
 #include "sql/uDbmTableKeys.h"
 #include "support/uFormat.h"
 
+#include <QHash>
+
 class TDbmDatabaseItem;
 
 /// Turns objects of a database into statements that make them elsewhere: in a file, or on another
@@ -20,8 +22,12 @@ public:
     const TDbmServerFeatures *FFeatures = nullptr; // of the same server, not owned
     QString FSourceDatabaseName;
     QString FTargetDatabaseName;   // empty: statements name objects without a database
-    QString FDefaultCollation;     // of an existing target; empty: the source's
+    QString FDefaultCollation;     // tables do not write this one; empty: each writes its own
     QStringList FTargetCollations; // known to the target; empty: those of the source
+    bool FIntoFile = false;        // the statements pass the reader of script files
+    QString FStatementCharset;     // see TDbmTableRows
+    // Of a fresh session that will run the statements.
+    QString FSessionMode, FSessionZone;
     std::function<bool()> FStopRequested;
 
     /// Makes a list that the server refuses to tell an error of the operation that asked for it,
@@ -60,6 +66,10 @@ public:
     /// flags.
     int TableNeeds(const QString &table);
 
+    /// The sql_mode that a stored program has to be made in; null when it is that of any session.
+    /// `kind` is TRIGGER, PROCEDURE, FUNCTION or EVENT.
+    QString ProgramMode(const QString &kind, const QString &name);
+
     /// One line for each thing that was met and not written, in the order met.
     const QStringList &LeftOut() const { return FLeftOut; }
 
@@ -67,6 +77,17 @@ private:
     std::shared_ptr<TDbmDatabaseItem> Database();
     bool TryGetTable(const QString &table, std::shared_ptr<TDbmTableItem> &item);
     const QString &DDL(const QString &table);
+    bool CanWriteTable(const QString &table);
+    struct TProgram
+    {
+        QString Mode, Body;
+    };
+    TProgram Program(const QString &kind, const QString &name);
+    QString FitProgram(const QString &body, const QString &kind, const QString &name);
+    QString Carried(const QString &text, const char *kind, const QString &name);
+    void FitIndex(TDbmWholeIndex &index, const QString &table);
+    void FitDefault(TDbmFieldEntity &field);
+    void NoteOptions(const QString &table);
     void ReadSequences();
     TDbmDatabaseEntity TargetDatabase();
     void FitField(TDbmFieldEntity &field, const QString &table);
@@ -85,4 +106,6 @@ private:
     TDbmTableKeys FKeys;
     std::optional<QList<TDbmRoutineEntity>> FRoutines;
     std::optional<QStringList> FSequences;
+    QStringList FLeftTables; // tables that cannot be written
+    std::optional<QHash<QString, TProgram>> FPrograms;
 };

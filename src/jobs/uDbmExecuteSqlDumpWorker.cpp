@@ -29,6 +29,8 @@ void TDbmExecuteSqlDumpWorker::Execute()
     manager->Connect();
     if (!FDatabaseName.isEmpty())
         manager->Commands().Databases().ExecuteUse(FDatabaseName);
+    // A file sets up its session for itself, and an INSERT must not be run twice.
+    manager->Provider().HoldSession();
     const std::unique_ptr<TDbmScript> script = manager->CreateScript();
     script->SetOnProgress([this](TDbmScript *, double) {
         if (StopRequest())

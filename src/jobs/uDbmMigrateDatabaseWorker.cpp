@@ -44,10 +44,12 @@ void TDbmMigrateDatabaseWorker::Execute()
     OpenSource();
     OpenTarget();
     SettleCharset();
+    RequireSource();
     RefuseSameDatabase();
-    TDbmDumpSession::Prepare(*FSourceManager);
-    TDbmDumpSession::Prepare(*FTargetManager);
-    TDbmDumpSession::BeginSnapshot(*FSourceManager);
+    TDbmDumpSession::PrepareReader(*FSourceManager);
+    TDbmDumpSession::PrepareWriter(*FTargetManager);
+    FDumpUtils.FSessionMode = TDbmDumpSession::Variable(*FTargetManager, "sql_mode");
+    FDumpUtils.FSessionZone = TDbmDumpSession::Variable(*FTargetManager, "time_zone");
     FDumpUtils.WatchReads();
     FDumpUtils.FFormatters = &FTargetManager->Formatters();
     FDumpUtils.FFeatures = &FTargetManager->Features();
@@ -97,13 +99,21 @@ void TDbmMigrateDatabaseWorker::SettleCharset()
     QString charset = FCharset;
     if (!charset.isEmpty()) {
         SendLog("Setting the charset to \"%s\" on the source connection", {charset});
-        FSourceManager->SetCharset(charset);
     } else {
         SendLog("Getting the current charset on the source connection");
         FSourceManager->Commands().Charsets().ExecuteGetSessionCharset(charset);
     }
     SendLog("Setting the charset to \"%s\" on the target connection", {charset});
-    FTargetManager->SetCharset(charset);
+    // In a narrower set the source would send question marks, and the target would store them.
+    if (charset != u"utf8mb4")
+        SendLog("Texts travel in \"utf8mb4\", so that none is changed on the way");
+}
+
+void TDbmMigrateDatabaseWorker::RequireSource()
+{
+    std::shared_ptr<TDbmDatabaseItem> database;
+    if (!FSourceManager->Databases().TryGetByName(FSourceDatabaseName, database))
+        throw EException(TFormat::Format("Database \"%s\" not found.", {FSourceDatabaseName}));
 }
 
 // Two profiles may reach one server by different names, so the servers are asked: a lock that one
@@ -126,8 +136,16 @@ void TDbmMigrateDatabaseWorker::RefuseSameDatabase()
 QStringList TDbmMigrateDatabaseWorker::TargetCollations()
 {
     QStringList names;
-    FTargetManager->Collations().ForEach(
-        [&](TDbmCollationItem &item) { names += item.Entity().Name; });
+    // One server lists some collations without their character set, which their names have
+    // everywhere else.
+    FTargetManager->Command().ExecuteQuery(
+        "SELECT * FROM information_schema.collation_character_set_applicability",
+        [&](TDataSet *rows) {
+            for (; rows && !rows->Eof(); rows->Next()) {
+                const TField *whole = rows->FindField("FULL_COLLATION_NAME");
+                names += whole ? whole->AsString() : rows->FieldByName("COLLATION_NAME").AsString();
+            }
+        });
     return names;
 }
 
@@ -137,15 +155,10 @@ void TDbmMigrateDatabaseWorker::CheckTargetDatabase()
     std::shared_ptr<TDbmDatabaseItem> database;
     FIsDropDatabaseObjects =
         FTargetManager->Databases().TryGetByName(FTargetDatabaseName, database);
-    if (FIsDropDatabaseObjects) {
-        // What a table does not say of its collation comes from the database around it.
-        FDumpUtils.FDefaultCollation = database->Entity().Collation;
-    } else {
+    if (!FIsDropDatabaseObjects) {
         const QString create = FDumpUtils.DumpCreateDatabase();
-        if (create.isEmpty())
-            throw EException(TFormat::Format("Database \"%s\" not found.", {FSourceDatabaseName}));
         SendLog("Creating database \"%s\"", {FTargetDatabaseName});
-        Exec(create, ";");
+        Exec(create);
     }
     FTargetManager->Commands().Databases().ExecuteUse(TDbmDumpNames::Escaped(FTargetDatabaseName));
 }
@@ -165,7 +178,7 @@ void TDbmMigrateDatabaseWorker::MigrateTables()
     run(&TDbmMigrateDatabaseWorker::InsertRows);
     run(&TDbmMigrateDatabaseWorker::CreateReferences);
     for (const QString &statement : FModes.Restore())
-        Exec(statement, ";");
+        Exec(statement);
     run(&TDbmMigrateDatabaseWorker::CreateTriggers);
 }
 
@@ -183,7 +196,12 @@ void TDbmMigrateDatabaseWorker::DropReferencesOf(const QString &table)
     std::shared_ptr<TDbmTableItem> item;
     if (!FTargetManager->TryGetTable(FTargetDatabaseName, table, item))
         return;
-    for (const TDbmWholeReference &key : item->DDL().Keys().References()) {
+    // The item does not find the text of a table whose name needs an escape.
+    QString ddl;
+    FTargetManager->Commands().Tables().ExecuteSelectDDL(
+        TDbmDumpNames::Escaped(FTargetDatabaseName), TDbmDumpNames::Escaped(table), ddl);
+    const TDbmTableKeys keys = TDbmTableKeys::Parse(FTargetDatabaseName, ddl);
+    for (const TDbmWholeReference &key : keys.References()) {
         const TDbmReferenceEntity &reference = key.Reference;
         const bool isInside =
             reference.RefDatabaseName.isEmpty() || reference.RefDatabaseName == FTargetDatabaseName;
@@ -191,9 +209,8 @@ void TDbmMigrateDatabaseWorker::DropReferencesOf(const QString &table)
             continue;
         SendLog("Dropping reference \"%s\" for \"%s\"", {reference.ReferenceName, table});
         Exec(FTargetManager->Formatters().ForeignKeys().FormatAlterTableDropForeignKey(
-                 TDbmDumpNames::Escaped(FTargetDatabaseName), TDbmDumpNames::Escaped(table),
-                 TDbmDumpNames::Escaped(reference.ReferenceName)),
-             ";");
+            TDbmDumpNames::Escaped(FTargetDatabaseName), TDbmDumpNames::Escaped(table),
+            TDbmDumpNames::Escaped(reference.ReferenceName)));
     }
 }
 
@@ -201,11 +218,13 @@ void TDbmMigrateDatabaseWorker::CreateTable(const QString &table)
 {
     SendLog("Creating table \"%s\"", {table});
     for (const QString &statement : FModes.Take(FDumpUtils.TableNeeds(table)))
-        Exec(statement, ";");
+        Exec(statement);
     const QString create = FDumpUtils.DumpCreateTable(table);
+    if (create.isEmpty())
+        return;
     if (FIsDropDatabaseObjects)
-        Exec(FDumpUtils.DumpDropTable(table), ";");
-    Exec(create, ";");
+        Exec(FDumpUtils.DumpDropTable(table));
+    Exec(create);
 }
 
 void TDbmMigrateDatabaseWorker::InsertRows(const QString &table)
@@ -219,9 +238,9 @@ void TDbmMigrateDatabaseWorker::InsertRows(const QString &table)
             commands.ExecuteUpdateDisableKeys(database, name);
         keysDisabled = true;
         for (const QString &statement : FModes.Take(rows.Needs))
-            Exec(statement, ";");
+            Exec(statement);
         SendLog("Inserting rows for \"%s\" (%d, %d)", {table, rows.Offset, rows.Count});
-        Exec(QString::fromUtf8(rows.Text), ";");
+        Exec(QString::fromUtf8(rows.Text));
     });
     if (keysDisabled)
         commands.ExecuteUpdateEnableKeys(database, name);
@@ -230,16 +249,20 @@ void TDbmMigrateDatabaseWorker::InsertRows(const QString &table)
 void TDbmMigrateDatabaseWorker::CreateReferences(const QString &table)
 {
     for (const QString &reference : FDumpUtils.References(table)) {
+        if (StopRequest())
+            return;
         SendLog("Creating reference \"%s\" for \"%s\"", {reference, table});
-        Exec(FDumpUtils.DumpAlterTableAddForeignKey(table, reference), ";");
+        Exec(FDumpUtils.DumpAlterTableAddForeignKey(table, reference));
     }
 }
 
 void TDbmMigrateDatabaseWorker::CreateTriggers(const QString &table)
 {
     for (const QString &trigger : FDumpUtils.Triggers(table)) {
+        if (StopRequest())
+            return;
         SendLog("Creating trigger \"%s\" for \"%s\"", {trigger, table});
-        Exec(FDumpUtils.DumpCreateTrigger(table, trigger), "$$");
+        ExecProgram(FDumpUtils.DumpCreateTrigger(table, trigger), "TRIGGER", trigger);
     }
 }
 
@@ -252,8 +275,8 @@ void TDbmMigrateDatabaseWorker::CreateRoutines()
         SendLog("Creating routine \"%s\"", {name});
         const QString create = FDumpUtils.DumpCreateRoutine(name, routine.RoutineType);
         if (FIsDropDatabaseObjects)
-            Exec(FDumpUtils.DumpDropRoutine(name, routine.RoutineType, true), ";");
-        Exec(create, "$$");
+            Exec(FDumpUtils.DumpDropRoutine(name, routine.RoutineType, true));
+        ExecProgram(create, routine.RoutineType == rtFunction ? "FUNCTION" : "PROCEDURE", name);
     }
 }
 
@@ -265,8 +288,8 @@ void TDbmMigrateDatabaseWorker::CreateViews()
         SendLog("Creating view \"%s\"", {view});
         const QString create = FDumpUtils.DumpCreateView(view);
         if (FIsDropDatabaseObjects)
-            Exec(FDumpUtils.DumpDropView(view, true), ";");
-        Exec(create, ";");
+            Exec(FDumpUtils.DumpDropView(view, true));
+        Exec(create);
     }
 }
 
@@ -278,12 +301,26 @@ void TDbmMigrateDatabaseWorker::CreateEvents()
         SendLog("Creating event \"%s\"", {event});
         const QString create = FDumpUtils.DumpCreateEvent(event);
         if (FIsDropDatabaseObjects)
-            Exec(FDumpUtils.DumpDropEvent(event), ";");
-        Exec(create, "$$");
+            Exec(FDumpUtils.DumpDropEvent(event));
+        ExecProgram(create, "EVENT", event);
     }
 }
 
-void TDbmMigrateDatabaseWorker::Exec(const QString &text, const char *delimiter)
+// Past the reader of scripts, which drops lines that look like comments, also inside texts.
+void TDbmMigrateDatabaseWorker::Exec(const QString &text)
 {
-    FTargetManager->Command().ExecScript(text, {}, delimiter);
+    if (!text.isEmpty())
+        FTargetManager->Command().ExecStatement(text);
+}
+
+void TDbmMigrateDatabaseWorker::ExecProgram(const QString &text, const char *kind,
+                                            const QString &name)
+{
+    const QString mode = FDumpUtils.ProgramMode(kind, name);
+    const QStringList none;
+    for (const QString &statement : mode.isNull() ? none : TDbmDumpModes::EnterMode(mode))
+        Exec(statement);
+    Exec(text);
+    for (const QString &statement : mode.isNull() ? none : TDbmDumpModes::LeaveMode())
+        Exec(statement);
 }

@@ -17,7 +17,7 @@ public:
 
     TDbmConnectionProfile FSourceProfile, FTargetProfile;
     QString FSourceDatabaseName, FTargetDatabaseName;
-    QString FCharset; // of both sessions; empty: the source session's own
+    QString FCharset; // empty: the source session's own
 
 protected:
     void Execute() override;
@@ -26,6 +26,7 @@ private:
     void OpenSource();
     void OpenTarget();
     void SettleCharset();
+    void RequireSource();
     void RefuseSameDatabase();
     void CheckTargetDatabase();
     void DropReferences();
@@ -38,7 +39,8 @@ private:
     void CreateRoutines();
     void CreateViews();
     void CreateEvents();
-    void Exec(const QString &text, const char *delimiter);
+    void Exec(const QString &text);
+    void ExecProgram(const QString &text, const char *kind, const QString &name);
     QStringList TargetCollations();
 
     std::unique_ptr<TDbmManager> FSourceManager, FTargetManager;

@@ -4,6 +4,8 @@
 #include "model/uDbmManager.h"
 #include "support/uException.h"
 
+#include <QScopeGuard>
+
 void TDbmTableCloner::Initialize(TDbmManager &manager, const QString &srcDatabaseName,
                                  const QString &dstTableName, const QString &dstDatabaseName,
                                  const QString &srcTableName)
@@ -24,9 +26,21 @@ void TDbmTableCloner::Execute()
     const auto run = [this](const QString &statement) {
         FManager->Command().ExecScript(statement, {}, ";");
     };
+    const QStringList needs = builder.DumpNeeds();
     const QString structure = builder.DumpStructure();
     if (structure.isEmpty())
         throw EException(TFormat::Format("Table \"%s\" not found.", {FSrcTableName}));
+    // The workspace goes on in this session, also when the copy fails.
+    const auto restore = qScopeGuard([&] {
+        try {
+            for (const QString &statement : builder.Restore())
+                FManager->Command().ExecScript(statement, {soSkipErrors});
+        } catch (const std::exception &) {
+            // There is no session any more that would have to be brought back.
+        }
+    });
+    for (const QString &need : needs)
+        run(need);
     run(structure);
     builder.DumpData(false, false, false, run);
     for (const QString &reference : builder.DumpReferences())

@@ -213,6 +213,8 @@ void TDbmTableRows::Open(const std::vector<TFieldInfo> &fields)
             if (fields[i].Name.compare(name, Qt::CaseInsensitive) == 0)
                 FKeyFields.push_back(static_cast<int>(i));
     FFormatter.emplace(fields, std::move(columns));
+    if (!FStatementCharset.isEmpty() && FStatementCharset != u"utf8mb4")
+        FFormatter->SetStatementCodec(TCharsetCodec::Create(FStatementCharset.toLatin1()));
 }
 
 bool TDbmTableRows::Take(const TMyQuery::TRowView &row, TDbmStatementPipe &pipe)

@@ -29,6 +29,8 @@ public:
     qint64 FBytesPerFetch =
         1048576;          // raw bytes that a fetch is meant to bring, told by the average
     QString FTargetTable; // qualified and in backticks
+    /// Character set of the session that reads the statements; empty for one that has everything.
+    QString FStatementCharset;
     bool FIgnore = false, FDelayed = false, FReplace = false;
     bool FConsumesHere = false;           // statements are handed over on the caller's thread
     std::function<bool()> FStopRequested; // asked after each statement; true ends the walk

@@ -26,16 +26,9 @@ constexpr int MaximumLogLines = 100000;
 // Below what an eye takes for a delay.
 constexpr int FlushMSecs = 40;
 
-QStringList ExceptionLines(const std::exception &e)
-{
-    QStringList lines = {QString(), "---"};
-    if (const auto *error = dynamic_cast<const EDacMySqlError *>(&e))
-        lines << TDbmErrorCodeParser::Parse(error->ErrorCode()) << error->ErrorMessage() << "---"
-              << error->CommandText();
-    else
-        lines << ExceptionMessage(e);
-    return lines;
-}
+// Of one text. A statement with a row of 64 MiB is one line, which is laid out as a whole before
+// anything of it is seen.
+constexpr qsizetype MaximumShownChars = 512 * 1024;
 
 } // namespace
 
@@ -153,7 +146,13 @@ void TWorkerForm::CopyLog() const
     if (memLog->textCursor().hasSelection())
         memLog->copy();
     else
-        QGuiApplication::clipboard()->setText(memLog->toPlainText());
+        QGuiApplication::clipboard()->setText(LogText());
+}
+
+QString TWorkerForm::LogText() const
+{
+    QString text = memLog->toPlainText();
+    return FGap.isEmpty() ? text : text.replace(FGap, FHidden);
 }
 
 void TWorkerForm::SaveLog()
@@ -163,7 +162,7 @@ void TWorkerForm::SaveLog()
         if (TFileDialogs::Save(this,
                                {.Title = "Save Log", .DefaultName = "log.txt", .Extension = "txt"},
                                fileName))
-            TFileUtils::WriteText(fileName, memLog->toPlainText() + u'\n');
+            TFileUtils::WriteText(fileName, LogText() + u'\n');
     });
 }
 
@@ -216,7 +215,24 @@ void TWorkerForm::WorkerComplete(double seconds)
 
 void TWorkerForm::WorkerException(const std::exception &e)
 {
-    AppendLog(ExceptionLines(e).join(u'\n'));
+    QStringList lines = {QString(), "---"};
+    if (const auto *error = dynamic_cast<const EDacMySqlError *>(&e))
+        lines << TDbmErrorCodeParser::Parse(error->ErrorCode()) << error->ErrorMessage() << "---"
+              << Shown(error->CommandText());
+    else
+        lines << ExceptionMessage(e);
+    AppendLog(lines.join(u'\n'));
+}
+
+QString TWorkerForm::Shown(const QString &text)
+{
+    if (text.size() <= MaximumShownChars)
+        return text;
+    constexpr qsizetype End = MaximumShownChars / 2;
+    FHidden = text.sliced(End, text.size() - 2 * End);
+    FGap = TFormat::Format(" [... %n characters, which Copy and Save give as well ...] ",
+                           {FHidden.size()});
+    return text.first(End) + FGap + text.last(End);
 }
 
 void TWorkerForm::AppendLog(const QString &text)

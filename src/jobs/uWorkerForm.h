@@ -39,6 +39,9 @@ private:
     void FlushLog();
     void FindNext();
     void CopyLog() const;
+    /// The whole log, also where a part of it is not shown.
+    QString LogText() const;
+    QString Shown(const QString &text);
     void SaveLog();
 
     TWorker &FWorker; // not owned
@@ -46,6 +49,8 @@ private:
     const bool FCloseOnComplete;
     bool FShown = false;
     QStringList FPending; // lines on their way into memLog
+    QString FGap;         // stands in memLog for FHidden; empty when all is shown
+    QString FHidden;
     QTimer FFlushTimer;
     QPlainTextEdit *memLog = nullptr;
     QLineEdit *editFind = nullptr;

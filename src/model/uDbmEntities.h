@@ -72,6 +72,7 @@ struct TDbmEventEntity : TDbmEntity
     TDateTime Created;
     TDateTime LastAltered;
     TDateTime LastExecuted;
+    QString TimeZone; // that its times are told in, as the server wrote it; empty when not known
 };
 
 struct TDbmFieldEntity : TDbmEntity
@@ -92,6 +93,7 @@ struct TDbmIndexEntity : TDbmEntity
 {
     QString IndexName;
     TDbmIndexKind IndexKind = ikNone;
+    QString Options; // clauses behind the columns, in SQL
 };
 
 struct TDbmIndexColumnEntity : TDbmEntity
@@ -99,6 +101,7 @@ struct TDbmIndexColumnEntity : TDbmEntity
     qint32 Position = 0;
     QString ColumnName;
     qint64 Length = 0; // prefix length; 0 is the whole column
+    bool Descending = false;
 };
 
 struct TDbmDatabaseIndexColumnEntity : TDbmEntity

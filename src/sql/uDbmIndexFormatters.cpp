@@ -30,10 +30,13 @@ QString KindWords(TDbmIndexKind kind)
 QString FormatColumns(const QList<TDbmIndexColumnEntity> &columns)
 {
     QStringList texts;
-    for (const TDbmIndexColumnEntity &column : columns)
+    for (const TDbmIndexColumnEntity &column : columns) {
         texts.append(column.Length > 0
                          ? TFormat::Format("`%s`(%d)", {column.ColumnName, column.Length})
                          : TFormat::Format("`%s`", {column.ColumnName}));
+        if (column.Descending)
+            texts.last() += " DESC";
+    }
     return texts.join(", ");
 }
 
@@ -86,7 +89,8 @@ QString TDbmIndexFormatters::FormatDefinition(const TDbmIndexEntity &index,
     if (index.IndexKind != ikPrimary)
         text +=
             index.IndexName.isEmpty() ? QString(" ") : TFormat::Format(" `%s`", {index.IndexName});
-    return TStringUtils::Compact(text + " (" + FormatColumns(columns) + ')');
+    text = TStringUtils::Compact(text + " (" + FormatColumns(columns) + ')');
+    return index.Options.isEmpty() ? text : text + ' ' + index.Options;
 }
 
 QString TDbmIndexFormatters::FormatAddIndex(const TDbmIndexEntity &index,

@@ -323,6 +323,8 @@ char *TDbmRowFormatter::PutText(size_t column, QByteArrayView bytes, char *out)
     const qint64 units = TRawValues::CountUnits(bytes);
     if (units < 0)
         return PutHex(bytes, out);
+    if (FCodec && !Fits(bytes))
+        return PutHexText(FFields[column], bytes, out);
     *out = '\'';
     char *const end = TEscaper(out + 1).Run(bytes);
     if (!end)
@@ -330,6 +332,12 @@ char *TDbmRowFormatter::PutText(size_t column, QByteArrayView bytes, char *out)
     FExtraBytes += bytes.size() - units;
     *end = '\'';
     return end + 1;
+}
+
+bool TDbmRowFormatter::Fits(QByteArrayView bytes) const
+{
+    QByteArray encoded;
+    return FCodec->TryEncode(QString::fromUtf8(bytes), encoded);
 }
 
 char *TDbmRowFormatter::PutValue(size_t column, QByteArrayView bytes, char *out)

@@ -44,6 +44,12 @@ public:
         }
         return false;
     }
+    /// What is left, without the comma between the lines.
+    QString Rest() const
+    {
+        const QString rest = FLine.mid(FPos).trimmed();
+        return rest.endsWith(u',') ? rest.chopped(1).trimmed() : rest;
+    }
     qint64 TakeNumber()
     {
         qint64 number = 0;
@@ -66,9 +72,8 @@ bool TakeIndexColumn(TLineReader &reader, TDbmIndexColumnEntity &column)
         if (!reader.Take(u")"))
             return false;
     }
-    // The direction of a part tells nothing about the rows.
     if (!reader.Take(u"ASC"))
-        reader.Take(u"DESC");
+        column.Descending = reader.Take(u"DESC");
     return true;
 }
 
@@ -106,6 +111,8 @@ bool TryParseIndex(const QString &line, TDbmWholeIndex &index)
         if (kind.Kind != ikPrimary && !reader.TakeName(index.Index.IndexName))
             return false;
         index.IsWhole = TakeIndexColumns(reader, index.Columns);
+        if (index.IsWhole)
+            index.Index.Options = reader.Rest();
         return true;
     }
     return false;

@@ -122,10 +122,11 @@ TEST_P(TDbmDumpTest, TheFileIsLaidOutToTheByte)
     const QString wanted =
         QString("--\n\nSET NAMES 'utf8mb4';\n\nCREATE SCHEMA `%1` COLLATE %2;\n\nUSE `%1`;\n\n"
                 "CREATE TABLE `a`(\n  `id` %3 NOT NULL,\n  PRIMARY KEY (`id`)\n)\n"
-                "ENGINE = InnoDB\nROW_FORMAT = DYNAMIC;\n\n"
+                "ENGINE = InnoDB\nCOLLATE = %2\nROW_FORMAT = DYNAMIC;\n\n"
                 "CREATE TABLE `b`(\n  `id` %3 NOT NULL,\n  `a_id` %3 DEFAULT NULL,\n"
                 "  `t` VARCHAR(20) DEFAULT NULL,\n  PRIMARY KEY (`id`),\n"
-                "  KEY `to_a` (`a_id`)\n)\nENGINE = InnoDB\nROW_FORMAT = DYNAMIC;\n\n"
+                "  KEY `to_a` (`a_id`)\n)\nENGINE = InnoDB\nCOLLATE = %2\n"
+                "ROW_FORMAT = DYNAMIC;\n\n"
                 "ALTER TABLE `a` DISABLE KEYS;\n\nINSERT INTO `a` VALUES\n    (1);\n\n"
                 "ALTER TABLE `a` ENABLE KEYS;\n\nALTER TABLE `b` DISABLE KEYS;\n\n"
                 "INSERT INTO `b` VALUES\n    (1, 1, 'it\\'s'),\n    (2, NULL, NULL);\n\n"

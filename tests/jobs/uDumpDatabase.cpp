@@ -32,6 +32,10 @@ const char *const Common[] = {
     " NULL DEFAULT 'it''s', `e.f` INT DEFAULT 5, `g;` INT NULL DEFAULT NULL,"
     " PRIMARY KEY (`a b`, `c``d`), UNIQUE KEY `u``q` (`e.f`), KEY pre (`c``d`(3), `e.f`))",
     "INSERT INTO `odd ``name` VALUES (1, 'x', 1, NULL), (1, 'y', 2, 3), (2, 'x''', 3, 4)",
+    "CREATE TABLE keyed (id INT NOT NULL, a INT, b VARCHAR(20), PRIMARY KEY (id DESC),"
+    " KEY down (a DESC, b(5)), UNIQUE KEY said (a) COMMENT 'it''s, \\\\ a key', KEY tree (b) USING "
+    "BTREE)",
+    "CREATE TABLE hashed (id INT, KEY h (id) USING HASH) ENGINE=MEMORY ROW_FORMAT=FIXED",
     "CREATE TABLE empty_one (id BIGINT UNSIGNED NOT NULL PRIMARY KEY)",
     "CREATE TABLE parent (a INT NOT NULL, b VARCHAR(10) CHARACTER SET utf8mb4 NOT NULL,"
     " up INT NULL, PRIMARY KEY (a, b), KEY up (up), UNIQUE KEY aa (a))",
@@ -69,13 +73,13 @@ const char *const Common[] = {
 const char *const OfMariaDB[] = {
     "CREATE TABLE maria (u UUID PRIMARY KEY, i INET6, j JSON CHECK (json_valid(j)),"
     " d DATETIME DEFAULT current_timestamp() ON UPDATE current_timestamp(),"
-    " x VARCHAR(40) DEFAULT (CONCAT('a', 'b')))",
+    " x VARCHAR(40) DEFAULT (CONCAT('a', 'b')), KEY unused (d) IGNORED)",
     "INSERT INTO maria (u, i, j) VALUES ('123e4567-e89b-12d3-a456-426614174000', '::1', '{}')",
 };
 
 const char *const OfMySQL[] = {
     "CREATE TABLE oracle (id INT, x VARCHAR(40) DEFAULT (CONCAT('a', _utf8mb4'b')),"
-    " g POINT NOT NULL SRID 4326, v VECTOR(3))",
+    " g POINT NOT NULL SRID 4326, v VECTOR(3), KEY unused (id) INVISIBLE)",
     "INSERT INTO oracle (id, g, v) VALUES (1, ST_GeomFromText('POINT(1 2)', 4326),"
     " STRING_TO_VECTOR('[1,2,3]'))",
 };

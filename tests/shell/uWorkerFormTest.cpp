@@ -1,5 +1,6 @@
 #include "jobs/uWorkerForm.h"
 
+#include "core/uDacMySqlError.h"
 #include "core/uServerProfile.h"
 #include "jobs/uAppWorkers.h"
 #include "model/uDbmManager.h"
@@ -37,6 +38,17 @@ protected:
 
 private:
     const int FLines;
+};
+
+/// Fails with one statement of megabytes.
+class TFailing : public TWorker
+{
+public:
+    ~TFailing() override { WaitForEnd(); }
+    const QString FStatement = "INSERT INTO t VALUES ('" + QString(40 << 20, 'x') + "')";
+
+protected:
+    void Execute() override { throw EDacMySqlError(1153, "Too long.", FStatement); }
 };
 
 class TWorkerFormTest : public TServerTest
@@ -95,6 +107,21 @@ TEST_F(TWorkerFormTest, ItsLogIsSearchedCopiedAndSaved)
         EXPECT_TRUE(QString::fromUtf8(file.readAll()).contains("line 29\nline 30\n"));
         TGuiTools::Click(job, "butClose");
     });
+}
+
+TEST_F(TWorkerFormTest, AStatementOfMegabytesIsShownInPartAndCopiedWhole)
+{
+    TFailing job;
+    Driver.Expect("frmWorker", [&](QWidget *form) {
+        ASSERT_TRUE(TTestLoop::RunUntil([&] { return IsFinished(form); }));
+        EXPECT_LT(Log(form)->toPlainText().size(), 1 << 20);
+        EXPECT_TRUE(Log(form)->toPlainText().contains("Too long.\n---\nINSERT INTO t"));
+        EXPECT_TRUE(Log(form)->toPlainText().endsWith("xx')"));
+        TGuiTools::Click(form, "butCopy");
+        EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith("---\n" + job.FStatement));
+        TGuiTools::Click(form, "butClose");
+    });
+    TWorkerForm::ShowWorker(nullptr, job, "Failing");
 }
 
 TEST_F(TWorkerFormTest, CancelEndsAJobThatLooksAtTheRequest)

@@ -1,0 +1,320 @@
+#include "jobs/uDbmFileTexts.h"
+#include "jobs/uDbmTableCloner.h"
+#include "model/uDbmManager.h"
+#include "uJobRuns.h"
+#include "uTestPrint.h"
+
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+TEST(TDbmFileTextsTest, FitsBodiesForTheReaderOfFiles)
+{
+    const struct
+    {
+        const char *Body, *Fitted;
+        QStringList Losses;
+    } bodies[] = {
+        {"BEGIN\r\n  SELECT 'a; -- b';\n\n  /* c\nd */ SELECT 1; -- e\nEND", nullptr, {}},
+        {"BEGIN\n  -- it's\n  SELECT 1;\nEND", nullptr, {"comment lines"}},
+        {"BEGIN # a\n# 'b\nEND", nullptr, {"comment lines"}},
+        {"SELECT 'a\r\nb', `c\r\nd`", nullptr, {}},
+        {"SELECT 'a\nb'", "SELECT 'a\\nb'", {}},
+        {"SELECT \"a \r\nb\"", "SELECT \"a \\r\\nb\"", {}},
+        {"SELECT 'it''s\r\n-- b\\'\r\n'", "SELECT 'it''s\\r\\n-- b\\'\\r\\n'", {}},
+        {"SELECT 1 /* a\n  # b */", "SELECT 1 /* a   # b */", {}},
+        {"BEGIN\n  Delimiter_of(1);\nEND", "BEGIN\n  /**/Delimiter_of(1);\nEND", {}},
+    };
+    for (const auto &body : bodies) {
+        const QString fitted = TDbmFileTexts::Fitted(body.Body, true);
+        EXPECT_EQ(fitted, body.Fitted ? body.Fitted : body.Body);
+        EXPECT_EQ(TDbmFileTexts::Losses(fitted), body.Losses) << body.Body;
+    }
+    EXPECT_EQ(TDbmFileTexts::Fitted("SELECT '\\\n'", false), "SELECT '\\\n'");
+    EXPECT_EQ(TDbmFileTexts::Losses("SELECT '\\\n'"), QStringList{"line ends inside quoted texts"});
+    EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN\n  SELECT '$$';\nEND $$"), "$$");
+    EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN -- $$\n  SELECT 1; # //  \nEND"), "$$$");
+}
+
+class TJobExactnessTest : public TJobRunsTest
+{
+protected:
+    std::string Text() const
+    {
+        QFile file(File());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll().toStdString();
+    }
+    std::unique_ptr<TDbmManager> Workspace(const QString &charset = {}) const
+    {
+        TDbmConnectionProfile profile = ServerProfile(FDatabase->Server());
+        profile.Charset = charset;
+        auto manager = TDbmManager::Create();
+        manager->SetParams(profile);
+        manager->Connect();
+        return manager;
+    }
+    void Clone(TDbmManager &manager, const QString &from, const QString &to) const
+    {
+        TDbmTableCloner cloner;
+        cloner.Initialize(manager, Name(), to, Name(), from);
+        cloner.Execute();
+    }
+    void Reload()
+    {
+        FDatabase->Server().Exec("DROP DATABASE " + Name());
+        EXPECT_EQ(Load().Error.toStdString(), "");
+    }
+};
+
+TEST_P(TJobExactnessTest, TextsOutsideTheCharsetOfASessionTravelWhole)
+{
+    Exec("CREATE TABLE `таблица` (id VARCHAR(20) CHARACTER SET utf8mb4 PRIMARY KEY COMMENT '東京',"
+         " `имя` VARCHAR(20) CHARACTER SET utf8mb4 DEFAULT 'Ж', e ENUM('да', 'нет') CHARACTER SET"
+         " utf8mb4) COMMENT 'Пример'");
+    Exec("INSERT INTO `таблица` VALUES ('😀 東京', 'Пример', 'да'), ('caf\u00e9', 'it''s', NULL)");
+    Exec("CREATE TABLE plain (v VARCHAR(20) CHARACTER SET utf8mb4)");
+    Exec("INSERT INTO plain VALUES ('Пример'), ('caf\u00e9')");
+    Exec("CREATE FUNCTION f () RETURNS VARCHAR(20) CHARACTER SET utf8mb4 DETERMINISTIC RETURN"
+         " 'Пример'");
+    const QStringList before = Contents();
+
+    TDbmCreateSqlDumpWorker dump;
+    dump.FProfile = ServerProfile(Server());
+    dump.FDatabaseName = Name();
+    dump.FFileName = File();
+    dump.FCharset = "latin1";
+    EXPECT_EQ(Run(dump).Error, "");
+    EXPECT_THAT(Text(), HasSubstr("--\r\n\r\nSET NAMES 'latin1';\r\n"));
+    EXPECT_THAT(Text(), HasSubstr("    (_utf8mb4 0xD09FD180D0B8D0BCD0B5D180),\r\n"
+                                  "    ('caf\u00e9');\r\n\r\nALTER"));
+    EXPECT_THAT(Text(), HasSubstr("SET NAMES 'utf8mb4';\r\nCREATE TABLE `таблица`"));
+
+    const TTestDatabase copy(Server());
+    TDbmMigrateDatabaseWorker migrate;
+    migrate.FSourceProfile = migrate.FTargetProfile = ServerProfile(Server());
+    migrate.FSourceProfile.Charset = migrate.FTargetProfile.Charset = "latin1";
+    migrate.FSourceDatabaseName = Name();
+    migrate.FTargetDatabaseName = copy.Name();
+    const TJobRun run = Run(migrate);
+    EXPECT_EQ(run.Error, "");
+    EXPECT_TRUE(run.Has("Setting the charset to \"latin1\" on the target connection"));
+    ExpectSame(before, DumpDatabase::Contents(Server(), copy.Name()));
+
+    const auto workspace = Workspace("latin1");
+    Clone(*workspace, "plain", "plain_copy");
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM plain JOIN plain_copy USING (v)"), "2");
+    Exec("DROP TABLE plain_copy");
+    Reload();
+    ExpectSame(before, Contents());
+}
+
+TEST_P(TJobExactnessTest, BodiesOfProgramsArriveAsTheyWere)
+{
+    Exec("CREATE TABLE t (id INT)");
+    Exec("CREATE PROCEDURE odd () BEGIN\n  -- a comment\n  SELECT 'one \n\n# two\n-- three';\n"
+         "  SELECT 1; # $$\n  SELECT 2;\nEND");
+    Exec("CREATE FUNCTION `lines` () RETURNS VARCHAR(40) DETERMINISTIC RETURN 'one \n\n# two\n-- "
+         "three'");
+    Exec("CREATE TRIGGER tr BEFORE INSERT ON t FOR EACH ROW BEGIN\n\n  # none\n  SET @x = 'a\nb';\n"
+         "END");
+    Exec("SET sql_mode = 'ANSI_QUOTES,PIPES_AS_CONCAT,NO_BACKSLASH_ESCAPES';"
+         " CREATE FUNCTION joined () RETURNS VARCHAR(20) DETERMINISTIC RETURN 'a\\' || 'b'");
+    Exec("SET sql_mode = ''; CREATE PROCEDURE lenient () SELECT 1");
+    const QString programs = "SELECT routine_name, routine_definition, sql_mode FROM"
+                             " information_schema.routines WHERE routine_schema = '%1' UNION ALL"
+                             " SELECT trigger_name, action_statement, sql_mode FROM"
+                             " information_schema.triggers WHERE trigger_schema = '%1' ORDER BY 1";
+    const TTestDatabase copy(Server());
+    TJobRun run = Migrate(copy);
+    EXPECT_EQ(run.Error, "");
+    EXPECT_EQ(copy.Rows(programs.arg(copy.Name())), FDatabase->Rows(programs.arg(Name())));
+    EXPECT_THAT(run.Lines.join('\n').toStdString(), Not(HasSubstr("comment lines")));
+
+    run = Dump();
+    EXPECT_EQ(run.Error, "");
+    for (const char *line :
+         {"comment lines of procedure \"odd\"", "comment lines of trigger \"tr\"",
+          "sql_mode \"\" of procedure \"lenient\""})
+        EXPECT_THAT(run.LeftOut(), Contains(QString("Left out: ") + line));
+    Reload();
+    EXPECT_EQ(Value("SELECT joined()"), "a\\b");
+    EXPECT_EQ(Value("SELECT `lines`()"), "one \n\n# two\n-- three");
+    EXPECT_EQ(Value("SET @x = ''; INSERT INTO t VALUES (1); SELECT @x"), "a\nb");
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM information_schema.routines WHERE routine_schema = '" +
+                    Name() + '\''),
+              "4");
+}
+
+TEST_P(TJobExactnessTest, WhatATableHasIsCarriedOrNamed)
+{
+    Exec("CREATE TABLE o (id INT) ENGINE=MyISAM MAX_ROWS=50 MIN_ROWS=5 AVG_ROW_LENGTH=7"
+         " CHECKSUM=1 PACK_KEYS=1 DELAY_KEY_WRITE=1 COMMENT='MAX_ROWS=1 STATS_PERSISTENT=1'");
+    Exec("CREATE TABLE last_one (id INT) ENGINE=MyISAM CHECKSUM=1");
+    Exec("CREATE TABLE c (v VARCHAR(20) CHARACTER SET utf8mb4 DEFAULT _utf8mb4 0x6101620C0A27) "
+         "COMMENT 'a\x02z'");
+    const TJobRun run = Dump();
+    QStringList named{"option MAX_ROWS of table \"o\"", "option MIN_ROWS of table \"o\"",
+                      "option AVG_ROW_LENGTH of table \"o\"",
+                      "control characters in the definition of table \"c\""};
+    for (QString &line : named)
+        line.prepend("Left out: ");
+    EXPECT_THAT(run.LeftOut(), testing::UnorderedElementsAreArray(named));
+    Reload();
+    const QString options = Value("SELECT create_options FROM information_schema.tables WHERE"
+                                  " table_schema = '" +
+                                  Name() + "' AND table_name = 'o'");
+    for (const char *option : {"checksum=1", "pack_keys=1", "delay_key_write=1"})
+        EXPECT_THAT(options.toStdString(), HasSubstr(option));
+    EXPECT_EQ(FDatabase->Rows("SHOW CREATE TABLE last_one").value(0).value(1).count("CHECKSUM=1"),
+              1);
+    Exec("INSERT INTO c VALUES (DEFAULT)");
+    EXPECT_EQ(Value("SELECT HEX(v) FROM c"), "6101620C0A27");
+}
+
+TEST_P(TJobExactnessTest, ACollationIsReplacedOnlyWhereItIsUnknown)
+{
+    const QString collation =
+        GetParam() == skMySQL ? "utf8mb4_0900_as_cs" : "utf8mb4_uca1400_as_cs";
+    Exec("CREATE TABLE t (v VARCHAR(20) COLLATE utf8mb4_bin, w VARCHAR(20)) COLLATE=" + collation);
+    const TTestDatabase copy(Server());
+    const TJobRun run = Migrate(copy);
+    EXPECT_EQ(run.Error, "");
+    EXPECT_EQ(run.LeftOut(), QStringList());
+    ExpectSame(Contents(), DumpDatabase::Contents(Server(), copy.Name()));
+}
+
+TEST_P(TJobExactnessTest, ACopiedTableLeavesTheSessionOfTheWorkspaceAsItWas)
+{
+    Exec("SET sql_mode = ''; CREATE TABLE t (d DATE NOT NULL DEFAULT '0000-00-00',"
+         " ts TIMESTAMP NULL DEFAULT NULL, v VARCHAR(20), n INT AUTO_INCREMENT PRIMARY KEY);"
+         " INSERT INTO t VALUES (DEFAULT, '2024-01-01 12:00:00', 'it''s \\\\ \"', 5)");
+    const auto workspace = Workspace();
+    const QString mode = "STRICT_ALL_TABLES,NO_ZERO_IN_DATE,NO_ZERO_DATE,NO_BACKSLASH_ESCAPES,"
+                         "ANSI_QUOTES";
+    workspace->Command().ExecScript("SET SESSION sql_mode = '" + mode + '\'');
+    workspace->Command().ExecScript("SET SESSION time_zone = '+02:00'");
+    const auto session = [&] {
+        QString text;
+        workspace->Command().ExecuteQuery(
+            "SELECT CONCAT(@@SESSION.sql_mode, ' ', @@SESSION.time_zone)",
+            [&](TDataSet *rows) { text = rows->FieldAt(0).AsString(); });
+        return text;
+    };
+    const QString before = session();
+    Clone(*workspace, "t", "t_copy");
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM t JOIN t_copy USING (d, ts, v, n)"), "1");
+    EXPECT_EQ(session(), before);
+    EXPECT_ANY_THROW(Clone(*workspace, "t", "t_copy"));
+    EXPECT_EQ(session(), before);
+}
+
+ON_BOTH_SERVERS(TJobExactnessTest);
+
+/// A server of its own, in a time zone in which an hour comes twice, whose sessions read quotes and
+/// backslashes in another way.
+class TOtherServerTest : public TJobExactnessTest
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        qputenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
+        Other = TTestServer::Start({"--sql-mode=ANSI_QUOTES,NO_BACKSLASH_ESCAPES"});
+        qunsetenv("TZ");
+    }
+    static void TearDownTestSuite() { Other.reset(); }
+    void SetUp() override
+    {
+        TMainThread::Initialize();
+        FDatabase = std::make_unique<TTestDatabase>(*Other);
+    }
+    TJobRun Dump() const
+    {
+        TDbmCreateSqlDumpWorker worker;
+        worker.FProfile = ServerProfile(*Other);
+        worker.FDatabaseName = Name();
+        worker.FFileName = File();
+        return Run(worker);
+    }
+    TJobRun MigrateTo(const TTestServer &server, const QString &database) const
+    {
+        TDbmMigrateDatabaseWorker worker;
+        worker.FSourceProfile = ServerProfile(*Other);
+        worker.FTargetProfile = ServerProfile(server);
+        worker.FSourceDatabaseName = Name();
+        worker.FTargetDatabaseName = database;
+        return Run(worker);
+    }
+    static inline std::unique_ptr<TTestServer> Other;
+};
+
+INSTANTIATE_TEST_SUITE_P(Own, TOtherServerTest, testing::Values(skMariaDB), ServerName);
+
+TEST_P(TOtherServerTest, AMomentStaysTheMomentThatItWas)
+{
+    Exec("CREATE TABLE t (ts TIMESTAMP NOT NULL DEFAULT '2024-07-01 12:00:00', UNIQUE KEY ts (ts));"
+         " SET time_zone = '+00:00'; INSERT INTO t VALUES ('2024-10-27 00:30:00'),"
+         " ('2024-10-27 01:30:00')");
+    Exec("CREATE EVENT e ON SCHEDULE EVERY 1 DAY STARTS '2037-07-01 00:00:00' DISABLE DO SET @x ="
+         " 1");
+    const QString moments =
+        "SELECT GROUP_CONCAT(UNIX_TIMESTAMP(ts) ORDER BY UNIX_TIMESTAMP(ts)) FROM t";
+    const QString starts = "SELECT starts FROM information_schema.events WHERE event_schema = "
+                           "DATABASE()";
+    const QString before = Value(moments);
+    EXPECT_EQ(before, "1729989000,1729992600");
+    EXPECT_EQ(Dump().Error, "");
+    EXPECT_THAT(Text(), HasSubstr("SET SESSION time_zone = '+00:00';\r\n\r\nCREATE TABLE `t`"));
+    TTestServer &server = TTestServer::Instance();
+    const QString copy = "moments_of_" + Name();
+    server.Exec("DROP DATABASE IF EXISTS " + copy);
+    for (const TTestServer *target : {&server, Other.get()}) {
+        EXPECT_EQ(MigrateTo(*target, copy).Error, "");
+        EXPECT_EQ(target->Value(moments, copy), before);
+        EXPECT_EQ(target->Value(starts, copy), "2037-07-01 00:00:00");
+        target->Exec("INSERT INTO t VALUES (DEFAULT)", copy);
+        EXPECT_EQ(target->Value("SELECT UNIX_TIMESTAMP(MIN(ts)) FROM t", copy), "1719828000");
+        target->Exec("DROP DATABASE " + copy);
+    }
+    const auto workspace = Workspace();
+    Clone(*workspace, "t", "t_copy");
+    EXPECT_EQ(Value(moments + "_copy"), before);
+    TDbmExecuteSqlDumpWorker load;
+    load.FProfile = ServerProfile(server);
+    load.FFileName = File();
+    EXPECT_EQ(Run(load).Error, "");
+    EXPECT_EQ(server.Value(moments, Name()), before);
+    server.Exec("DROP DATABASE " + Name());
+
+    Exec("DROP TABLE t, t_copy; CREATE TABLE t (d DATETIME)");
+    EXPECT_EQ(Dump().Error, "");
+    EXPECT_THAT(Text(), Not(HasSubstr("time_zone")));
+}
+
+TEST_P(TOtherServerTest, QuotesAndBackslashesAreReadAsTheyWereWritten)
+{
+    Exec("CREATE TABLE t (v VARCHAR(40) PRIMARY KEY, e ENUM('a\\', 'it''s') DEFAULT 'it''s')"
+         " COMMENT 'it''s \"\\n\"'");
+    Exec("INSERT INTO t VALUES ('a\\', 1), ('it''s \"x\"', 2), ('\\''', NULL)");
+    Exec("CREATE VIEW v AS SELECT v AS \"w\", 'it''s \\n' AS s FROM t");
+    Exec("CREATE FUNCTION f () RETURNS VARCHAR(20) DETERMINISTIC RETURN 'it''s\\n'");
+    const QString values = "SELECT GROUP_CONCAT(HEX(v), e ORDER BY v) FROM t";
+    const QString copy = Name() + "_copy";
+    for (int run = 0; run < 2; ++run)
+        EXPECT_EQ(MigrateTo(*Other, copy).Error, "");
+    EXPECT_EQ(Other->Value(values, copy), Value(values));
+    EXPECT_EQ(Other->Value("SELECT HEX(CONCAT(f(), MIN(s))) FROM v", copy),
+              Value("SELECT HEX(CONCAT(f(), MIN(s))) FROM v"));
+    EXPECT_EQ(Other->Value("SELECT table_comment FROM information_schema.tables WHERE table_name ="
+                           " 't' AND table_schema = DATABASE()",
+                           copy),
+              "it's \"\\n\"");
+    Other->Exec("DROP DATABASE " + copy);
+    const auto workspace = Workspace();
+    Clone(*workspace, "t", "t_copy");
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM t JOIN t_copy USING (v)"), "3");
+}
+
+} // namespace
