@@ -9,8 +9,6 @@
 #include "tools/uDatasetWalk.h"
 
 #include <QBuffer>
-#include <QDateTime>
-#include <QLocale>
 #include <cstring>
 
 namespace {
@@ -21,6 +19,26 @@ constexpr char LineEnd[] = "\r\n";
 QByteArray Encoded(char16_t c)
 {
     return c == 0 ? QByteArray() : QString(QChar(c)).toUtf8();
+}
+
+int Number(QByteArrayView text, qsizetype at, qsizetype size)
+{
+    int value = 0;
+    for (const char digit : text.sliced(at, size))
+        value = value * 10 + (digit - '0');
+    return value;
+}
+
+// Of a text like "2024-02-29 13:05:00", the time may be missing.
+TDateTimeParts PartsOf(QByteArrayView text)
+{
+    TDateTimeParts parts{Number(text, 0, 4), Number(text, 5, 2), Number(text, 8, 2)};
+    if (text.size() >= 19) {
+        parts.Hour = Number(text, 11, 2);
+        parts.Minute = Number(text, 14, 2);
+        parts.Second = Number(text, 17, 2);
+    }
+    return parts;
 }
 
 } // namespace
@@ -83,6 +101,7 @@ void TDatasetExportText::WriteHeader(const std::vector<TFieldInfo> &fields)
 {
     FDelimiter = Encoded(FOptions.FieldDelimiter);
     FQualifier = Encoded(FOptions.TextQualifier);
+    ReadSettings();
     FFields = fields;
     FKinds.clear();
     FBlock.resize(BlockSize * 2);
@@ -95,6 +114,24 @@ void TDatasetExportText::WriteHeader(const std::vector<TFieldInfo> &fields)
     for (const TFieldInfo &field : FFields)
         Append(field.Name.toUtf8() + FDelimiter);
     Append(LineEnd);
+}
+
+void TDatasetExportText::ReadSettings()
+{
+    fs = FSystem;
+    if (!FOptions.DefaultRegionalSettings) {
+        if (!FOptions.DateFormat.isEmpty())
+            fs.ShortDateFormat = FOptions.DateFormat;
+        fs.DateSeparator = QString::fromUtf8(Encoded(FOptions.DateDelimiter));
+        fs.TimeSeparator = QString::fromUtf8(Encoded(FOptions.TimeDelimiter));
+        if (FOptions.DecimalDelimiter != 0)
+            fs.DecimalSeparator = QChar(FOptions.DecimalDelimiter);
+    }
+    FDateFormat = TDateTimeFormat::OfDate(fs);
+    FTimeFormat = TDateTimeFormat::OfTime(fs);
+    FDecimal = fs.DecimalSeparator.toUtf8();
+    FHasPoint = FDecimal == ".";
+    FIsServersDates = fs.IsServers();
 }
 
 void TDatasetExportText::WriteFooter()
@@ -195,10 +232,9 @@ void TDatasetExportText::AppendCell(size_t column, QByteArrayView bytes)
         AppendValue(TFieldValue::Value(FFields[column], bytes), FFields[column]);
 }
 
-// What comes out as the server sent it needs no value made of it.
+// What the server's text tells of itself needs no value made of it.
 bool TDatasetExportText::TryAppendRaw(TKind kind, QByteArrayView bytes)
 {
-    const bool isDefault = FOptions.DefaultRegionalSettings;
     switch (kind) {
     case ekPlain:
         if (bytes.size() > 1 && bytes[0] == '0')
@@ -206,29 +242,31 @@ bool TDatasetExportText::TryAppendRaw(TKind kind, QByteArrayView bytes)
         Append(bytes);
         return true;
     case ekFloat:
-        if (TRawValues::IsLongNumber(bytes))
-            AppendText(bytes);
-        else if (isDefault && TRawValues::IsPlainFloat(bytes))
-            Append(bytes);
-        else
+        if (!TRawValues::IsLongNumber(bytes) && !TRawValues::IsPlainFloat(bytes))
             return false;
+        AppendNumber(bytes);
+        return true;
+    case ekDecimal:
+        AppendNumber(bytes);
         return true;
     case ekDate:
-        if (!isDefault || !TRawValues::IsOrdinaryDay(bytes) || bytes.size() > 19 ||
-            bytes.endsWith(" 00:00:00"))
+        if (!TRawValues::IsOrdinaryDay(bytes) || (bytes.size() != 10 && bytes.size() != 19))
             return false;
-        Append(bytes);
+        if (FIsServersDates && !bytes.endsWith(" 00:00:00"))
+            Append(bytes);
+        else
+            AppendDateTime(PartsOf(bytes), true,
+                           bytes.size() == 19 && !bytes.endsWith(" 00:00:00"));
         return true;
     case ekText:
         if (TRawValues::CountUnits(bytes) < 0)
             return false;
         AppendText(bytes);
         return true;
-    case ekDecimal:
-        AppendText(bytes);
-        return true;
     case ekBytes:
-        if (!bytes.isEmpty())
+        if (bytes.isEmpty())
+            AppendText(bytes);
+        else
             AppendHex(bytes);
         return true;
     case ekOther:
@@ -239,75 +277,54 @@ bool TDatasetExportText::TryAppendRaw(TKind kind, QByteArrayView bytes)
 
 void TDatasetExportText::AppendText(QByteArrayView text)
 {
-    if (text.isEmpty())
-        return;
     Append(FQualifier);
     Append(text);
     Append(FQualifier);
 }
 
+void TDatasetExportText::AppendNumber(QByteArrayView digits)
+{
+    const qsizetype point = FHasPoint ? -1 : digits.indexOf('.');
+    if (point < 0) {
+        Append(digits);
+        return;
+    }
+    Append(digits.first(point));
+    Append(FDecimal);
+    Append(digits.sliced(point + 1));
+}
+
 void TDatasetExportText::AppendValue(const TVariant &value, const TFieldInfo &field)
 {
     if (value.IsDateTime())
-        Append(DateTimeText(value.As<TDateTime>()).toUtf8());
+        AppendDateTime(value.As<TDateTime>());
+    // A number that no variant holds exactly comes as a text.
+    else if (field.IsNumeric() || value.IsDouble())
+        AppendNumber(value.ToString().toUtf8());
     else if (value.IsString())
         AppendText(value.As<QString>().toUtf8());
     else if (value.IsBool())
         Append(value.As<bool>() ? "-1" : "0");
     else if (value.IsBytes())
         Append(TFieldValue::EditText(field, value.As<QByteArray>()).toUtf8());
-    else if (value.IsDouble() && !FOptions.DefaultRegionalSettings)
-        Append(value.ToString()
-                   .replace(".", FOptions.DecimalDelimiter
-                                     ? QString(QChar(FOptions.DecimalDelimiter))
-                                     : QString())
-                   .toUtf8());
     else
         Append(value.ToString().toUtf8());
 }
 
-QString TDatasetExportText::DateTimeText(TDateTime value) const
+void TDatasetExportText::AppendDateTime(TDateTime value)
 {
-    if (FOptions.DefaultRegionalSettings)
-        return TVariant(value).ToString();
-    const QDateTime local = value.ToQDateTime();
-    QString time = value.TimeText();
-    if (FOptions.TimeDelimiter != 0)
-        time.replace(u':', QChar(FOptions.TimeDelimiter));
-    else
-        time.remove(u':');
-    if (!value.HasDate())
-        return time;
-    const QString date = DateText(local.date());
-    return value.HasTime() ? date + u' ' + time : date;
+    AppendDateTime(PartsOf(value.DateTimeText().toLatin1()), value.HasDate(),
+                   value.HasTime() || !value.HasDate());
 }
 
-QString TDatasetExportText::DateText(const QDate &date) const
+void TDatasetExportText::AppendDateTime(const TDateTimeParts &parts, bool hasDate, bool hasTime)
 {
-    QString text;
-    const QString &format = FOptions.DateFormat;
-    for (qsizetype i = 0; i < format.size();) {
-        const QChar c = format[i].toLower();
-        qsizetype end = i;
-        while (end < format.size() && format[end].toLower() == c)
-            ++end;
-        const int count = static_cast<int>(end - i);
-        if (c == u'm' && count > 2) {
-            text += QLocale::system().monthName(date.month(), count == 3 ? QLocale::ShortFormat
-                                                                         : QLocale::LongFormat);
-        } else if (c == u'd' || c == u'm') {
-            const int part = c == u'd' ? date.day() : date.month();
-            text += QString::number(part).rightJustified(qMin(count, 2), u'0');
-        } else if (c == u'y') {
-            const QString year = QString::number(date.year()).rightJustified(4, u'0');
-            text += count <= 2 ? year.right(2) : year;
-        } else if (c == u'/') {
-            text +=
-                FOptions.DateDelimiter ? QString(count, QChar(FOptions.DateDelimiter)) : QString();
-        } else {
-            text += format.mid(i, count);
-        }
-        i = end;
-    }
-    return text;
+    FDateTime.clear();
+    if (hasDate)
+        FDateFormat.AppendTo(FDateTime, parts);
+    if (hasDate && hasTime)
+        FDateTime += ' ';
+    if (hasTime)
+        FTimeFormat.AppendTo(FDateTime, parts);
+    Append(FDateTime);
 }

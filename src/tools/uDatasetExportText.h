@@ -2,23 +2,22 @@
 
 #include "client/uMyQuery.h"
 #include "support/uVariant.h"
+#include "tools/uFormatSettings.h"
 
 #include <QIODevice>
 #include <QString>
 #include <vector>
-
-class QDate;
 
 struct TDatasetExportTextOptions
 {
     bool ColumnTitles = false;
     char16_t FieldDelimiter = u'\t';     // 0 for none
     char16_t TextQualifier = 0;          // 0 for none
-    bool DefaultRegionalSettings = true; // ISO dates and a decimal point; the rest has no effect
-    QString DateFormat; // d, m and y, one to four of each; "/" stands for the date delimiter
+    bool DefaultRegionalSettings = true; // the system's; the rest has no effect
+    QString DateFormat;                  // as in TFormatSettings; empty for the system's
     char16_t DateDelimiter = 0;
     char16_t TimeDelimiter = 0;
-    char16_t DecimalDelimiter = 0;
+    char16_t DecimalDelimiter = 0; // 0 for the system's: without one 1.5 would become 15
 };
 
 /// Walks a dataset and writes it to a stream, row by row. Leaves the dataset on its first row. A
@@ -48,11 +47,12 @@ private:
 };
 
 /// Delimited text. Deliberate: the delimiter follows every field, the last one too, and a qualifier
-/// inside a text is not doubled.
+/// inside a text is not doubled. A NULL has no qualifier, an empty text has it twice.
 class TDatasetExportText : public TDatasetExportBase
 {
 public:
     TDatasetExportTextOptions FOptions;
+    TFormatSettings FSystem = TFormatSettings::System();
 
 protected:
     void WriteHeader(const std::vector<TFieldInfo> &fields) override;
@@ -74,8 +74,11 @@ private:
     void AppendCell(size_t column, QByteArrayView bytes);
     void AppendValue(const TVariant &value, const TFieldInfo &field);
     void AppendText(QByteArrayView text);
-    QString DateTimeText(TDateTime value) const;
-    QString DateText(const QDate &date) const;
+    /// The digits as the server sent them, with the settings' decimal separator.
+    void AppendNumber(QByteArrayView digits);
+    void AppendDateTime(TDateTime value);
+    void AppendDateTime(const TDateTimeParts &parts, bool hasDate, bool hasTime);
+    void ReadSettings();
 
     std::vector<TFieldInfo> FFields;
     std::vector<TKind> FKinds;
@@ -83,4 +86,11 @@ private:
     qsizetype FUsed = 0;    // bytes of it
     qint64 FEditedRow = -1; // reads otherwise than the server sent it
     QByteArray FDelimiter, FQualifier;
+
+    TFormatSettings fs;
+    TDateTimeFormat FDateFormat, FTimeFormat;
+    QByteArray FDecimal;
+    QByteArray FDateTime;  // the one being made
+    bool FHasPoint = true; // a decimal point, as the server sends
+    bool FIsServersDates = false;
 };

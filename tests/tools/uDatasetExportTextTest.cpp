@@ -10,6 +10,11 @@ namespace {
 class TDatasetExportTextTest : public TToolsTest
 {
 protected:
+    void SetUp() override
+    {
+        TToolsTest::SetUp();
+        FExport.FSystem = TFormatSettings::Of(QLocale::c());
+    }
     QString Text(const QString &sql)
     {
         const auto query = Open(sql);
@@ -35,7 +40,7 @@ TEST_F(TDatasetExportTextTest, EachFieldIsFollowedByTheDelimiter)
     FExport.FOptions.ColumnTitles = true;
     FExport.FOptions.FieldDelimiter = u';';
     FExport.FOptions.TextQualifier = u'\'';
-    EXPECT_EQ(Text(sql), "id;t;n;\r\n1;'it's';;\r\n2;;'é東';\r\n");
+    EXPECT_EQ(Text(sql), "id;t;n;\r\n1;'it's';;\r\n2;'';'é東';\r\n");
     FExport.FOptions.FieldDelimiter = 0;
     FExport.FOptions.TextQualifier = 0;
     EXPECT_EQ(Text(sql), "idtn\r\n1it's\r\n2é東\r\n");
@@ -46,20 +51,63 @@ TEST_F(TDatasetExportTextTest, EachFieldIsFollowedByTheDelimiter)
 
 TEST_F(TDatasetExportTextTest, ValuesKeepWhatTheyAre)
 {
-    Exec("CREATE TABLE v (f DOUBLE, d DECIMAL(30,2), u BIGINT UNSIGNED, z INT(5) ZEROFILL,"
-         " dt DATETIME, da DATE, ti TIME, b BLOB, bi BIT(4))");
-    Exec("INSERT INTO v VALUES (0.5, 12345678901234567890.12, 18446744073709551615, 42,"
-         " '2024-02-29 13:05:00', '2024-02-09', '01:02:03', x'00ff', b'101')");
+    Exec("CREATE TABLE v (f DOUBLE, lf DOUBLE, d DECIMAL(30,2), u BIGINT UNSIGNED,"
+         " z INT(5) ZEROFILL, dt DATETIME, da DATE, ti TIME, b BLOB, eb BLOB, bi BIT(4))");
+    Exec("INSERT INTO v VALUES (0.5, 0.12345678901234568, 12345678901234567890.12,"
+         " 18446744073709551615, 42, '2024-02-29 13:05:00', '2024-02-09', '01:02:03', x'00ff', '',"
+         " b'101')");
+    FExport.FOptions.TextQualifier = u'"';
     EXPECT_EQ(Text("SELECT * FROM v"),
-              "0.5\t12345678901234567890.12\t18446744073709551615\t42\t2024-02-29 13:05:00\t"
-              "2024-02-09\t01:02:03\t0x00FF\t5\t\r\n");
+              "0.5\t0.12345678901234568\t12345678901234567890.12\t18446744073709551615\t42\t"
+              "2024-02-29 13:05:00\t2024-02-09\t01:02:03\t0x00FF\t\"\"\t5\t\r\n");
     FExport.FOptions.DefaultRegionalSettings = false;
     FExport.FOptions.DateFormat = "d/mm/yy";
     FExport.FOptions.DateDelimiter = u'.';
     FExport.FOptions.TimeDelimiter = u'h';
     FExport.FOptions.DecimalDelimiter = u',';
-    EXPECT_EQ(Text("SELECT f, dt, da, ti FROM v"),
-              "0,5\t29.02.24 13h05h00\t9.02.24\t01h02h03\t\r\n");
+    EXPECT_EQ(Text("SELECT f, lf, d, u, dt, da, ti, 'a.b' FROM v"),
+              "0,5\t0,12345678901234568\t12345678901234567890,12\t18446744073709551615\t"
+              "29.02.24 13h05h00\t9.02.24\t01h02h03\t\"a.b\"\t\r\n");
+    // Nothing typed: the numbers keep their point, and dates their format.
+    FExport.FOptions.DecimalDelimiter = 0;
+    FExport.FOptions.DateFormat.clear();
+    EXPECT_EQ(Text("SELECT f, d, da FROM v"), "0.5\t12345678901234567890.12\t2024.02.09\t\r\n");
+}
+
+TEST_F(TDatasetExportTextTest, TheSystemsFormatsAreTheDefault)
+{
+    struct TRow
+    {
+        const char *Locale;
+        QString Expected;
+    };
+    // The 29th is no day that every month has, so it takes another way through the code.
+    const QString sql = "SELECT 1.5, 2.5e0, CAST('2024-02-09 13:05:07' AS DATETIME),"
+                        " CAST('2024-02-29' AS DATE), CAST('2024-02-29 00:07:00' AS DATETIME),"
+                        " CAST('2024-02-10 00:00:00' AS DATETIME), CAST('11:02:03' AS TIME)";
+    const TRow rows[] = {
+        {"de_DE", "1,5;2,5;09.02.2024 13:05:07;29.02.2024;29.02.2024 00:07:00;10.02.2024;"
+                  "11:02:03;\r\n"},
+        {"en_US", "1.5;2.5;2/9/2024 1:05:07 PM;2/29/2024;2/29/2024 12:07:00 AM;2/10/2024;"
+                  "11:02:03 AM;\r\n"},
+        {"sv_SE", "1,5;2,5;2024-02-09 13:05:07;2024-02-29;2024-02-29 00:07:00;2024-02-10;"
+                  "11:02:03;\r\n"},
+        {"fr_CA", "1,5;2,5;2024-02-09 13 h 05 min 07 s;2024-02-29;2024-02-29 00 h 07 min 00 s;"
+                  "2024-02-10;11 h 02 min 03 s;\r\n"},
+    };
+    FExport.FOptions.FieldDelimiter = u';';
+    for (const TRow &row : rows) {
+        FExport.FSystem = TFormatSettings::Of(QLocale(row.Locale));
+        FExport.FOptions.DefaultRegionalSettings = true;
+        EXPECT_EQ(Text(sql), row.Expected) << row.Locale;
+        // What the dialog shows as defaults gives the same file.
+        FExport.FOptions.DefaultRegionalSettings = false;
+        FExport.FOptions.DateFormat = FExport.FSystem.ShortDateFormat;
+        FExport.FOptions.DateDelimiter = FExport.FSystem.DateSeparator[0].unicode();
+        FExport.FOptions.TimeDelimiter = FExport.FSystem.TimeSeparator[0].unicode();
+        FExport.FOptions.DecimalDelimiter = FExport.FSystem.DecimalSeparator[0].unicode();
+        EXPECT_EQ(Text(sql), row.Expected) << row.Locale;
+    }
 }
 
 TEST_F(TDatasetExportTextTest, AStreamThatRefusesIsAnError)

@@ -8,8 +8,6 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QLocale>
-#include <QRegularExpression>
 #include <QVBoxLayout>
 
 namespace {
@@ -19,29 +17,6 @@ const QString Section = QStringLiteral("export_cvs_options");
 enum TDelimiter { fdTab, fdSemicolon, fdComma, fdSpace, fdNone, fdCustom };
 constexpr char16_t Delimiters[] = {u'\t', u';', u',', u' ', 0};
 constexpr char16_t Qualifiers[] = {0, u'\'', u'"'};
-
-// The formats of the platform. A platform without a country has dates as the server writes them.
-struct TPlatform
-{
-    QString DateFormat = "yyyy/mm/dd";
-    QString DateDelimiter = "-";
-    QString TimeDelimiter = ":";
-    QString DecimalDelimiter = ".";
-
-    TPlatform()
-    {
-        const QLocale locale = QLocale::system();
-        if (locale.language() == QLocale::C)
-            return;
-        DecimalDelimiter = locale.decimalPoint();
-        static const QRegularExpression separator("[^A-Za-z]");
-        const QString date = locale.dateFormat(QLocale::ShortFormat).toLower();
-        const auto found = separator.match(date);
-        DateDelimiter = found.captured();
-        DateFormat = DateDelimiter.isEmpty() ? date : QString(date).replace(DateDelimiter, "/");
-        TimeDelimiter = separator.match(locale.timeFormat(QLocale::ShortFormat)).captured();
-    }
-};
 
 char16_t FirstChar(const QString &text)
 {
@@ -114,7 +89,7 @@ QLineEdit *TExportCVSOptionsDialogFrame::AddEdit(QFormLayout *form, const char *
 void TExportCVSOptionsDialogFrame::ReadConfig()
 {
     const TConfig &config = TAppConfig::Config();
-    const TPlatform platform;
+    const TFormatSettings platform = TFormatSettings::System();
     const auto text = [&](const char *name, const QString &def) {
         return config.GetValue(Section, name, def);
     };
@@ -128,10 +103,10 @@ void TExportCVSOptionsDialogFrame::ReadConfig()
     // Deliberate: the property is set when the settings are those of the platform.
     chkRegSettingCustom->setChecked(!config.GetValue(Section, "custom_regional_settings", true));
     grpRegionalSettings->setVisible(chkRegSettingCustom->isChecked());
-    edDateFormat->setText(text("date_format", platform.DateFormat));
-    edDateDelimiter->setText(text("date_delimiter", platform.DateDelimiter));
-    edTimeDelimiter->setText(text("time_delimiter", platform.TimeDelimiter));
-    edDecimalDelimiter->setText(text("decimal_delimiter", platform.DecimalDelimiter));
+    edDateFormat->setText(text("date_format", platform.ShortDateFormat));
+    edDateDelimiter->setText(text("date_delimiter", platform.DateSeparator));
+    edTimeDelimiter->setText(text("time_delimiter", platform.TimeSeparator));
+    edDecimalDelimiter->setText(text("decimal_delimiter", platform.DecimalSeparator));
 }
 
 void TExportCVSOptionsDialogFrame::WriteConfig() const
@@ -165,7 +140,7 @@ void TExportCVSOptionsDialogFrame::DoProcess()
 {
     WriteConfig();
     const bool isCustom = chkRegSettingCustom->isChecked();
-    const TPlatform platform;
+    const TFormatSettings platform = TFormatSettings::System();
     const auto chosen = [&](const QLineEdit *edit, const QString &def) {
         return isCustom ? edit->text() : def;
     };
@@ -173,8 +148,8 @@ void TExportCVSOptionsDialogFrame::DoProcess()
     FOptions.TextQualifier = Qualifiers[cbxTextQualifier->currentIndex()];
     FOptions.ColumnTitles = chkColumnTitles->isChecked();
     FOptions.DefaultRegionalSettings = !isCustom;
-    FOptions.DateFormat = chosen(edDateFormat, platform.DateFormat);
-    FOptions.DateDelimiter = FirstChar(chosen(edDateDelimiter, platform.DateDelimiter));
-    FOptions.TimeDelimiter = FirstChar(chosen(edTimeDelimiter, platform.TimeDelimiter));
-    FOptions.DecimalDelimiter = FirstChar(chosen(edDecimalDelimiter, platform.DecimalDelimiter));
+    FOptions.DateFormat = chosen(edDateFormat, platform.ShortDateFormat);
+    FOptions.DateDelimiter = FirstChar(chosen(edDateDelimiter, platform.DateSeparator));
+    FOptions.TimeDelimiter = FirstChar(chosen(edTimeDelimiter, platform.TimeSeparator));
+    FOptions.DecimalDelimiter = FirstChar(chosen(edDecimalDelimiter, platform.DecimalSeparator));
 }
