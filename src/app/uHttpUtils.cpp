@@ -103,3 +103,9 @@ void THttpUtils::Abort()
     for (QEventLoop *loop : std::as_const(Requests().Loops))
         QMetaObject::invokeMethod(loop, "quit", Qt::QueuedConnection);
 }
+
+void THttpUtils::Resume()
+{
+    const std::lock_guard lock(Requests().Mutex);
+    Requests().Closed = false;
+}

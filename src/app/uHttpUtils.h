@@ -14,6 +14,8 @@ public:
     /// The body of the answer. Raises EException when the request fails.
     static QByteArray Get(const QString &address);
 
-    /// Ends requests that are under way and refuses new ones; called once, as the program ends.
+    /// Ends requests that are under way and refuses new ones, as the program ends.
     static void Abort();
+    /// Lets requests go out again.
+    static void Resume();
 };

@@ -33,6 +33,7 @@ void TAppStart::Prepare()
     QApplication::setApplicationName("korvane");
     QApplication::setDesktopFileName("korvane");
     TMainThread::Initialize();
+    THttpUtils::Resume();
     TIcons::SetFolder(TAppPathUtils::ImagesFolder());
     TAppStyle::Apply(*qApp);
     TGuard::Run([] { TAppPathUtils::CreateFolders(); });

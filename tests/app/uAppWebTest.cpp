@@ -5,61 +5,13 @@
 #include "jobs/uWorkerThreads.h"
 #include "support/uException.h"
 #include "support/uMainThread.h"
+#include "uTestHttpServer.h"
 #include "uTestLoop.h"
 
-#include <QTcpServer>
-#include <QTcpSocket>
 #include <QUrl>
 #include <gtest/gtest.h>
 
 namespace {
-
-/// Answers each request with the next text; an empty one leaves the client waiting.
-class THttpServer : public QTcpServer
-{
-public:
-    THttpServer()
-    {
-        listen(QHostAddress::LocalHost);
-        connect(this, &QTcpServer::newConnection, this, [this] {
-            QTcpSocket *socket = nextPendingConnection();
-            connect(socket, &QTcpSocket::readyRead, socket, [this, socket] { Read(socket); });
-        });
-    }
-    QString Host() const { return "127.0.0.1:" + QString::number(serverPort()); }
-
-    QStringList Requests; // head and body
-    QByteArrayList Answers;
-
-private:
-    void Read(QTcpSocket *socket)
-    {
-        FReceived += socket->readAll();
-        const qsizetype end = FReceived.indexOf("\r\n\r\n");
-        if (end < 0)
-            return;
-        const qsizetype at = FReceived.indexOf("Content-Length: ");
-        const qsizetype length =
-            at < 0 ? 0 : FReceived.mid(at + 16).split('\r').first().toLongLong();
-        if (FReceived.size() < end + 4 + length)
-            return;
-        Requests += QString::fromUtf8(FReceived);
-        FReceived.clear();
-        const QByteArray answer = Answers.isEmpty() ? QByteArray() : Answers.takeFirst();
-        if (answer.isEmpty())
-            return;
-        socket->write(answer);
-        socket->flush();
-        socket->disconnectFromHost();
-    }
-    QByteArray FReceived;
-};
-
-QByteArray Ok(const QByteArray &body)
-{
-    return "HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: " +
-           QByteArray::number(body.size()) + "\r\n\r\n" + body;
-}
 
 QByteArray Document(const char *version)
 {
@@ -73,6 +25,7 @@ protected:
     void SetUp() override
     {
         TMainThread::Initialize();
+        THttpUtils::Resume();
         TAppConfig::Config().New({});
     }
     void TearDown() override
@@ -103,7 +56,7 @@ protected:
         EXPECT_TRUE(TTestLoop::RunUntil([&] { return done; }));
         return told;
     }
-    THttpServer FServer;
+    TTestHttpServer FServer;
 };
 
 TEST_F(TAppWebTest, VersionsAreComparedByTheirNumber)
@@ -124,15 +77,14 @@ TEST_F(TAppWebTest, VersionsAreComparedByTheirNumber)
 
 TEST_F(TAppWebTest, AnUpdateIsToldThroughRedirectsAndFailuresAreNot)
 {
-    FServer.Answers = {"HTTP/1.1 302 Found\r\nConnection: close\r\nContent-Length: 0\r\n"
-                       "Location: /elsewhere\r\n\r\n",
-                       Ok(Document("7.0.0"))};
+    FServer.Answers = {TTestHttpServer::Redirect("302 Found", "/elsewhere"),
+                       TTestHttpServer::Ok(Document("7.0.0"))};
     const TCheckUpdatesResult result = Check("http://" + FServer.Host() + "/check-updates");
     EXPECT_TRUE(result.Status);
     EXPECT_EQ(result.URL, "http://x/");
     EXPECT_TRUE(FServer.Requests[0].startsWith("GET /check-updates "));
     EXPECT_TRUE(FServer.Requests[1].startsWith("GET /elsewhere "));
-    FServer.Answers = {Ok("<html>no update")};
+    FServer.Answers = {TTestHttpServer::Ok("<html>no update")};
     EXPECT_FALSE(Check("http://" + FServer.Host() + "/").Status);
     FServer.Answers = {"HTTP/1.1 500 Broken\r\nContent-Length: 0\r\nConnection: close\r\n\r\n"};
     EXPECT_FALSE(Check("http://" + FServer.Host() + "/").Status);
@@ -143,7 +95,7 @@ TEST_F(TAppWebTest, AnUpdateIsToldThroughRedirectsAndFailuresAreNot)
 TEST_F(TAppWebTest, ReportsAreFormsWithTheirFields)
 {
     UseHost(FServer.Host());
-    FServer.Answers = QByteArrayList(4, Ok(""));
+    FServer.Answers = QByteArrayList(4, TTestHttpServer::Ok(""));
     TAppExecuteCounter::Increment();
     TAppExecuteCounter::Increment();
     TAppWebUtils::PostUserStatistics("6.8.3", 1920, 1080);
@@ -168,6 +120,13 @@ TEST_F(TAppWebTest, ReportsAreFormsWithTheirFields)
     TAppWebUtils::PostNotExecutedCommandLog("6.8.3", "9", false, "m", "SELECT 1");
     ASSERT_TRUE(AwaitRequests(4));
     EXPECT_TRUE(FServer.Requests[3].endsWith("&message=m&command=SELECT%201"));
+    // A report follows its host as well.
+    FServer.Answers = {TTestHttpServer::Redirect("307 Moved", "/elsewhere"),
+                       TTestHttpServer::Ok("")};
+    TAppWebUtils::PostSessionStatistics("9", false);
+    ASSERT_TRUE(AwaitRequests(6));
+    EXPECT_TRUE(FServer.Requests[5].startsWith("POST /elsewhere "));
+    EXPECT_TRUE(FServer.Requests[5].endsWith("server_version=9&is_tunneling=0"));
     TThreadUtils::WaitForAll();
 }
 
@@ -186,14 +145,21 @@ TEST_F(TAppWebTest, NothingGoesOutWithoutAHost)
     EXPECT_TRUE(FServer.Requests.isEmpty());
 }
 
-// In a test program of its own, since no request goes out afterwards.
 TEST_F(TAppWebTest, AStalledHostDoesNotHoldUpTheEnd)
 {
     UseHost(FServer.Host());
     TAppWebUtils::PostSessionStatistics("9", false);
-    ASSERT_TRUE(AwaitRequests(1));
+    bool told = false;
+    TCheckUpdates check("6.8.3", TAppWebUtils::Address("/check-updates"));
+    check.SetOnAfterExecute([&](TCheckUpdates *, const TCheckUpdatesResult &result) {
+        told = true;
+        EXPECT_FALSE(result.Status);
+    });
+    check.Execute();
+    ASSERT_TRUE(AwaitRequests(2));
     THttpUtils::Abort();
     TThreadUtils::WaitForAll();
+    EXPECT_TRUE(told);
     EXPECT_THROW(THttpUtils::Get("http://" + FServer.Host() + "/"), EException);
 }
 
