@@ -82,6 +82,24 @@ void TMyConnection::Disconnect()
         FAfterDisconnect(this);
 }
 
+void TMyConnection::Drop()
+{
+    if (!FOpened)
+        return;
+    FSession->Close();
+    SessionLost();
+}
+
+void TMyConnection::SetAddress(const QString &server, int port)
+{
+    Server = server;
+    Port = port;
+    if (!FLost)
+        return;
+    FLost->Params.Server = server;
+    FLost->Params.Port = port;
+}
+
 bool TMyConnection::Connected() const
 {
     return FSession->IsOpen();

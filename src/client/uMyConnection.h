@@ -45,7 +45,13 @@ public:
     /// connected. After a lost session the new one gets that session's database, character set and
     /// autocommit mode, unless the values above were changed meanwhile.
     void Connect();
+    /// What a lost session had is forgotten too.
     void Disconnect();
+    /// Gives up a session whose way to the server is known to be broken. It counts as lost.
+    void Drop();
+    /// The same server by another way: unlike new values of Server and Port this keeps what a lost
+    /// session had.
+    void SetAddress(const QString &server, int port);
     bool Connected() const;
     /// As the server tells it, such as 5.5.30-log or 10.11.6-MariaDB; empty before the first
     /// connect.
@@ -63,6 +69,8 @@ public:
     /// Opens the session when it is closed.
     void Execute(const QString &sql);
 
+    /// Fired ahead of each connect, the one behind a lost session included; may set the values
+    /// above, and what it raises ends the connect.
     void SetBeforeConnect(TNotifyEvent event) { FBeforeConnect = std::move(event); }
     void SetAfterConnect(TNotifyEvent event) { FAfterConnect = std::move(event); }
     void SetAfterDisconnect(TNotifyEvent event) { FAfterDisconnect = std::move(event); }

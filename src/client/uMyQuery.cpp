@@ -176,15 +176,37 @@ const TTableKey &TMyQuery::Key() const
 {
     if (FKey)
         return *FKey;
+    OpenConnection();
+    const auto rows = [this](const QString &sql) {
+        std::vector<QStringList> found;
+        RunStatement(sql, [&] { found = FConnection->Session().Rows(sql); });
+        return found;
+    };
+    FKey = std::make_unique<TTableKey>(TTableKey::Find(rows, FieldInfos(), FRowsSQL));
+    return *FKey;
+}
+
+void TMyQuery::OpenConnection() const
+{
+    if (FHooks.Open)
+        FHooks.Open();
     FConnection->Connect();
-    const bool inTransaction = FConnection->InTransaction();
-    try {
-        FKey = std::make_unique<TTableKey>(
-            TTableKey::Find(FConnection->Session(), FieldInfos(), FRowsSQL));
-        return *FKey;
-    } catch (const EMyError &error) {
-        FConnection->RaiseError(error, clExecute, inTransaction);
-    }
+}
+
+void TMyQuery::RunStatement(const QString &sql, const std::function<void()> &run) const
+{
+    const auto raising = [&] {
+        const bool inTransaction = FConnection->InTransaction();
+        try {
+            run();
+        } catch (const EMyError &error) {
+            FConnection->RaiseError(error, clExecute, inTransaction);
+        }
+    };
+    if (FHooks.Run)
+        FHooks.Run(sql, raising);
+    else
+        raising();
 }
 
 QString TMyQuery::ReadOnlyReason() const
@@ -193,26 +215,25 @@ QString TMyQuery::ReadOnlyReason() const
         return "The dataset is closed.";
     try {
         return Key().Reason;
-    } catch (const EMyError &error) {
+    } catch (const EException &error) {
         return TFormat::Format("The keys of the table cannot be read: %s", {error.Message()});
     }
 }
 
 quint64 TMyQuery::Change(const QString &sql)
 {
-    const bool inTransaction = FConnection->InTransaction();
-    TMySession &session = FConnection->Session();
-    try {
+    quint64 affected = 0;
+    RunStatement(sql, [&] {
+        TMySession &session = FConnection->Session();
         session.Query(sql);
-        return session.AffectedRows();
-    } catch (const EMyError &error) {
-        FConnection->RaiseError(error, clExecute, inTransaction);
-    }
+        affected = session.AffectedRows();
+    });
+    return affected;
 }
 
 void TMyQuery::WriteUpdate(qint64 row, const TChanges &changes)
 {
-    FConnection->Connect();
+    OpenConnection();
     const TRowWriter writer(Key(), *this, FConnection->Session().NoBackslashEscapes());
     if (Change(writer.UpdateText(row, changes)) == 0)
         throw EException("The row was not changed: it does not exist any more.");
@@ -221,7 +242,7 @@ void TMyQuery::WriteUpdate(qint64 row, const TChanges &changes)
 
 void TMyQuery::WriteInsert(qint64 row, const TChanges &changes)
 {
-    FConnection->Connect();
+    OpenConnection();
     const TRowWriter writer(Key(), *this, FConnection->Session().NoBackslashEscapes());
     if (Change(writer.InsertText(changes)) == 0)
         throw EException("The row was not added.");
@@ -231,7 +252,7 @@ void TMyQuery::WriteInsert(qint64 row, const TChanges &changes)
 
 void TMyQuery::WriteDelete(qint64 row)
 {
-    FConnection->Connect();
+    OpenConnection();
     const TRowWriter writer(Key(), *this, FConnection->Session().NoBackslashEscapes());
     if (Change(writer.DeleteText(row)) == 0)
         throw EException("The row was not deleted: it does not exist any more.");

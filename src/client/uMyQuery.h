@@ -23,6 +23,15 @@ public:
     /// Bytes that the rows may take at most; 0, the default, stands for what the machine has free.
     void SetMemoryLimit(qint64 bytes) { FArena.SetMemoryLimit(bytes); }
 
+    /// What stands around the statements by which the dataset changes rows and learns of their key;
+    /// without it they go to the connection as they are.
+    struct TStatementHooks
+    {
+        std::function<void()> Open; // ahead of the first one
+        std::function<void(const QString &sql, const std::function<void()> &run)> Run;
+    };
+    void SetStatementHooks(TStatementHooks hooks) { FHooks = std::move(hooks); }
+
     /// Runs the statement and reads every answer to the end (a CALL gives several); the rows of the
     /// last answer that has columns are kept. Not active afterwards when no answer had any.
     /// Raises EMyError. A statement that fails ahead of its first answer leaves the dataset as it
@@ -62,6 +71,8 @@ private:
     void WalkRows(const TStreamFields &onFields, const TStreamRow &onRow);
     std::vector<TFieldInfo> FieldInfos() const;
     const TTableKey &Key() const;
+    void OpenConnection() const;
+    void RunStatement(const QString &sql, const std::function<void()> &run) const;
     quint64 Change(const QString &sql);
     using TCells = std::vector<std::optional<QByteArray>>;
     TCells CellsAsSent(qint64 row, const TChanges &changes) const;
@@ -70,6 +81,7 @@ private:
                   const TChanges &changes);
 
     TMyConnection *FConnection;
+    TStatementHooks FHooks;
     bool FCachedUpdates = false;
     QString FSQL;
     quint64 FAffectedRows = 0;

@@ -1,10 +1,8 @@
 #include "client/uTableKey.h"
 
-#include "client/uMySession.h"
 #include "support/uFormat.h"
 
 #include <QRegularExpression>
-#include <QStringList>
 #include <algorithm>
 
 namespace {
@@ -52,12 +50,12 @@ TTableKey TableOf(const std::vector<TFieldInfo> &fields)
 
 // Columns of SHOW KEYS: 1 Non_unique, 2 Key_name, 4 Column_name, 9 Null. A functional part of a key
 // has no column name.
-std::vector<TKey> UniqueKeys(TMySession &session, const TTableKey &table)
+std::vector<TKey> UniqueKeys(const TTableKey::TRows &rows, const TTableKey &table)
 {
     std::vector<TKey> keys;
     const QString sql = "SHOW KEYS FROM " + QuotedIdentifier(table.Table) + " FROM " +
                         QuotedIdentifier(table.Database);
-    for (const QStringList &row : session.Rows(sql)) {
+    for (const QStringList &row : rows(sql)) {
         if (keys.empty() || keys.back().Name != row.at(2))
             keys.push_back({.Name = row.at(2)});
         TKey &key = keys.back();
@@ -103,7 +101,7 @@ QString QuotedIdentifier(const QString &name)
     return u'`' + QString(name).replace(u'`', QStringLiteral("``")) + u'`';
 }
 
-TTableKey TTableKey::Find(TMySession &session, const std::vector<TFieldInfo> &fields,
+TTableKey TTableKey::Find(const TRows &rows, const std::vector<TFieldInfo> &fields,
                           const QString &sql)
 {
     TTableKey table = TableOf(fields);
@@ -113,7 +111,7 @@ TTableKey TTableKey::Find(TMySession &session, const std::vector<TFieldInfo> &fi
         table.Reason = "The result comes from a subquery.";
         return table;
     }
-    const std::vector<TKey> keys = UniqueKeys(session, table);
+    const std::vector<TKey> keys = UniqueKeys(rows, table);
     table.Reason = TFormat::Format("\"%s\" has no primary key and no unique key without NULLs.",
                                    {table.Table});
     for (auto key = keys.begin(); key != keys.end(); ++key) {

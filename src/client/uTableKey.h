@@ -4,9 +4,9 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
+#include <functional>
 #include <vector>
-
-class TMySession;
 
 /// The one table that a result shows, and the columns that identify a row of it.
 struct TTableKey
@@ -18,7 +18,8 @@ struct TTableKey
 
     /// Asks the server for the table's keys: the metadata of a result tells which columns belong
     /// to the primary key, but not whether they are all of it. `sql` is the result's statement.
-    static TTableKey Find(TMySession &session, const std::vector<TFieldInfo> &fields,
+    using TRows = std::function<std::vector<QStringList>(const QString &sql)>;
+    static TTableKey Find(const TRows &rows, const std::vector<TFieldInfo> &fields,
                           const QString &sql);
 };
 

@@ -14,7 +14,7 @@ class TDbmServerFeatures;
 class TDbmElement
 {
 public:
-    virtual ~TDbmElement() = default;
+    virtual ~TDbmElement();
     TDbmElement(const TDbmElement &) = delete;
     TDbmElement &operator=(const TDbmElement &) = delete;
 
@@ -31,9 +31,20 @@ public:
         return element;
     }
 
-    TDbmElement *Owner() const { return FOwner; } // nullptr at the root
+    /// nullptr at the root, and for an element whose owner is gone.
+    TDbmElement *Owner() const { return FOwner ? *FOwner : nullptr; }
+    /// The owner as what it is. Raises EException when it is gone.
+    template <typename T>
+    T &OwnerAs() const
+    {
+        return static_cast<T &>(ExistingOwner());
+    }
+    /// Whether all owners up to the root are there. An item that somebody holds outlives its list;
+    /// then it stays as it was last read, and marking it does nothing.
+    bool IsAttached() const;
     bool IsProcessed() const { return FProcessed; }
     void RequestProcess();
+    void RequestProcessOfOwner();
 
 protected:
     /// Shares the owner's provider, features, formatters and commands.
@@ -56,13 +67,15 @@ protected:
             child = New<T>(this);
         return *child;
     }
+    /// Marks this element alone: what was read below it stays.
+    void RequestOwnProcess() { FProcessed = false; }
     template <typename T>
     static void RequestProcessOf(const std::shared_ptr<T> &child)
     {
         if (child)
             child->RequestProcess();
     }
-    /// The root of the tree.
+    /// The root of the tree. Raises EException when the element hangs on none any more.
     TDbmManager &Manager();
 
     /// Every read accessor runs this first. An element counts as loaded also when its read raised,
@@ -75,6 +88,13 @@ protected:
     TDbmCommands *FCommands = nullptr;
 
 private:
-    TDbmElement *FOwner = nullptr; // not owned
+    // An element and those below it share this place, which its end empties.
+    using TPlace = std::shared_ptr<TDbmElement *>;
+
+    TPlace Place();
+    TDbmElement &ExistingOwner() const;
+
+    TPlace FOwner; // empty at the root
+    TPlace FPlace; // empty while nothing hangs below
     bool FProcessed = false;
 };

@@ -16,7 +16,7 @@ QString TimeText(TDateTime value)
 
 TDbmDatabaseItem &TDbmEventItem::Database() const
 {
-    return static_cast<TDbmEventList &>(*Owner()).Database();
+    return OwnerAs<TDbmEventList>().Database();
 }
 
 QString TDbmEventItem::GetStatusDisplayString()
@@ -84,7 +84,7 @@ QString TDbmEventItem::GetExecutedDisplayString()
 
 TDbmDatabaseItem &TDbmEventList::Database() const
 {
-    return static_cast<TDbmDatabaseItem &>(*Owner());
+    return OwnerAs<TDbmDatabaseItem>();
 }
 
 QList<TDbmEventEntity> TDbmEventList::SelectEntities()

@@ -13,7 +13,7 @@
 
 TDbmFieldList &TDbmFieldItem::List() const
 {
-    return static_cast<TDbmFieldList &>(*Owner());
+    return OwnerAs<TDbmFieldList>();
 }
 
 bool TDbmFieldItem::HaveAttribute(TDbmFieldTypeAttr attribute)
@@ -228,7 +228,7 @@ QString TDbmFieldList::OwnerCollation()
 {
     if (TDbmTableItem *table = Table())
         return table->Entity().Collation;
-    return static_cast<TDbmViewItem &>(*Owner()).Entity().Info.Collation;
+    return OwnerAs<TDbmViewItem>().Entity().Info.Collation;
 }
 
 TDbmComparer<TDbmFieldEntity> TDbmFieldList::CreateEntityComparer()

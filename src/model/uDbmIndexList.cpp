@@ -31,7 +31,7 @@ TDbmComparer<TDbmIndexColumnEntity> TDbmIndexColumnList::CreateEntityComparer()
 
 QList<TDbmIndexColumnEntity> TDbmIndexColumnList::SelectEntities()
 {
-    auto &index = static_cast<TDbmIndexItem &>(*Owner());
+    auto &index = OwnerAs<TDbmIndexItem>();
     TDbmTableItem &table = index.Table();
     return FFormatters->IndexColumns().ParseFromTableDDL(table.DatabaseName(),
                                                          table.DDL().GetValue(), index.Entity());
@@ -39,7 +39,7 @@ QList<TDbmIndexColumnEntity> TDbmIndexColumnList::SelectEntities()
 
 TDbmTableItem &TDbmIndexItem::Table() const
 {
-    return static_cast<TDbmIndexList &>(*Owner()).Table();
+    return OwnerAs<TDbmIndexList>().Table();
 }
 
 void TDbmIndexItem::DoRequestProcess()
@@ -70,7 +70,7 @@ QString TDbmIndexItem::GetIndexTypeDisplayString()
 
 TDbmTableItem &TDbmIndexList::Table() const
 {
-    return static_cast<TDbmTableItem &>(*Owner());
+    return OwnerAs<TDbmTableItem>();
 }
 
 bool TDbmIndexList::TryGetPrimaryKey(TItemPtr &item)
@@ -88,7 +88,7 @@ QList<TDbmIndexEntity> TDbmIndexList::SelectEntities()
 QList<TDbmDatabaseIndexColumnEntity> TDbmDatabaseIndexColumnList::SelectEntities()
 {
     return FCommands->IndexColumns().ExecuteSelectOnDatabase(
-        static_cast<TDbmDatabaseItem &>(*Owner()).Name());
+        OwnerAs<TDbmDatabaseItem>().Name());
 }
 
 QString TDbmDatabaseIndexColumnList::GetEntityKey(const TDbmDatabaseIndexColumnEntity &entity) const

@@ -54,6 +54,16 @@ public:
         Process();
         return FList;
     }
+    /// Exact and case-sensitive.
+    bool TryGetByName(const QString &name, TItemPtr &item)
+    {
+        Process();
+        const auto found = FDict.constFind(name);
+        if (found == FDict.constEnd() || (*found)->IsDelete())
+            return false;
+        item = *found;
+        return true;
+    }
     /// Not owned by the answer; valid until the next reload.
     QList<const TEntity *> ToEntityList()
     {
@@ -73,17 +83,6 @@ protected:
     virtual TItemPtr CreateItem() = 0;
     virtual QList<TEntity> SelectEntities() = 0;
     virtual QString GetEntityKey(const TEntity &entity) const = 0;
-
-    /// Exact and case-sensitive.
-    bool TryGetByKey(const QString &key, TItemPtr &item)
-    {
-        Process();
-        const auto found = FDict.constFind(key);
-        if (found == FDict.constEnd() || (*found)->IsDelete())
-            return false;
-        item = *found;
-        return true;
-    }
 
     void DoRequestProcess() override
     {
@@ -147,17 +146,15 @@ private:
 };
 
 /// A list whose items are told apart by one text of their entity.
-template <typename TItem, typename TEntity, QString TEntity::*KeyMember>
-class TDbmNamedList : public TDbmList<TItem, TEntity>
+template <typename TItem, typename TEntity, QString TEntity::*KeyMember,
+          template <typename, typename> typename TBase = TDbmList>
+class TDbmNamedList : public TBase<TItem, TEntity>
 {
 public:
-    using typename TDbmList<TItem, TEntity>::TItemPtr;
-
-    /// Exact and case-sensitive.
-    bool TryGetByName(const QString &name, TItemPtr &item) { return this->TryGetByKey(name, item); }
+    using typename TBase<TItem, TEntity>::TItemPtr;
 
 protected:
-    using TDbmList<TItem, TEntity>::TDbmList;
+    using TBase<TItem, TEntity>::TBase;
 
     TItemPtr CreateItem() override { return TDbmElement::New<TItem>(this); }
     QString GetEntityKey(const TEntity &entity) const override { return entity.*KeyMember; }

@@ -43,7 +43,7 @@ void TDbmOperations::CreateUser(TDbmUserPrivilegesList &userList,
 void TDbmOperations::UpdateDatabase(TDbmDatabaseItem &database, const TDbmDatabaseEntity &newEntity)
 {
     FCommands->Databases().ExecuteUpdate(database.Entity(), newEntity);
-    database.Owner()->RequestProcess();
+    database.RequestProcessOfOwner();
 }
 
 void TDbmOperations::UpdateTable(TDbmTableItem &table, const TDbmTableEntity &entity)
@@ -53,19 +53,19 @@ void TDbmOperations::UpdateTable(TDbmTableItem &table, const TDbmTableEntity &en
     if (entity.TableName == oldName)
         table.RequestProcess();
     else
-        table.Owner()->RequestProcess();
+        table.RequestProcessOfOwner();
 }
 
 void TDbmOperations::UpdateView(TDbmViewItem &view, const TDbmViewEntity &entity)
 {
     FCommands->Views().ExecuteUpdate(view.DatabaseName(), view.ViewName(), entity);
-    view.Owner()->RequestProcess();
+    view.RequestProcessOfOwner();
 }
 
 void TDbmOperations::UpdateEvent(TDbmEventItem &event, const TDbmEventEntity &entity)
 {
     FCommands->Events().ExecuteUpdate(event.Database().Name(), event.Entity().EventName, entity);
-    event.Owner()->RequestProcess();
+    event.RequestProcessOfOwner();
 }
 
 void TDbmOperations::UpdateUser(TDbmUserPrivilegesItem &user,
@@ -74,66 +74,66 @@ void TDbmOperations::UpdateUser(TDbmUserPrivilegesItem &user,
 {
     FCommands->UsersPrivileges().ExecuteUpdate(user.Entity().UserName, user.Entity().HostName,
                                                password, changePassword, entity);
-    user.Owner()->RequestProcess();
+    user.RequestProcessOfOwner();
 }
 
 void TDbmOperations::DeleteDatabase(TDbmDatabaseItem &database)
 {
     FCommands->Databases().ExecuteDelete(database.Name(), false);
-    database.Owner()->RequestProcess();
+    database.RequestProcessOfOwner();
 }
 
 void TDbmOperations::DeleteTable(TDbmTableItem &table)
 {
     FCommands->Tables().ExecuteDelete(table.DatabaseName(), table.TableName());
-    table.Owner()->RequestProcess();
+    table.RequestProcessOfOwner();
 }
 
 void TDbmOperations::DeleteView(TDbmViewItem &view)
 {
     FCommands->Views().ExecuteDelete(view.DatabaseName(), view.ViewName());
-    view.Owner()->RequestProcess();
+    view.RequestProcessOfOwner();
 }
 
 void TDbmOperations::DeleteRoutine(TDbmRoutineItem &routine)
 {
     FCommands->Routines().ExecuteDelete(routine.Database().Name(), routine.Entity());
-    routine.Owner()->RequestProcess();
+    routine.RequestProcessOfOwner();
 }
 
 void TDbmOperations::DeleteEvent(TDbmEventItem &event)
 {
     FCommands->Events().ExecuteDelete(event.Database().Name(), event.Entity().EventName);
-    event.Owner()->RequestProcess();
+    event.RequestProcessOfOwner();
 }
 
 void TDbmOperations::DeleteUser(TDbmUserPrivilegesItem &user)
 {
     FCommands->UsersPrivileges().ExecuteDelete(user.Entity().UserName, user.Entity().HostName);
-    user.Owner()->RequestProcess();
+    user.RequestProcessOfOwner();
 }
 
 void TDbmOperations::RenameTable(TDbmTableItem &table, const QString &newName)
 {
     FCommands->Tables().ExecuteRename(table.DatabaseName(), table.TableName(), newName);
-    table.Owner()->RequestProcess();
+    table.RequestProcessOfOwner();
 }
 
 void TDbmOperations::RenameView(TDbmViewItem &view, const QString &newName)
 {
     FCommands->Views().ExecuteRename(view.DatabaseName(), view.ViewName(), newName);
-    view.Owner()->RequestProcess();
+    view.RequestProcessOfOwner();
 }
 
 void TDbmOperations::RenameRoutine(TDbmRoutineItem &routine, const QString &newName)
 {
     FCommands->Routines().ExecuteRename(routine.Database().Name(), routine.Entity(), newName,
                                         routine.Params().GetValue());
-    routine.Owner()->RequestProcess();
+    routine.RequestProcessOfOwner();
 }
 
 void TDbmOperations::RenameEvent(TDbmEventItem &event, const QString &newName)
 {
     FCommands->Events().ExecuteRename(event.Database().Name(), event.Entity().EventName, newName);
-    event.Owner()->RequestProcess();
+    event.RequestProcessOfOwner();
 }

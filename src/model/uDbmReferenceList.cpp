@@ -58,7 +58,7 @@ TDbmComparer<TDbmReferenceColumnEntity> TDbmReferenceColumnList::CreateEntityCom
 
 QList<TDbmReferenceColumnEntity> TDbmReferenceColumnList::SelectEntities()
 {
-    auto &reference = static_cast<TDbmReferenceItem &>(*Owner());
+    auto &reference = OwnerAs<TDbmReferenceItem>();
     TDbmTableItem &table = reference.Table();
     return FFormatters->ForeignKeyColumns().ParseFromTableDDL(
         table.DatabaseName(), table.DDL().GetValue(), reference.Entity().ReferenceName);
@@ -66,7 +66,7 @@ QList<TDbmReferenceColumnEntity> TDbmReferenceColumnList::SelectEntities()
 
 TDbmTableItem &TDbmReferenceItem::Table() const
 {
-    return static_cast<TDbmReferenceList &>(*Owner()).Table();
+    return OwnerAs<TDbmReferenceList>().Table();
 }
 
 void TDbmReferenceItem::DoRequestProcess()
@@ -93,7 +93,7 @@ QString TDbmReferenceItem::GetOnDeleteDisplayString()
 
 TDbmTableItem &TDbmReferenceList::Table() const
 {
-    return static_cast<TDbmTableItem &>(*Owner());
+    return OwnerAs<TDbmTableItem>();
 }
 
 QList<TDbmReferenceEntity> TDbmReferenceList::SelectEntities()
@@ -112,7 +112,7 @@ void TDbmReferenceList::DoRequestProcess()
 QList<TDbmDatabaseReferenceColumnEntity> TDbmDatabaseReferenceColumnList::SelectEntities()
 {
     return FCommands->ForeignKeyColumns().ExecuteSelectOnDatabase(
-        static_cast<TDbmDatabaseItem &>(*Owner()).Name());
+        OwnerAs<TDbmDatabaseItem>().Name());
 }
 
 QString
@@ -123,7 +123,7 @@ TDbmDatabaseReferenceColumnList::GetEntityKey(const TDbmDatabaseReferenceColumnE
 
 TDbmTableItem &TDbmDependencyItem::Table() const
 {
-    return static_cast<TDbmTableItem &>(*Owner()->Owner());
+    return OwnerAs<TDbmElement>().OwnerAs<TDbmTableItem>();
 }
 
 bool TDbmDependencyItem::TryGetReference(std::shared_ptr<TDbmReferenceItem> &item)
@@ -176,7 +176,7 @@ QString TDbmDependencyItem::GetReferenceOnDeleteDiplsayString()
 
 QList<TDbmDependencyEntity> TDbmDependencyList::SelectEntities()
 {
-    const auto &table = static_cast<TDbmTableItem &>(*Owner());
+    const auto &table = OwnerAs<TDbmTableItem>();
     return FCommands->ForeignKeys().ExecuteSelectDependencies(table.DatabaseName(),
                                                               table.TableName());
 }

@@ -20,7 +20,7 @@ public:
 
     bool TryGetBySrcColumnName(const QString &name, TItemPtr &item)
     {
-        return TryGetByKey(name, item);
+        return TryGetByName(name, item);
     }
     bool TryGetByRefColumnName(const QString &name, TItemPtr &item);
     QString GetSrcColumnsDisplayString();
@@ -54,8 +54,9 @@ private:
 };
 
 /// The foreign keys of a table, parsed out of its text.
-class TDbmReferenceList : public TDbmNamedList<TDbmReferenceItem, TDbmReferenceEntity,
-                                               &TDbmReferenceEntity::ReferenceName>
+class TDbmReferenceList
+    : public TDbmNamedList<TDbmReferenceItem, TDbmReferenceEntity,
+                           &TDbmReferenceEntity::ReferenceName, TDbmTableChildList>
 {
 public:
     explicit TDbmReferenceList(TDbmElement *owner) : TDbmNamedList(owner) {}

@@ -5,7 +5,7 @@
 
 void TDbmRoutineParamsItem::DoProcess()
 {
-    auto &routine = static_cast<TDbmRoutineItem &>(*Owner());
+    auto &routine = OwnerAs<TDbmRoutineItem>();
     const TDbmRoutineEntity &entity = routine.Entity();
     FCommands->Routines().ExecuteSelectParams(routine.Database().Name(), entity.RoutineName, FValue,
                                               entity.RoutineType);
@@ -13,7 +13,7 @@ void TDbmRoutineParamsItem::DoProcess()
 
 TDbmDatabaseItem &TDbmRoutineItem::Database() const
 {
-    return static_cast<TDbmRoutineList &>(*Owner()).Database();
+    return OwnerAs<TDbmRoutineList>().Database();
 }
 
 QString TDbmRoutineItem::GetSecurityTypeDisplayString()
@@ -29,7 +29,7 @@ void TDbmRoutineItem::DoRequestProcess()
 
 TDbmDatabaseItem &TDbmRoutineList::Database() const
 {
-    return static_cast<TDbmDatabaseItem &>(*Owner());
+    return OwnerAs<TDbmDatabaseItem>();
 }
 
 int TDbmRoutineList::CountByType(TDbmRoutineType routineType)

@@ -74,7 +74,7 @@ QString TDbmStatusUtils::FormatCounterValue(const QString &name, const QString &
 
 TDbmStatusList &TDbmStatusItem::List() const
 {
-    return static_cast<TDbmStatusList &>(*Owner());
+    return OwnerAs<TDbmStatusList>();
 }
 
 bool TDbmStatusItem::IsQueryCounter()

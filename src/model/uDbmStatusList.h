@@ -53,7 +53,7 @@ public:
     /// Blind to letter case: the keys are lower case.
     bool TryGetByName(const QString &name, TItemPtr &item)
     {
-        return TryGetByKey(name.toLower(), item);
+        return TDbmList::TryGetByName(name.toLower(), item);
     }
     /// Seconds since the counters were last set to 0; 0 when the server does not tell.
     qint64 GetUptime();

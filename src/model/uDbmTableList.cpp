@@ -11,7 +11,7 @@
 
 void TDbmTableDDLElement::DoProcess()
 {
-    const auto &table = static_cast<const TDbmTableItem &>(*Owner());
+    const auto &table = OwnerAs<const TDbmTableItem>();
     FKeysRead = false;
     FCommands->Tables().ExecuteSelectDDL(table.DatabaseName(), table.TableName(), FValue);
 }
@@ -20,7 +20,7 @@ const TDbmTableKeys &TDbmTableDDLElement::Keys()
 {
     const QString &ddl = GetValue();
     if (!FKeysRead) {
-        FKeys = TDbmTableKeys::Parse(static_cast<TDbmTableItem &>(*Owner()).DatabaseName(), ddl);
+        FKeys = TDbmTableKeys::Parse(OwnerAs<TDbmTableItem>().DatabaseName(), ddl);
         FKeysRead = true;
     }
     return FKeys;
@@ -91,7 +91,7 @@ void TDbmTableItem::DoProcessEntity()
 
 void TDbmTableItem::DoSetEntity()
 {
-    FDatabaseName = static_cast<TDbmTableList &>(*Owner()).Database().Name();
+    FDatabaseName = OwnerAs<TDbmTableList>().Database().Name();
     FTableName = static_cast<const TDbmTableEntity &>(*StoredEntity()).TableName;
 }
 
@@ -166,7 +166,7 @@ QString TDbmTableItem::GetMaxDataLengthDisplayString()
 
 TDbmDatabaseItem &TDbmTableList::Database() const
 {
-    return static_cast<TDbmDatabaseItem &>(*Owner());
+    return OwnerAs<TDbmDatabaseItem>();
 }
 
 int TDbmTableList::GetTriggerCount()

@@ -26,6 +26,6 @@ QString TDbmTriggerItem::GetEventDisplayString()
 
 QList<TDbmTriggerEntity> TDbmTriggerList::SelectEntities()
 {
-    const auto &table = static_cast<TDbmTableItem &>(*Owner());
+    const auto &table = OwnerAs<TDbmTableItem>();
     return FCommands->Triggers().ExecuteSelect(table.DatabaseName(), table.TableName());
 }

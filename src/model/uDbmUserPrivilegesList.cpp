@@ -20,7 +20,7 @@ QString TDbmUserPrivilegesItem::GetUserNameDisplayString()
 bool TDbmUserPrivilegesList::TryGetByNameAndHost(const QString &userName, const QString &hostName,
                                                  TItemPtr &item)
 {
-    return TryGetByKey(Key(userName, hostName), item);
+    return TryGetByName(Key(userName, hostName), item);
 }
 
 QList<TDbmUserPrivilegesEntity> TDbmUserPrivilegesList::SelectEntities()

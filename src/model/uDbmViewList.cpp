@@ -100,7 +100,7 @@ void TDbmViewItem::DoProcessEntity()
 
 void TDbmViewItem::DoSetEntity()
 {
-    FDatabaseName = static_cast<TDbmViewList &>(*Owner()).Database().Name();
+    FDatabaseName = OwnerAs<TDbmViewList>().Database().Name();
     FViewName = static_cast<const TDbmViewEntity &>(*StoredEntity()).ViewName;
 }
 
@@ -137,7 +137,7 @@ QString TDbmViewItem::GetSecurityTypeDisplayString()
 
 TDbmDatabaseItem &TDbmViewList::Database() const
 {
-    return static_cast<TDbmDatabaseItem &>(*Owner());
+    return OwnerAs<TDbmDatabaseItem>();
 }
 
 TDbmViewList::TItems TDbmViewList::ToDependencySortedArray()

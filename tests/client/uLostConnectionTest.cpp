@@ -98,6 +98,20 @@ TEST_F(TLostConnection, TheNewSessionHasWhatTheLostOneHad)
     EXPECT_EQ(Ask("SELECT HEX('я')"), "FF");
 }
 
+TEST_F(TLostConnection, AnotherWayToTheServerKeepsWhatTheLostOneHad)
+{
+    TTestDatabase other;
+    FConnection.Execute("USE `" + other.Name() + '`');
+    FConnection.Drop();
+    EXPECT_FALSE(FConnection.Connected());
+    FConnection.Drop(); // is no second loss
+    FConnection.SetAddress(Server().Host(), Server().Port());
+    EXPECT_EQ(Ask("SELECT DATABASE()"), other.Name().toStdString());
+    FConnection.Drop();
+    FConnection.Port = FProxy.Port();
+    EXPECT_EQ(Ask("SELECT DATABASE()"), Database().Name().toStdString());
+}
+
 TEST_F(TLostConnection, OtherParametersAndAnOwnDisconnectStartAfresh)
 {
     TTestDatabase other;

@@ -26,6 +26,7 @@ const TWrong Wrongs[] = {
     {"Password", [](TMyConnection &c) { c.Password = "wrong"; }, 1045},
     {"Database", [](TMyConnection &c) { c.Database = "no_such_database"; }, 1049},
     {"Port", [](TMyConnection &c) { c.Port = 1; }, 2002},
+    {"NoPort", [](TMyConnection &c) { c.Port = 0; }, 2003},
     {"Host", [](TMyConnection &c) { c.Server = "no.such.host.invalid"; }, 2005},
     {"Charset",
      [](TMyConnection &c) {

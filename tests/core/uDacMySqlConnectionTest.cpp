@@ -90,6 +90,47 @@ TEST_F(TDacConnection, AFailureIsToldOnceAndCarriesItsStatement)
                                      "before SELECT * FROM no", "error 1146", "after"));
 }
 
+TEST_F(TDacConnection, ARefreshBehindARefusedStatementReadsTheRowsThatAreShown)
+{
+    FConnection.ExecuteDataset("SELECT 1", *FQuery);
+    EXPECT_EQ(CodeOf([&] { FConnection.ExecuteDataset("SELECT * FROM no", *FQuery); }), 1146);
+    FEvents.clear();
+    FConnection.RefreshDataset(*FQuery);
+    EXPECT_EQ(FQuery->RecordCount(), 1);
+    EXPECT_THAT(FEvents, ElementsAre("before SELECT 1", "after"));
+}
+
+TEST_F(TDacConnection, AChangeOfARowIsAStatementLikeOthers)
+{
+    Exec("CREATE TABLE t (a INT PRIMARY KEY)");
+    Exec("INSERT INTO t VALUES (1), (2)");
+    FConnection.ExecuteDataset("SELECT * FROM t", *FQuery);
+    const std::string table = "`" + Database().Name().toStdString() + "`";
+    FEvents.clear();
+    FQuery->Edit();
+    FQuery->FieldAt(0).SetValue(2);
+    try {
+        FQuery->Post();
+        FAIL() << "the key is taken";
+    } catch (const EDacMySqlError &e) {
+        EXPECT_EQ(e.Message(), "(1062) Duplicate entry '2' for key 'PRIMARY'");
+        EXPECT_TRUE(e.CommandText().startsWith("UPDATE ")) << e.CommandText().toStdString();
+        EXPECT_THAT(FEvents,
+                    ElementsAre("before SHOW KEYS FROM `t` FROM " + table, "after",
+                                "before " + e.CommandText().toStdString(), "error 1062", "after"));
+    }
+    EXPECT_EQ(FQuery->State(), dsEdit);
+
+    Exec("DROP TABLE t");
+    FConnection.ExecuteDataset("SELECT 1 AS a", *FQuery);
+    Exec("CREATE TABLE t (a INT PRIMARY KEY)");
+    FConnection.ExecuteDataset("SELECT * FROM t", *FQuery);
+    Exec("DROP TABLE t");
+    EXPECT_EQ(FQuery->ReadOnlyReason().toStdString(),
+              "The keys of the table cannot be read: (1146) Table '" +
+                  Database().Name().toStdString() + ".t' doesn't exist");
+}
+
 /// Each case with the session killed by another one, and with its wire cut.
 class TDacConnectionLost : public TDacConnection, public ::testing::WithParamInterface<bool>
 {
@@ -155,6 +196,29 @@ TEST_P(TDacConnectionLost, AStatementInATransactionIsNotRepeated)
 
     FConnection.Execute("INSERT INTO t VALUES (3)");
     EXPECT_EQ(Value("SELECT GROUP_CONCAT(a) FROM t").toStdString(), "3");
+}
+
+TEST_P(TDacConnectionLost, WhatWouldBeDoneTwiceIsNotRepeated)
+{
+    Exec("CREATE TABLE t (a INT PRIMARY KEY)");
+    FConnection.ExecuteDataset("SELECT * FROM t", *FQuery);
+    FQuery->Append();
+    FQuery->FieldAt(0).SetValue(1);
+    const std::function<void()> operations[] = {
+        [&] {
+            FConnection.Stream("SELECT 1", {}, [](const TMyQuery::TRowView &) { return true; });
+        },
+        [&] { FQuery->Post(); },
+    };
+    for (const auto &operation : operations) {
+        Lose();
+        const int code = CodeOf(operation);
+        EXPECT_TRUE(EDacMySqlError(code, "", "").IsLostConnection()) << code;
+        EXPECT_THAT(FEvents, ElementsAre("before " + FCommandText.toStdString(), "disconnected",
+                                         "error " + std::to_string(code), "after"));
+    }
+    FQuery->Post();
+    EXPECT_EQ(Value("SELECT a FROM t"), "1");
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, TDacConnectionLost, ::testing::Bool(),

@@ -5,12 +5,15 @@
 #include "uTcpProxy.h"
 #include "uTestSshServer.h"
 
+#include <QTcpServer>
 #include <gmock/gmock.h>
 
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::MatchesRegex;
+
+const QString ChangedState = "USE mysql;\nSET NAMES cp1251;\nSET autocommit = 0;\n";
 
 class TProvider : public TServerTest
 {
@@ -57,6 +60,13 @@ protected:
         return "no error";
     }
 
+    /// Database, character set and autocommit of the session.
+    std::string State()
+    {
+        return Ask("SELECT CONCAT_WS(' ', DATABASE(), @@character_set_client, @@autocommit + 0)")
+            .toStdString();
+    }
+
     TDbmProvider FProvider;
     std::vector<std::string> FMessages;
 };
@@ -93,12 +103,17 @@ struct TBadProfileRow
 const TBadProfileRow BadProfiles[] = {
     {"Host", [](TDbmConnectionProfile &p) { p.HostName = "bad..name"; },
      "Cannot resolve IPv4 address\\."},
-    {"Port", [](TDbmConnectionProfile &p) { p.Port = 1; }, "server: \\(200[23]\\) .+"},
+    {"Port", [](TDbmConnectionProfile &p) { p.Port = 1; },
+     "server: \\(2002\\) Can't connect to server on '127\\.0\\.0\\.1' \\(11[15]\\)"},
+    {"NoPort", [](TDbmConnectionProfile &p) { p.Port = 65536; },
+     "server: \\(2003\\) Can't connect to server on '127\\.0\\.0\\.1': there is no port "
+     "65536\\."},
     {"Password", [](TDbmConnectionProfile &p) { p.Password = "wrong"; },
-     "server: \\(1045\\) Access denied for user .+"},
+     "server: \\(1045\\) Access denied for user 'root'@'localhost' \\(using password: YES\\)"},
     {"Database", [](TDbmConnectionProfile &p) { p.Database = "no_such_database"; },
      "server: \\(1049\\) Unknown database 'no_such_database'"},
-    {"NeverSet", [](TDbmConnectionProfile &p) { p = {}; }, "server: .+"},
+    {"NeverSet", [](TDbmConnectionProfile &p) { p = {}; },
+     "server: \\(2003\\) Can't connect to server on '127\\.0\\.0\\.1': there is no port 0\\."},
     {"TunnelHost",
      [](TDbmConnectionProfile &p) {
          p.ConnectionType = ctSSHTunnel;
@@ -139,8 +154,11 @@ TEST_F(TProvider, GivesUpOnAServerThatNeverAnswers)
 {
     TBlackHole hole;
     FProvider.SetParams(ServerProfile(Server(), hole.Port()));
-    FProvider.Connection().LibraryConnection().ConnectionTimeout = 1;
-    EXPECT_THAT(OpenError(), MatchesRegex("server: \\(20..\\) .+"));
+    int &timeout = FProvider.Connection().LibraryConnection().ConnectionTimeout;
+    EXPECT_EQ(timeout, 15);
+    timeout = 1;
+    EXPECT_EQ(OpenError(), "server: (2013) Lost connection to server at 'handshake: reading "
+                           "initial communication packet', system error: 110");
     FProvider.SetParams(Profile());
     EXPECT_EQ(OpenError(), "no error");
 }
@@ -175,6 +193,27 @@ TEST_F(TProvider, ASetCharsetDropsTheSessionAndGoesWithIt)
     FProvider.SetCharset("latin1");
     EXPECT_FALSE(FProvider.Connection().Connected());
     EXPECT_EQ(Ask("SELECT @@character_set_client").toStdString(), "utf8mb4");
+}
+
+TEST_F(TProvider, NothingOfALostSessionMeetsANewCharsetOrProfile)
+{
+    const std::function<void()> renewals[] = {[this] { FProvider.SetCharset("latin1"); },
+                                              [this] { FProvider.SetParams(Profile()); },
+                                              [this] { FProvider.CloseConnection(); }};
+    Exec("CREATE TABLE t (a INT) ENGINE = InnoDB");
+    for (const auto &renew : renewals) {
+        FProvider.SetParams(Profile());
+        FProvider.Command().ExecScript(ChangedState + "INSERT INTO " + Database().Name() +
+                                       ".t VALUES (1)");
+        const QString id = Ask("SELECT CONNECTION_ID()");
+        Exec("KILL " + id);
+        while (Value("SELECT COUNT(*) FROM information_schema.processlist WHERE id = " + id) != "0")
+            ;
+        // The transaction keeps the loss from being repaired at once.
+        EXPECT_THROW(Ask("SELECT 1"), EDacMySqlError);
+        renew();
+        EXPECT_EQ(State(), "utf8mb4 1");
+    }
 }
 
 class TTunnelledProvider : public TProvider
@@ -227,16 +266,86 @@ TEST_F(TTunnelledProvider, AFailedConnectLeavesTheTunnelForTheNextTry)
     EXPECT_EQ(OpenError(), "no error");
 }
 
-TEST_F(TTunnelledProvider, ABrokenTunnelIsReopenedByTheNextRun)
+TEST_F(TTunnelledProvider, ABrokenTunnelIsReopenedWithWhatTheSessionHad)
 {
-    FProvider.OpenConnection();
-    const QString session = Ask("SELECT CONNECTION_ID()");
+    for (const bool metByAStatement : {false, true}) {
+        FProvider.SetParams(TunnelProfile());
+        FProvider.Command().ExecScript(ChangedState);
+        const QString session = Ask("SELECT CONNECTION_ID()");
+        const quint16 port = Log().SourcePorts.last();
+        const qsizetype tunnels = Log().Connects.size();
+        QTcpServer other; // takes the port, so that the new tunnel gets another one
+        FProvider.SetOnConnectionMessage([&](TDbmProvider *, const QString &message) {
+            if (message.startsWith("Opening SSH"))
+                other.listen(QHostAddress::LocalHost, port);
+        });
+        if (metByAStatement) {
+            Log().Last->BreakUnnoticed();
+            EXPECT_THROW(Ask("SELECT 1"), EDacMySqlError);
+            Log().Last->Notice();
+        } else {
+            Log().Last->Break();
+        }
+        EXPECT_EQ(State(), "mysql cp1251 0") << metByAStatement;
+        EXPECT_NE(Ask("SELECT CONNECTION_ID()"), session);
+        EXPECT_NE(Log().SourcePorts.last(), port);
+        FProvider.SetOnConnectionMessage({});
+        EXPECT_EQ(Log().Connects.size(), tunnels + 1);
+        EXPECT_EQ(Log().Connected, 1);
+    }
+}
+
+TEST_F(TTunnelledProvider, AStatementOfTheConnectionItselfRepairsTheTunnelToo)
+{
     FProvider.Command().ExecScript("USE mysql");
+    const auto query = FProvider.Connection().CreateDataset();
     Log().Last->Break();
-    EXPECT_NE(Ask("SELECT CONNECTION_ID()"), session);
-    EXPECT_EQ(Ask("SELECT DATABASE()"), "mysql");
+    FProvider.Connection().ExecuteDataset("SELECT DATABASE()", *query);
+    EXPECT_EQ(query->FieldAt(0).AsString(), "mysql");
     EXPECT_EQ(Log().Connects.size(), 2);
-    EXPECT_EQ(Log().Connected, 1);
+}
+
+TEST_F(TTunnelledProvider, ATransactionThatGoesWithItsTunnelIsAnErrorOnce)
+{
+    Exec("CREATE TABLE t (a INT) ENGINE = InnoDB");
+    FProvider.Command().ExecScript("START TRANSACTION;\nINSERT INTO " + Database().Name() +
+                                   ".t VALUES (1)");
+    Log().Last->Break();
+    EXPECT_EQ(OpenError(), "server: (2013) Lost connection to server during a transaction.");
+    EXPECT_EQ(OpenError(), "no error");
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM t"), "0");
+}
+
+TEST_F(TTunnelledProvider, AChangeOfARowRepairsTheTunnelFirst)
+{
+    Exec("CREATE TABLE t (a INT PRIMARY KEY, b INT)");
+    Exec("INSERT INTO t VALUES (1, 1), (2, 2)");
+    FProvider.OpenConnection();
+    const auto query = FProvider.Connection().CreateDataset();
+    const std::function<void()> changes[] = {
+        [&] {
+            query->Edit();
+            query->FieldAt(1).SetValue(7);
+            query->Post();
+        },
+        [&] {
+            query->Append();
+            query->FieldAt(0).SetValue(3);
+            query->Post();
+        },
+        [&] {
+            query->SetRecNo(1);
+            query->Delete();
+        },
+    };
+    FProvider.Connection().ExecuteDataset("SELECT * FROM " + Database().Name() + ".t", *query);
+    for (const auto &change : changes) {
+        // The first one reads the key as well.
+        Log().Last->Break();
+        EXPECT_NO_THROW(change());
+    }
+    EXPECT_EQ(Value("SELECT GROUP_CONCAT(a, '=', IFNULL(b, '') ORDER BY a) FROM t"), "1=7,3=");
+    EXPECT_EQ(Log().Connects.size(), 4);
 }
 
 TEST_F(TProvider, ATunnelThroughARealSshServerIsRepaired)

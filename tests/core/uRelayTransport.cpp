@@ -87,6 +87,7 @@ void TRelayTransport::Disconnect()
     if (FListener >= 0)
         close(FListener);
     FListener = -1;
+    FUnnoticed = false;
     if (FConnected)
         --Log().Connected;
     FConnected = false;

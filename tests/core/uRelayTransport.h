@@ -35,18 +35,26 @@ public:
     ~TRelayTransport() override;
     void Connect(const TSSHTransportSettings &settings) override;
     void ForwardPort(quint16 sourcePort, const QString &destHost, quint16 destPort) override;
-    bool Forwarding() const override { return FListener >= 0; }
+    bool Forwarding() const override { return FListener >= 0 || FUnnoticed; }
     void Disconnect() override;
-    bool Connected() const override { return FConnected; }
+    bool Connected() const override { return FConnected || FUnnoticed; }
 
     /// The SSH server goes away: all that was forwarded ends.
     void Break() { Disconnect(); }
+    /// The same, but the client hears of it only at Notice().
+    void BreakUnnoticed()
+    {
+        Disconnect();
+        FUnnoticed = true;
+    }
+    void Notice() { FUnnoticed = false; }
 
 private:
     void Serve();
     void Relay(int client);
 
     bool FConnected = false;
+    bool FUnnoticed = false;
     int FListener = -1;
     int FWake[2] = {-1, -1};
     QByteArray FDestHost;

@@ -35,9 +35,10 @@ class TNames : public TDbmList<TItem, TDbmDatabaseEntity>
 {
 public:
     explicit TNames(TDbmElement *owner) : TDbmList(owner) {}
-    bool TryGetByName(const QString &name, TItemPtr &item) { return TryGetByKey(name, item); }
 
     QStringList Server;
+    using TDbmList::Manager;
+
     bool Fails = false;
     bool CannotCreate = false;
     int Reads = 0;
@@ -181,6 +182,28 @@ TEST_F(TListTest, FindsTheFirstAndLeavesTheArgumentAloneWithoutOne)
     EXPECT_FALSE(List->TryFind([](TItem &) { return false; }, item));
     EXPECT_EQ(item->Entity().DatabaseName, "aa");
     EXPECT_EQ(List->ToEntityList().size(), 3);
+}
+
+TEST_F(TListTest, AnItemOutlivesItsListAsItWasLastRead)
+{
+    List->Server = {"a"};
+    const auto a = Item("a");
+    const auto child = TDbmElement::New<TNames>(a.get());
+    child->Server = {"x"};
+    EXPECT_EQ(child->Count(), 1);
+    EXPECT_EQ(a->Owner(), List.get());
+    List.reset();
+    EXPECT_EQ(a->Owner(), nullptr);
+    EXPECT_FALSE(child->IsAttached());
+    a->RequestProcess();
+    a->RequestProcessOfOwner();
+    child->RequestProcess();
+    EXPECT_EQ(a->Entity().DatabaseName, "a");
+    EXPECT_EQ(a->EntitiesRead, 0);
+    EXPECT_EQ(child->Count(), 1);
+    EXPECT_EQ(child->Reads, 1);
+    EXPECT_THROW(a->OwnerAs<TNames>(), EException);
+    EXPECT_THROW(child->Manager(), EException);
 }
 
 TEST_F(TListTest, HoldersKeepARemovedItemAlive)
