@@ -229,6 +229,7 @@ struct TDbmFieldServerText
     QString OnUpdate;  // CURRENT_TIMESTAMP(6), ...; empty without an ON UPDATE
     QString Generated; // GENERATED ALWAYS AS (...) STORED, ...; empty for a plain column
     QString Trailing;  // INVISIBLE, CHECK (...), SRID ...; what stands behind all else
+    QString Comment;   // as read; an unedited comment keeps its line breaks
 };
 
 struct TDbmFieldPosition

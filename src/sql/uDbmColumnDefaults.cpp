@@ -39,6 +39,24 @@ bool IsNumber(const QString &text)
     return TRegExUtils::IsMatch(text, "^-?[0-9.]+(e[-+]?\\d+)?$", CaseBlind);
 }
 
+/// A number without the zeros that servers write for its width and decimals.
+QString BareNumber(const QString &text)
+{
+    if (!TRegExUtils::IsMatch(text, "^-?\\d+(\\.\\d+)?$"))
+        return text;
+    const QString bare = TRegExUtils::Replace(text, "^(-?)0+(?=\\d)", "\\1");
+    return bare.contains(u'.') ? TRegExUtils::Replace(bare, "\\.?0+$", "") : bare;
+}
+
+/// Whether a text of the model's means what the server's does: midnight is written as its day alone
+/// and the zero date as a number.
+bool IsSame(const QString &text, const QString &serverText)
+{
+    const QString day = TRegExUtils::Replace(serverText, " 00:00:00(\\.0+)?$", "");
+    return text == (day == u"0000-00-00" ? QString("0") : day) ||
+           BareNumber(text) == BareNumber(serverText);
+}
+
 } // namespace
 
 void TDbmColumnDefaults::Parse(TDbmFieldDataType dataType, const QString &text,
@@ -78,7 +96,7 @@ void TDbmColumnDefaults::ParseLiteral(TDbmFieldDataType dataType, const QString 
         bool fits = false;
         const qint64 number = bits.captured(1).toLongLong(&fits, 2);
         value.Value = fits ? TVariant(number) : TVariant(text);
-        serverText = text;
+        serverText = fits ? QString() : text;
         return;
     }
     const auto hex = TRegExUtils::Match(text, "^0x([0-9A-F]*)$", CaseBlind);
@@ -89,10 +107,10 @@ void TDbmColumnDefaults::ParseLiteral(TDbmFieldDataType dataType, const QString 
         return;
     }
     TDbmFieldUtils::ParseValue(dataType, text, value);
-    // A decimal of thirty digits, a fraction of a second, a zero date: the value is for showing,
-    // the server's text is what is written.
-    if (value.ValueType == vtValue && TDbmSqlValueUtils::FormatValue(value, false) != text &&
-        !value.Value.IsString())
+    // A decimal of thirty digits, a fraction of a second, a date without a day: the value is for
+    // showing, the server's text is what is written.
+    if (value.ValueType == vtValue && !value.Value.IsString() &&
+        !IsSame(TDbmSqlValueUtils::FormatValue(value, false), text))
         serverText = literal;
 }
 

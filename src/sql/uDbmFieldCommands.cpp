@@ -1,5 +1,7 @@
 #include "sql/uDbmFieldCommands.h"
 
+#include "sql/uDbmQuotedText.h"
+
 QList<TDbmFieldEntity> TDbmFieldCommands::ExecuteSelect(const QString &database,
                                                         const QString &table)
 {
@@ -25,7 +27,7 @@ void TDbmFieldCommands::ExecuteUpdate(const QString &database, const QString &ta
                                       const QString &tableCollation) const
 {
     const TDbmFieldFormatters &formatters = FFormatters->Fields();
-    const TDbmFieldEntity whole = WithChecks(database, table, field);
+    const TDbmFieldEntity whole = WithCheck(database, table, field, newName);
     ExecuteScript(newName == field.FieldName
                       ? formatters.FormatAlterTableModifyColumn(database, table, whole, position,
                                                                 tableCollation)
@@ -34,8 +36,8 @@ void TDbmFieldCommands::ExecuteUpdate(const QString &database, const QString &ta
                   ";");
 }
 
-TDbmFieldEntity TDbmFieldCommands::WithChecks(const QString &database, const QString &table,
-                                              TDbmFieldEntity field) const
+TDbmFieldEntity TDbmFieldCommands::WithCheck(const QString &database, const QString &table,
+                                             TDbmFieldEntity field, const QString &newName) const
 {
     if (field.ServerText.Type.isEmpty() || !FFormatters->Fields().HaveColumnChecks())
         return field;
@@ -44,8 +46,10 @@ TDbmFieldEntity TDbmFieldCommands::WithChecks(const QString &database, const QSt
         ExecuteToList<QString>(tables.FormatSelectDDL(database, table),
                                [&](const TDataSet &row) { return tables.ParseSelectDDL(row); });
     const QString check = TDbmFieldFormatters::ParseColumnCheck(ddl.value(0), field.FieldName);
+    // The server reads the clause with the column's name as it will be.
     if (!check.isEmpty() && !field.ServerText.Trailing.contains(check))
-        field.ServerText.Trailing = (field.ServerText.Trailing + ' ' + check).trimmed();
+        field.ServerText.Trailing +=
+            ' ' + TDbmQuotedText::RenameColumn(check, field.FieldName, newName);
     return field;
 }
 

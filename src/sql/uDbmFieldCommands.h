@@ -19,6 +19,6 @@ public:
     void ExecuteDelete(const QString &database, const QString &table, const QString &name) const;
 
 private:
-    TDbmFieldEntity WithChecks(const QString &database, const QString &table,
-                               TDbmFieldEntity field) const;
+    TDbmFieldEntity WithCheck(const QString &database, const QString &table, TDbmFieldEntity field,
+                              const QString &newName) const;
 };

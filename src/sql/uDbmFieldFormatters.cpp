@@ -3,6 +3,7 @@
 #include "sql/uDatasetUtils.h"
 #include "sql/uDbmColumnDefaults.h"
 #include "sql/uDbmFieldUtils.h"
+#include "sql/uDbmQuotedText.h"
 #include "sql/uDbmSqlStringFormatter.h"
 #include "sql/uDbmSqlValueUtils.h"
 #include "support/uException.h"
@@ -12,9 +13,14 @@
 
 namespace {
 
-QString CommentClause(const QString &comment)
+/// Typed line breaks fold into one line as those of the whole text do. A comment that came from the
+/// server keeps them, escaped.
+QString CommentClause(const TDbmFieldEntity &field)
 {
-    return "COMMENT '" + TDbmSqlStringFormatter::Format(comment) + '\'';
+    QString text = field.Comment;
+    if (text != field.ServerText.Comment)
+        text = TStringUtils::Compact('\'' + text + '\'').sliced(1).chopped(1);
+    return "COMMENT '" + TDbmSqlStringFormatter::Format(text) + '\'';
 }
 
 /// Text that already holds blanks on purpose, each part behind one blank.
@@ -60,6 +66,7 @@ TDbmFieldEntity TDbmFieldFormatters::ParseSelectRow(const TDataSet &row) const
     ParseDefault(row, field, extra);
     ParseExtra(row, field, extra);
     field.Comment = TDatasetUtils::AsString(row, "COLUMN_COMMENT", {});
+    field.ServerText.Comment = field.Comment;
     field.Info.PosIndex = TDatasetUtils::AsInteger(row, "ORDINAL_POSITION", 0);
     return field;
 }
@@ -101,7 +108,10 @@ void TDbmFieldFormatters::ParseExtraWords(const TDataSet &row, TDbmFieldEntity &
     const auto generated = TRegExUtils::Match(extra, "(VIRTUAL|STORED|PERSISTENT)( GENERATED)?",
                                               QRegularExpression::CaseInsensitiveOption);
     const QString expression = TDatasetUtils::AsString(row, "GENERATION_EXPRESSION", {});
-    if (generated.hasMatch() && !expression.isEmpty())
+    // The bounds of a versioned row are no expression. No ALTER can touch them where they are, and
+    // a table without the versioning can have them as plain columns only.
+    const bool isBound = TRegExUtils::IsMatch(expression, "^ROW (START|END)$");
+    if (generated.hasMatch() && !expression.isEmpty() && !isBound)
         field.ServerText.Generated = TFormat::Format(
             "GENERATED ALWAYS AS (%s) %s",
             {FServerFeatures->MarkedDefaults ? TDbmColumnDefaults::UnescapeExpression(expression)
@@ -111,40 +121,45 @@ void TDbmFieldFormatters::ParseExtraWords(const TDataSet &row, TDbmFieldEntity &
 
 QString TDbmFieldFormatters::ParseColumnCheck(const QString &tableDDL, const QString &name)
 {
-    const QString start = "  `" + QString(name).replace('`', "``") + "` ";
-    for (const QString &line : TStringUtils::Lines(tableDDL)) {
-        if (!line.startsWith(start))
+    const QString masked = TDbmQuotedText::Masked(tableDDL);
+    // The second and third are what servers write that were told to quote otherwise or not at all.
+    const QString spellings[] = {'`' + QString(name).replace('`', "``") + '`',
+                                 '"' + QString(name).replace('"', "\"\"") + '"', name};
+    for (const QString &spelling : spellings) {
+        const qsizetype line = tableDDL.indexOf("\n  " + spelling + ' ');
+        if (line < 0)
             continue;
-        // The clause is the last of its line; a text inside quotes may look like one.
-        QString outside = line;
-        TRegExUtils::ForEachMatch(line, "'(?:[^'\\\\]|''|\\\\.)*'",
-                                  [&](const QRegularExpressionMatch &match) {
-                                      outside.replace(match.capturedStart(), match.capturedLength(),
-                                                      QString(match.capturedLength(), u'x'));
-                                  });
-        const qsizetype check = outside.indexOf(" CHECK (");
-        if (check < 0)
+        // The clause is the last of its line.
+        const qsizetype end = masked.indexOf('\n', line + 1);
+        const qsizetype check = masked.indexOf(" CHECK (", line);
+        if (check < 0 || check > end)
             return {};
-        QString clause = line.mid(check + 1).trimmed();
-        if (clause.endsWith(u','))
-            clause.chop(1);
-        return clause;
+        const QString clause = tableDDL.mid(check, end - check).trimmed();
+        return clause.endsWith(u',') ? clause.chopped(1) : clause;
     }
-    return {};
+    throw EException(
+        TFormat::Format("Column \"%s\" is not found in the definition of its table.", {name}));
 }
 
 QString TDbmFieldFormatters::FormatColumnType(const TDbmFieldEntity &field,
                                               const QString &tableCollation) const
 {
     const TDbmFieldServerText &server = field.ServerText;
-    QString text;
-    if (server.Type.isEmpty() || !(field.FieldType == server.Parsed) ||
-        TDbmFieldUtils::IsExactType(field.FieldType, server.Type)) {
-        TDbmFieldUtils::FormatType(field.FieldType, tableCollation, text);
-        return text;
+    TDbmFieldType type = field.FieldType;
+    if (!server.Type.isEmpty()) {
+        // A collation stands behind the type, whichever text that has.
+        TDbmFieldType parsed = server.Parsed;
+        parsed.Binary = type.Binary;
+        parsed.Collation = type.Collation;
+        if (type == parsed && !TDbmFieldUtils::IsExactType(type, server.Type)) {
+            const QString charset = TDbmFieldUtils::FormatCharset(type, tableCollation);
+            return charset.isEmpty() ? server.Type : server.Type + "\r\n" + charset;
+        }
+        type.Values = TDbmFieldUtils::WholeMembers(type.Values, parsed.Values, server.Type);
     }
-    const QString charset = TDbmFieldUtils::FormatCharset(field.FieldType, tableCollation);
-    return charset.isEmpty() ? server.Type : server.Type + "\r\n" + charset;
+    QString text;
+    TDbmFieldUtils::FormatType(type, tableCollation, text);
+    return text;
 }
 
 QString TDbmFieldFormatters::FormatDefault(const TDbmFieldEntity &field) const
@@ -183,7 +198,7 @@ QString TDbmFieldFormatters::FormatDefinition(const TDbmFieldEntity &field,
     // Deliberate: the blank stays where the word does not follow.
     text += field.Autoincrement ? " AUTO_INCREMENT" : " ";
     if (!isNew || !field.Comment.isEmpty())
-        Append(text, CommentClause(field.Comment));
+        Append(text, CommentClause(field));
     Append(text, server.Trailing);
     return TStringUtils::Compact(text);
 }
@@ -238,7 +253,7 @@ QString TDbmFieldFormatters::FormatChangeColumn(const TDbmFieldEntity &field,
             Append(text, FormatNullable(field));
     }
     Append(text, field.Autoincrement ? "AUTO_INCREMENT" : "");
-    Append(text, CommentClause(field.Comment));
+    Append(text, CommentClause(field));
     Append(text, server.Trailing);
     Append(text, FormatPosition(position));
     return TStringUtils::Compact(text);

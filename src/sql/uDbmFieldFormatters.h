@@ -47,6 +47,7 @@ public:
     /// The type as a statement has to write it; lines.
     QString FormatColumnType(const TDbmFieldEntity &field, const QString &tableCollation) const;
     /// The CHECK clause that belongs to the column's definition in the table's text; else empty.
+    /// Raises EException where the text has no such column: nobody would know then what it has.
     static QString ParseColumnCheck(const QString &tableDDL, const QString &name);
 
 private:

@@ -1,6 +1,5 @@
 #include "sql/uDbmFieldUtils.h"
 
-#include "sql/uDbmSqlStringFormatter.h"
 #include "sql/uDbmSqlValueUtils.h"
 #include "support/uException.h"
 #include "support/uFormat.h"
@@ -229,7 +228,7 @@ QString TDbmFieldUtils::FormatTypeWord(const TDbmFieldType &fieldType)
     if (HaveValues(dataType)) {
         QStringList values;
         for (const QString &value : fieldType.Values)
-            values.append(u'\'' + TDbmSqlStringFormatter::Format(value) + u'\'');
+            values.append(u'\'' + value + u'\'');
         return word + '(' + values.join(", ") + ')';
     }
     if (IsOrdinal(dataType))
@@ -259,14 +258,20 @@ void TDbmFieldUtils::FormatType(const TDbmFieldType &fieldType, const QString &t
 
 QString TDbmFieldUtils::FormatCharset(const TDbmFieldType &fieldType, const QString &tableCollation)
 {
-    QStringList lines;
     const TDbmFieldDataType dataType = fieldType.DataType;
     if (!IsString(dataType) || dataType == fdtBinary || dataType == fdtVarBinary)
         return {};
+    // The word stands for the one collation <charset>_bin. Beside another binary collation it would
+    // turn the column into that one, so the collation alone is written then.
+    const QString &collation = fieldType.Collation;
+    if (fieldType.Binary && collation.endsWith(u"_bin", Qt::CaseInsensitive) &&
+        collation.count(u'_') > 1)
+        return "COLLATE " + collation;
+    QStringList lines;
     if (fieldType.Binary)
         lines.append("BINARY");
-    if (!fieldType.Collation.isEmpty() && fieldType.Collation != tableCollation)
-        lines.append("COLLATE " + fieldType.Collation);
+    if (!collation.isEmpty() && collation != tableCollation)
+        lines.append("COLLATE " + collation);
     return lines.join("\r\n");
 }
 
@@ -282,6 +287,27 @@ bool TDbmFieldUtils::IsExactType(const TDbmFieldType &fieldType, const QString &
     QString text;
     FormatType(bare, QString(), text);
     return Canonical(text) == Canonical(serverText);
+}
+
+QStringList TDbmFieldUtils::WholeMembers(const QStringList &values, const QStringList &parsed,
+                                         const QString &serverText)
+{
+    QStringList whole;
+    TRegExUtils::ForEachMatch(
+        serverText, "'((?:[^'\\\\]|''|\\\\.)*+)'",
+        [&](const QRegularExpressionMatch &match) { whole.append(match.captured(1)); });
+    if (whole == parsed)
+        return values;
+    QStringList stayed;
+    QStringList added = values;
+    for (const QString &value : parsed) {
+        added.removeAll(value);
+        if (values.contains(value))
+            stayed.append(value);
+        else if (whole.removeAll(value) == 0)
+            return values;
+    }
+    return values == stayed + added ? whole + added : values;
 }
 
 void TDbmFieldUtils::ParseValue(TDbmFieldDataType dataType, const TDataSet &row,

@@ -11,7 +11,9 @@ public:
     static QString FormatDataType(TDbmFieldDataType dataType);
     /// Blind to letter case. Raises EException for a word that is no type of the model's.
     static TDbmFieldDataType ParseDataType(const QString &text);
-    /// Lines, which the caller compacts. Deliberate: the width of BIT and YEAR is not written.
+    /// Lines, which the caller compacts. Deliberate: the width of BIT and YEAR is not written, and
+    /// members of an ENUM or SET are written as they are: they are kept in the server's own
+    /// spelling, in which a quote is doubled and a backslash too.
     static void FormatType(const TDbmFieldType &fieldType, const QString &tableCollation,
                            QString &text);
     /// `text` is as the server's COLUMN_TYPE. Raises what ParseDataType raises, and EException when
@@ -51,6 +53,12 @@ public:
     static bool IsExactType(const TDbmFieldType &fieldType, const QString &serverText);
     /// The COLLATE clause and what else stands behind the type of a text column; lines.
     static QString FormatCharset(const TDbmFieldType &fieldType, const QString &tableCollation);
+
+    /// The members of an edited ENUM or SET, in the server's own spelling. Those that were read
+    /// wrongly (empty ones, ones with a quote) stay while others are taken away or added behind
+    /// them; `parsed` is what `serverText` was read into.
+    static QStringList WholeMembers(const QStringList &values, const QStringList &parsed,
+                                    const QString &serverText);
 
 private:
     static QString FormatTypeWord(const TDbmFieldType &fieldType);

@@ -1,0 +1,257 @@
+#include "sql/uDbmFieldFormatters.h"
+#include "sql/uDbmColumnDefaults.h"
+#include "sql/uDbmFieldUtils.h"
+#include "sql/uDbmQuotedText.h"
+#include "sql/uDbmSqlValueUtils.h"
+#include "support/uException.h"
+#include "support/uStringUtils.h"
+#include "uTestPrint.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TDbmFieldType Type(const QString &text, const QString &collation = {})
+{
+    TDbmFieldType type;
+    TDbmFieldUtils::ParseType(text, type, collation);
+    return type;
+}
+
+QString Written(const TDbmFieldType &type, const QString &tableCollation = {})
+{
+    QString text;
+    TDbmFieldUtils::FormatType(type, tableCollation, text);
+    return TStringUtils::Compact(text);
+}
+
+TDbmFieldEntity Field(const QString &type)
+{
+    TDbmFieldEntity field;
+    field.FieldName = "c";
+    field.FieldType = Type(type);
+    return field;
+}
+
+/// As a server tells of it.
+TDbmFieldEntity ReadField(const QString &type, const QString &collation = {})
+{
+    TDbmFieldEntity field = Field(type);
+    field.FieldType = Type(type, collation);
+    field.ServerText.Type = type;
+    field.ServerText.Parsed = field.FieldType;
+    return field;
+}
+
+const TDbmServerFeatures Features;
+const TDbmFieldFormatters Formatters(&Features);
+
+TEST(TFieldTypeTest, IsReadAndWrittenInTheModelsOwnWay)
+{
+    const struct
+    {
+        const char *Read;
+        const char *Written;
+        const char *Collation = "";
+        const char *TableCollation = "utf8_general_ci";
+    } rows[] = {
+        {"tinyint(1)", "BOOL"},
+        {"tinyint(1) unsigned", "BOOL"},
+        {"tinyint(2)", "TINYINT(2)"},
+        {"INTEGER(10) Unsigned Zerofill", "INT(10) UNSIGNED ZEROFILL"},
+        {"bit(8)", "BIT"},
+        {"year(4)", "YEAR"},
+        {"float", "FLOAT"},
+        {"double(10,2) unsigned", "DOUBLE(10,2) UNSIGNED"},
+        {"numeric(5,0)", "DECIMAL(5,0)"},
+        {"datetime(6)", "DATETIME"},
+        {"varchar(0)", "VARCHAR(255)"},
+        {"varbinary(9)", "VARBINARY(9)", "utf8_bin"},
+        {"enum('a','b c')", "ENUM('a', 'b c')"},
+        {"enum('a','')", "ENUM('a')"},
+        {"enum('a''b','c')", "ENUM('a', 'b', 'c')"},
+        {"set('x\\\\y')", "SET('x\\\\y')"},
+        {"char(3)", "CHAR(3)", "utf8_general_ci"},
+        {"char(3)", "CHAR(3) COLLATE UTF8_general_ci", "UTF8_general_ci"},
+        {"text", "TEXT BINARY COLLATE utf8_bin", "utf8_bin"},
+        {"text", "TEXT BINARY", "utf8_bin", "utf8_bin"},
+        {"text", "TEXT COLLATE utf8mb4_0900_bin", "utf8mb4_0900_bin", "utf8mb4_0900_bin"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(Written(Type(row.Read, row.Collation), row.TableCollation), row.Written)
+            << row.Read;
+    EXPECT_EQ(Type("enum('unsigned','Zerofill')").Unsigned, true);
+    EXPECT_EQ(Type("enum('unsigned','Zerofill')").Zerofill, true);
+    EXPECT_THROW(Type("decimal(5)"), EException);
+    EXPECT_THROW(TDbmFieldUtils::FormatDataType(fdtUnknown), EException);
+    try {
+        Type("geometry");
+        ADD_FAILURE() << "no such type";
+    } catch (const EException &e) {
+        EXPECT_EQ(e.Message(), "Parse error: unknown field data type \"geometry\"");
+    }
+}
+
+TEST(TFieldTypeTest, AllowsWhatItsKindAllows)
+{
+    using TUtils = TDbmFieldUtils;
+    const struct
+    {
+        const char *Name;
+        bool (*Holds)(TDbmFieldDataType);
+        QList<int> Types;
+    } rows[] = {
+        {"IsOrdinal", TUtils::IsOrdinal, {1, 3, 4, 5, 6}},
+        {"IsNumeric", TUtils::IsNumeric, {7, 8, 9}},
+        {"IsBoolean", TUtils::IsBoolean, {2}},
+        {"IsDate", TUtils::IsDate, {10, 11, 12, 13}},
+        {"IsString", TUtils::IsString, {15, 16, 17, 18, 20, 22, 24, 26, 27, 28}},
+        {"IsBinary", TUtils::IsBinary, {19, 21, 23, 25}},
+        {"HaveLength", TUtils::HaveLength, {1, 3, 4, 5, 6, 7, 8, 9, 14, 15, 16, 17, 18, 29}},
+        {"HaveValues", TUtils::HaveValues, {27, 28}},
+    };
+    for (const auto &row : rows) {
+        QList<int> types;
+        for (int type = fdtUnknown; type <= fdtBit; ++type)
+            if (row.Holds(static_cast<TDbmFieldDataType>(type)))
+                types += type;
+        EXPECT_EQ(types, row.Types) << row.Name;
+    }
+    EXPECT_TRUE(TUtils::HaveAttribute(fdtBinary, ftaCharset));
+    EXPECT_FALSE(TUtils::HaveAttribute(fdtLongText, ftaDefValue));
+    EXPECT_FALSE(TUtils::HaveAttribute(fdtBool, ftaUnsigned));
+}
+
+TEST(TFieldTextTest, KeepsEachBlankInItsPlace)
+{
+    TDbmFieldEntity id = Field("int unsigned"), plain = Field("int"), text = Field("text");
+    id.Autoincrement = true;
+    plain.Comment = "x";
+    plain.DefaultValue.Value = 1.5;
+    text.Nullable = true;
+    const auto definition = [](const TDbmFieldEntity &field, bool isNew) {
+        return Formatters.FormatDefinition(field, {}, isNew);
+    };
+    EXPECT_EQ(definition(id, true), "`c` INT UNSIGNED NOT NULL AUTO_INCREMENT");
+    EXPECT_EQ(definition(id, false), "`c` INT UNSIGNED NOT NULL AUTO_INCREMENT COMMENT ''");
+    EXPECT_EQ(definition(plain, true), "`c` INT NOT NULL DEFAULT '1.5'  COMMENT 'x'");
+    EXPECT_EQ(definition(text, true), "`c` TEXT DEFAULT NULL");
+    EXPECT_EQ(definition(text, false), "`c` TEXT NULL DEFAULT NULL  COMMENT ''");
+    EXPECT_EQ(Formatters.FormatAddColumn(text, {}, {}), "ADD COLUMN `c` TEXT DEFAULT NULL");
+    EXPECT_EQ(Formatters.FormatModifyColumn(text, {fptAfter, "b"}, {}),
+              "MODIFY COLUMN `c` TEXT NULL DEFAULT NULL  COMMENT '' AFTER `b`");
+    EXPECT_EQ(Formatters.FormatChangeColumn(text, {fptFirst, {}}, "d", {}),
+              "CHANGE COLUMN `c` `d` TEXT NULL DEFAULT NULL COMMENT '' FIRST");
+    EXPECT_EQ(Formatters.FormatAlterTableDropColumn("d", "t", "c"),
+              "ALTER TABLE `d`.`t` DROP COLUMN `c`");
+}
+
+TEST(TFieldTextTest, FoldsTypedLineBreaksAndKeepsStoredOnes)
+{
+    TDbmFieldEntity field = Field("int");
+    field.Comment = " it's \\ \r\n  two\n";
+    EXPECT_EQ(Formatters.FormatDefinition(field, {}, true),
+              "`c` INT NOT NULL  COMMENT ' it\\'s \\\\ two '");
+    field.ServerText.Comment = field.Comment;
+    EXPECT_EQ(Formatters.FormatDefinition(field, {}, true),
+              "`c` INT NOT NULL  COMMENT ' it\\'s \\\\ \\r\\n  two\\n'");
+}
+
+TEST(TFieldTextTest, TheServersTypeStaysWhateverIsEditedBesideIt)
+{
+    const auto written = [](const TDbmFieldEntity &field) {
+        return TStringUtils::Compact(Formatters.FormatColumnType(field, "utf8mb4_general_ci"));
+    };
+    EXPECT_EQ(written(ReadField("tinyint(1) unsigned")), "tinyint(1) unsigned");
+    EXPECT_EQ(written(ReadField("int(8)")), "INT(8)");
+    TDbmFieldEntity odd = ReadField("enum('a','','d''e','f')", "utf8mb4_general_ci");
+    odd.FieldType.Collation = "utf8mb4_bin";
+    odd.FieldType.Binary = true;
+    EXPECT_EQ(written(odd), "enum('a','','d''e','f') BINARY COLLATE utf8mb4_bin");
+    odd.FieldType.Binary = false;
+    odd.FieldType.Values.removeOne("a");
+    odd.FieldType.Values += "new";
+    EXPECT_EQ(written(odd), "ENUM('', 'd''e', 'f', 'new') COLLATE utf8mb4_bin");
+    // Where one of the split ones is taken out, nobody can tell what is meant.
+    TDbmFieldEntity split = ReadField("enum('a''b','c')");
+    split.FieldType.Values = {"b", "c"};
+    EXPECT_EQ(written(split), "ENUM('b', 'c')");
+}
+
+TEST(TFieldDefaultTest, IsReadAsAnOldServerWouldHaveToldIt)
+{
+    const auto value = [](TDbmFieldDataType type, const char *text) {
+        TDbmValue parsed;
+        TDbmFieldUtils::ParseValue(type, text, parsed);
+        return parsed;
+    };
+    EXPECT_EQ(value(fdtInt, "x").Value, TVariant(0));
+    EXPECT_EQ(value(fdtTimeStamp, "0000-00-00 00:00:00").Value, TVariant(0));
+    EXPECT_EQ(value(fdtDate, "current_timestamp").ValueType, vtCurrentTimeStamp);
+    EXPECT_EQ(value(fdtYear, "CURRENT_TIMESTAMP").Value, TVariant(QString("CURRENT_TIMESTAMP")));
+    EXPECT_EQ(value(fdtBool, "1").Value, TVariant(QString("1")));
+}
+
+TEST(TFieldDefaultTest, IsWrittenByTheModelWhereThatMeansTheSame)
+{
+    TDbmServerFeatures quoted, marked;
+    quoted.SetParams("10.11.6-MariaDB");
+    marked.SetParams("9.1.0");
+    const struct
+    {
+        const TDbmServerFeatures &Features;
+        TDbmFieldDataType Type;
+        const char *Read;
+        const char *Written;
+        bool IsExpression = false;
+    } rows[] = {
+        {quoted, fdtDateTime, "'0000-00-00 00:00:00'", "0"},
+        {marked, fdtDate, "0000-00-00", "0"},
+        {quoted, fdtDate, "'2001-00-00'", "'2001-00-00'"},
+        {quoted, fdtTimeStamp, "'2001-02-03 00:00:00'", "'2001-02-03'"},
+        {marked, fdtDateTime, "2001-02-03 04:05:06.7", "'2001-02-03 04:05:06.7'"},
+        {quoted, fdtTime, "'-100:00:00.500'", "'-100:00:00.500'"},
+        {quoted, fdtInt, "00000005", "5"},
+        {quoted, fdtDecimal, "0.10", "'0.1'"},
+        {marked, fdtDecimal, "-100.00", "'-100'"},
+        {quoted, fdtDecimal, "12345678901234567890.1", "12345678901234567890.1"},
+        {marked, fdtBigint, "18446744073709551615", "'18446744073709551615'"},
+        {quoted, fdtBit, "b'101'", "5"},
+        {quoted, fdtVarChar, "'it''s'", "'it\\'s'"},
+        {quoted, fdtVarChar, "NULL", "NULL"},
+        {quoted, fdtVarChar, "'NULL'", "'NULL'"},
+        {quoted, fdtDateTime, "current_timestamp(6)", "CURRENT_TIMESTAMP(6)"},
+        {marked, fdtVarChar, "concat(_utf8mb4\\'a\\')", "(concat(_utf8mb4'a'))", true},
+    };
+    for (const auto &row : rows) {
+        TDbmValue value;
+        QString serverText;
+        TDbmColumnDefaults(row.Features)
+            .Parse(row.Type, row.Read, row.IsExpression, value, serverText);
+        EXPECT_EQ(serverText.isEmpty() ? TDbmSqlValueUtils::FormatValue(value, true) : serverText,
+                  row.Written)
+            << row.Read;
+    }
+}
+
+TEST(TColumnCheckTest, IsFoundInEachSpellingOfAName)
+{
+    const QString ddl = "CREATE TABLE `t` (\n"
+                        "  `a` int COMMENT 'x CHECK (y)' CHECK (`a` > 1 and `b` <> 'a)\\'`a`'),\n"
+                        "  \"b \"\"c\" int CHECK (\"b \"\"c\" > 0),\n"
+                        "  length int CHECK (length(LENGTH) > 2),\n"
+                        "  `free` int DEFAULT 1\n"
+                        ") ENGINE=InnoDB";
+    const auto renamed = [&](const QString &name) {
+        return TDbmQuotedText::RenameColumn(TDbmFieldFormatters::ParseColumnCheck(ddl, name), name,
+                                            "n`w");
+    };
+    EXPECT_EQ(TDbmFieldFormatters::ParseColumnCheck(ddl, "b \"c"), "CHECK (\"b \"\"c\" > 0)");
+    EXPECT_EQ(TDbmFieldFormatters::ParseColumnCheck(ddl, "free"), "");
+    EXPECT_EQ(renamed("a"), "CHECK (`n``w` > 1 and `b` <> 'a)\\'`a`')");
+    EXPECT_EQ(renamed("b \"c"), "CHECK (`n``w` > 0)");
+    EXPECT_EQ(renamed("length"), "CHECK (length(`n``w`) > 2)");
+    EXPECT_THROW(TDbmFieldFormatters::ParseColumnCheck(ddl, "missing"), EException);
+}
+
+} // namespace
