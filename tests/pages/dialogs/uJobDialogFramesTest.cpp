@@ -1,4 +1,6 @@
 #include "app/uAppConfig.h"
+#include "app/uAppProfiles.h"
+#include "jobs/uAppWorkers.h"
 #include "model/uDbmFieldList.h"
 #include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
@@ -124,6 +126,7 @@ TEST_F(TJobDialogsTest, ADatabaseAndATableAreCloned)
     });
     Trigger("actSchemaClone");
     EXPECT_EQ(Server().Value("SELECT COUNT(*) FROM t", copy), "1") << Log.toStdString();
+    EXPECT_TRUE(Log.contains("Left out: fulltext index \"words\" of table \"t\""));
     Server().Exec("DROP DATABASE `" + copy + '`');
 
     workspace.PageUtils().ShowTable(Database().Name(), "t", true);
@@ -158,6 +161,48 @@ TEST_F(TJobDialogsTest, AMigrationNeedsATarget)
         ::Find<QPushButton>(dialog, "butCancel")->click();
     });
     Trigger("actSchemaMigrate");
+}
+
+TEST_F(TJobDialogsTest, AMigrationRunsIntoAChosenDatabaseOfAChosenHost)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, w VARCHAR(9)); INSERT INTO t VALUES (1, 'ж')");
+    const TTestDatabase target;
+    target.Exec("CREATE TABLE t (old INT); CREATE TABLE own (id INT)");
+    TAppProfiles profiles;
+    profiles.Clear();
+    auto stored = std::make_shared<TAppProfile>();
+    stored->Alias = "There";
+    stored->Id = TAppProfile::NewId();
+    stored->ConnectionProfile = Profile();
+    profiles.Add(stored);
+    profiles.Write();
+
+    OpenWorkspace();
+    ChooseDatabase(Database().Name());
+    Driver.Expect("frmDialog", [&](QWidget *dialog) {
+        Driver.Expect("frmProfiles", [](QWidget *form) { TGuiTools::Click(form, "butOpen"); });
+        Press(Row(dialog, "rowTargetHost"), "select");
+        EXPECT_EQ(Row(dialog, "rowTargetHost").Text(), "There");
+        ChooseDatabase(target.Name());
+        Press(Row(dialog, "rowTargetDatabase"), "select");
+        EXPECT_EQ(Row(dialog, "rowTargetDatabase").Text(), target.Name());
+        ExpectJob("Migration Database \"" + Database().Name() + '"');
+        Ok(dialog)->click();
+    });
+    Trigger("actSchemaMigrate");
+    EXPECT_TRUE(Log.contains("Task completed")) << Log.toStdString();
+    EXPECT_EQ(target.Value("SELECT w FROM t"), "ж");
+    EXPECT_EQ(target.Value("SELECT COUNT(*) FROM own"), "0") << "it is no part of the migration";
+}
+
+TEST_F(TJobDialogsTest, ADatabaseIsNotClonedOntoItself)
+{
+    Exec("CREATE TABLE t (id INT); INSERT INTO t VALUES (1)");
+    TDbmManager &manager = OpenWorkspace().Manager();
+    const qsizetype seen = Driver.Seen().size();
+    TAppWorkers::Instance().CloneDatabase(manager, Database().Name(), Database().Name());
+    EXPECT_EQ(Driver.Seen().size(), seen) << "there is no job to watch";
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM t"), "1");
 }
 
 class TSelectDialogsTest : public TJobDialogsTest
