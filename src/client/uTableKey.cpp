@@ -2,6 +2,7 @@
 
 #include "support/uFormat.h"
 
+#include <QHash>
 #include <QRegularExpression>
 #include <algorithm>
 
@@ -26,12 +27,55 @@ bool HasDerivedTable(const QString &sql)
     return derived.match(sql).hasMatch();
 }
 
+// Where the FROM of the outermost SELECT stands; -1 also when quotes make that hard to tell.
+qsizetype OutermostFrom(const QString &sql)
+{
+    if (!sql.startsWith(u"select ", Qt::CaseInsensitive))
+        return -1;
+    int depth = 0;
+    for (qsizetype i = 0; i >= 0 && i < sql.size(); ++i) {
+        const QChar c = sql[i];
+        if (c == u'`') {
+            i = sql.indexOf(u'`', i + 1);
+            if (i < 0)
+                return -1;
+        } else if (c == u'\'' || c == u'"') {
+            return -1;
+        } else if (c == u'(' || c == u')') {
+            depth += c == u'(' ? 1 : -1;
+        } else if (depth == 0 &&
+                   QStringView(sql).sliced(i).startsWith(u" from ", Qt::CaseInsensitive)) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+// A table that stands with its database is none that the statement itself makes: a page of rows
+// joins its table to the keys of the page, and a condition may read what it wants.
+bool StartsWithTable(const QString &sql, const TFieldInfo &field)
+{
+    static const QRegularExpression table(
+        "\\G from `([^`]+)`\\.`([^`]+)`(?: as (\\w+) join \\(| where | order | limit |$)",
+        QRegularExpression::CaseInsensitiveOption);
+    const qsizetype from = OutermostFrom(sql);
+    if (from < 0)
+        return false;
+    const QRegularExpressionMatch match = table.match(sql, from);
+    const auto same = [&match](int part, const QString &name) {
+        return match.captured(part).compare(name, Qt::CaseInsensitive) == 0;
+    };
+    const int alias = match.capturedLength(3) > 0 ? 3 : 2;
+    return match.hasMatch() && same(1, field.Database) && same(2, field.OrgTable) &&
+           same(alias, field.Table);
+}
+
 bool SameTable(const TFieldInfo &a, const TFieldInfo &b)
 {
     return a.Database == b.Database && a.OrgTable == b.OrgTable && a.Table == b.Table;
 }
 
-TTableKey TableOf(const std::vector<TFieldInfo> &fields)
+TTableKey TableOf(const std::vector<TFieldInfo> &fields, const QString &sql)
 {
     const TFieldInfo *table = nullptr;
     for (const TFieldInfo &field : fields) {
@@ -45,6 +89,8 @@ TTableKey TableOf(const std::vector<TFieldInfo> &fields)
     if (!table || table->Database.isEmpty() ||
         table->Database.compare(u"information_schema", Qt::CaseInsensitive) == 0)
         return {.Reason = "The result does not show a table."};
+    if (HasDerivedTable(sql) && !StartsWithTable(sql, *table))
+        return {.Reason = "The result comes from a subquery."};
     return {.Database = table->Database, .Table = table->OrgTable};
 }
 
@@ -65,6 +111,71 @@ std::vector<TKey> UniqueKeys(const TTableKey::TRows &rows, const TTableKey &tabl
     std::erase_if(keys, [](const TKey &key) { return !key.Unique; });
     std::stable_partition(keys.begin(), keys.end(),
                           [](const TKey &key) { return key.Name == u"PRIMARY"; });
+    return keys;
+}
+
+QString QuotedText(QString text)
+{
+    return u'\'' + text.replace(u'\\', "\\\\").replace(u'\'', "''") + u'\'';
+}
+
+// The one table that a view shows, and the view's names of its columns; no table when there are
+// several or their rows are made of others.
+struct TView
+{
+    TTableKey Table;
+    QHash<QString, QString> Columns; // the view's by the table's
+};
+
+// The server writes a definition anew in a form of its own: each name quoted, each column
+// qualified.
+TView ViewOf(const TTableKey::TRows &rows, const TTableKey &view)
+{
+    const auto found =
+        rows("SELECT VIEW_DEFINITION FROM information_schema.VIEWS WHERE TABLE_SCHEMA = " +
+             QuotedText(view.Database) + " AND TABLE_NAME = " + QuotedText(view.Table));
+    if (found.empty())
+        return {};
+    const QString &sql = found.front().value(0);
+    const qsizetype from = OutermostFrom(sql);
+    static const QRegularExpression table(
+        "\\G from `([^`]+)`\\.`([^`]+)`(?: `([^`]+)`)?(?: where .*)?$",
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpressionMatch match =
+        from < 0 ? QRegularExpressionMatch() : table.match(sql, from);
+    if (!match.hasMatch())
+        return {};
+    static const QRegularExpression column(
+        "(?:^select |,)(?:`[^`]+`\\.)?`[^`]+`\\.`([^`]+)` AS `([^`]+)`(?=,|$)",
+        QRegularExpression::CaseInsensitiveOption);
+    TView result{.Table = {.Database = match.captured(1), .Table = match.captured(2)},
+                 .Columns = {}};
+    const QString columns = sql.left(from);
+    for (auto all = column.globalMatch(columns); all.hasNext();) {
+        const QRegularExpressionMatch one = all.next();
+        result.Columns.insert(one.captured(1), one.captured(2));
+    }
+    return result;
+}
+
+// A view has no keys of its own; a row of it is found by the key of the table behind it.
+std::vector<TKey> KeysOf(const TTableKey::TRows &rows, const TTableKey &table, int depth = 0)
+{
+    constexpr int DeepestView = 8;
+    std::vector<TKey> keys = UniqueKeys(rows, table);
+    if (!keys.empty() || depth == DeepestView)
+        return keys;
+    const TView view = ViewOf(rows, table);
+    if (view.Table.Table.isEmpty())
+        return keys;
+    keys = KeysOf(rows, view.Table, depth + 1);
+    std::erase_if(keys, [&view](const TKey &key) {
+        return !std::all_of(key.Columns.begin(), key.Columns.end(),
+                            [&view](const QString &name) { return view.Columns.contains(name); });
+    });
+    for (TKey &key : keys)
+        for (QString &name : key.Columns)
+            name = view.Columns.value(name);
     return keys;
 }
 
@@ -104,14 +215,10 @@ QString QuotedIdentifier(const QString &name)
 TTableKey TTableKey::Find(const TRows &rows, const std::vector<TFieldInfo> &fields,
                           const QString &sql)
 {
-    TTableKey table = TableOf(fields);
+    TTableKey table = TableOf(fields, sql);
     if (!table.Reason.isEmpty())
         return table;
-    if (HasDerivedTable(sql)) {
-        table.Reason = "The result comes from a subquery.";
-        return table;
-    }
-    const std::vector<TKey> keys = UniqueKeys(rows, table);
+    const std::vector<TKey> keys = KeysOf(rows, table);
     table.Reason = TFormat::Format("\"%s\" has no primary key and no unique key without NULLs.",
                                    {table.Table});
     for (auto key = keys.begin(); key != keys.end(); ++key) {

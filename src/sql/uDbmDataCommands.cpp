@@ -28,26 +28,48 @@ bool TDbmDataCommands::ExecuteSelectRow(const QString &database, const QString &
         [&](const TDataSet &row) { return row.RecordCount() == 1 && reader(row); }, false);
 }
 
+bool TDbmDataCommands::TrySelectRow(const QString &database, const QString &table,
+                                    const TReader &reader, const TVariantList &values,
+                                    const QStringList &fields) const
+{
+    bool isRead = false;
+    FProvider->Command().ExecuteQuery(
+        FFormatters->Data().FormatSelectRow(database, table, values, fields), [&](TDataSet *row) {
+            if (!row || row->RecordCount() != 1)
+                return;
+            row->First();
+            isRead = reader(*row);
+        });
+    return isRead;
+}
+
+// A dataset beside the command tells how many rows there were.
+qint64 TDbmDataCommands::Change(const QString &statement) const
+{
+    const auto dataset = FProvider->Connection().CreateDataset();
+    FProvider->Command().ExecQuery(statement, {}, dataset.get(), ";");
+    return static_cast<qint64>(dataset->AffectedRows());
+}
+
 void TDbmDataCommands::ExecuteInsertRow(const QString &database, const QString &table,
                                         const TVariantList &values, const QStringList &fields) const
 {
     ExecuteScript(FFormatters->Data().FormatInsertRow(database, table, values, fields), ";");
 }
 
-void TDbmDataCommands::ExecuteUpdateRow(const QString &database, const QString &table,
-                                        const TVariantList &whereValues,
-                                        const QStringList &whereFields, const TVariantList &values,
-                                        const QStringList &fields) const
+qint64 TDbmDataCommands::ExecuteUpdateRow(const QString &database, const QString &table,
+                                          const TVariantList &whereValues,
+                                          const QStringList &whereFields,
+                                          const TVariantList &values,
+                                          const QStringList &fields) const
 {
-    ExecuteScript(FFormatters->Data().FormatUpdateRow(database, table, whereValues, whereFields,
-                                                      values, fields),
-                  ";");
+    return Change(FFormatters->Data().FormatUpdateRow(database, table, whereValues, whereFields,
+                                                      values, fields));
 }
 
-void TDbmDataCommands::ExecuteDeleteRow(const QString &database, const QString &table,
-                                        const TVariantList &whereValues,
-                                        const QStringList &whereFields) const
+qint64 TDbmDataCommands::ExecuteDeleteRow(const QString &database, const QString &table,
+                                          const TVariantList &whereValues,
+                                          const QStringList &whereFields) const
 {
-    ExecuteScript(FFormatters->Data().FormatDeleteRow(database, table, whereValues, whereFields),
-                  ";");
+    return Change(FFormatters->Data().FormatDeleteRow(database, table, whereValues, whereFields));
 }
