@@ -3,6 +3,7 @@
 #include "jobs/uDbmDumpDataUtils.h"
 #include "jobs/uDbmDumpNames.h"
 #include "jobs/uDbmFileTexts.h"
+#include "jobs/uDbmProgramTexts.h"
 #include "jobs/uDbmSqlModes.h"
 #include "model/uDbmEventList.h"
 #include "model/uDbmFieldList.h"
@@ -318,12 +319,12 @@ QString TDbmDumpUtils::DumpCreateRoutine(const QString &routine, TDbmRoutineType
         if (entity.Definition.isEmpty())
             throw EException(
                 TFormat::Format("The definition of routine \"%s\" cannot be read.", {routine}));
-        QString params;
-        FManager->Commands().Routines().ExecuteSelectParams(Escaped(FSourceDatabaseName),
-                                                            Escaped(routine), params, type);
-        CheckReads();
         entity.RoutineName = Escaped(routine);
-        entity.Definition = FitProgram(entity.Definition, QString(kind).toUpper(), routine);
+        const QString params = FManager->Commands().Routines().ExecuteSelectWholeParams(
+            Escaped(FSourceDatabaseName), entity);
+        const QString words = QString(kind).toUpper();
+        entity.Definition =
+            FitProgram(ExactBody(words, routine, entity.Definition), words, routine);
         return Carried(FFormatters->Routines().FormatCreate(Target(), entity, params), kind,
                        routine);
     }
@@ -347,7 +348,7 @@ QString TDbmDumpUtils::DumpCreateEvent(const QString &event)
     if (!FSessionZone.isEmpty() && !entity.TimeZone.isEmpty() && entity.TimeZone != FSessionZone)
         LeaveOut("time zone %s of event \"%s\"", {entity.TimeZone, event});
     entity.EventName = Escaped(event);
-    entity.Definition = FitProgram(entity.Definition, "EVENT", event);
+    entity.Definition = FitProgram(ExactBody("EVENT", event, entity.Definition), "EVENT", event);
     return Carried(FFormatters->Events().FormatCreate(Target(), entity, false), "event", event);
 }
 
@@ -381,9 +382,9 @@ QString TDbmDumpUtils::DumpCreateTrigger(const QString &table, const QString &tr
     TDbmTriggerEntity entity = triggerItem->Entity();
     NoteDefiner(entity.Definer, "trigger", trigger);
     // The list's text has other line ends than the trigger, also inside quotes.
-    const QString body = Program("TRIGGER", trigger).Body;
-    const QString fitted = FitProgram(body, "TRIGGER", trigger);
-    if (!FIntoFile || fitted != body)
+    const QString listed = Program("TRIGGER", trigger).Body;
+    const QString fitted = FitProgram(ExactBody("TRIGGER", trigger, listed), "TRIGGER", trigger);
+    if (!FIntoFile || fitted != listed)
         entity.Body = fitted;
     entity.TriggerName = Escaped(trigger);
     return Carried(FFormatters->Triggers().FormatCreate(Target(), Escaped(table), entity),
@@ -554,6 +555,23 @@ QString TDbmDumpUtils::ProgramMode(const QString &kind, const QString &name)
     for (const QString &mode : fit.Lost)
         LeaveOut("sql_mode %s of %s \"%s\"", {mode, kind.toLower(), name});
     return fit.Mode;
+}
+
+// As it was written, whatever the lists tell.
+QString TDbmDumpUtils::ExactBody(const QString &kind, const QString &name, const QString &listed)
+{
+    QString create;
+    // Servers without events do not tell triggers so.
+    if (FManager->Features().Events)
+        FManager->Command().ExecuteQuery(
+            "SHOW CREATE " + kind + ' ' +
+                TDbmPathUtils::FormatDbObject(Escaped(FSourceDatabaseName), Escaped(name)),
+            [&](TDataSet *rows) {
+                if (rows && rows->RecordCount() > 0)
+                    create = rows->FieldByName(TDbmProgramTexts::Column(kind)).AsString();
+            });
+    const QString body = TDbmProgramTexts::Body(kind, create);
+    return body.isEmpty() ? listed : body;
 }
 
 QString TDbmDumpUtils::FitProgram(const QString &body, const QString &kind, const QString &name)

@@ -83,6 +83,7 @@ private:
         QString Mode, Body;
     };
     TProgram Program(const QString &kind, const QString &name);
+    QString ExactBody(const QString &kind, const QString &name, const QString &listed);
     QString FitProgram(const QString &body, const QString &kind, const QString &name);
     QString Carried(const QString &text, const char *kind, const QString &name);
     void FitIndex(TDbmWholeIndex &index, const QString &table);

@@ -1,4 +1,5 @@
 #include "jobs/uDbmFileTexts.h"
+#include "jobs/uDbmProgramTexts.h"
 #include "jobs/uDbmTableCloner.h"
 #include "model/uDbmManager.h"
 #include "uJobRuns.h"
@@ -36,6 +37,33 @@ TEST(TDbmFileTextsTest, FitsBodiesForTheReaderOfFiles)
     EXPECT_EQ(TDbmFileTexts::Losses("SELECT '\\\n'"), QStringList{"line ends inside quoted texts"});
     EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN\n  SELECT '$$';\nEND $$"), "$$");
     EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN -- $$\n  SELECT 1; # //  \nEND"), "$$$");
+}
+
+TEST(TDbmProgramTextsTest, FindsTheBodyInTheStatement)
+{
+    const struct
+    {
+        const char *Kind, *Create, *Body;
+    } programs[] = {
+        {"PROCEDURE", "CREATE DEFINER=`a(`@`%` PROCEDURE `p)`(a INT, b ENUM(')'))\nSELECT ''",
+         "SELECT ''"},
+        {"PROCEDURE",
+         "CREATE PROCEDURE `p`()\n    NO SQL\n    DETERMINISTIC\n    SQL SECURITY INVOKER\n"
+         "    COMMENT 'a\\n''b'\n    BEGIN\n    NO SQL\nEND",
+         "    BEGIN\n    NO SQL\nEND"},
+        {"FUNCTION", "CREATE FUNCTION `f`() RETURNS varchar(9) CHARSET latin1\nRETURN 'DO '",
+         "RETURN 'DO '"},
+        {"TRIGGER",
+         "CREATE TRIGGER `for each row` BEFORE INSERT ON t\n for each\nROW SET @x = ''''",
+         "SET @x = ''''"},
+        {"TRIGGER", "CREATE TRIGGER t BEFORE INSERT ON t FOR EACH ROW FOLLOWS `a b` BEGIN END",
+         "BEGIN END"},
+        {"EVENT", "CREATE EVENT `DO ` ON SCHEDULE EVERY 1 DAY COMMENT ' DO ' DO SET @x = 1",
+         "SET @x = 1"},
+        {"FUNCTION", "", ""},
+    };
+    for (const auto &program : programs)
+        EXPECT_EQ(TDbmProgramTexts::Body(program.Kind, program.Create), program.Body);
 }
 
 class TJobExactnessTest : public TJobRunsTest
@@ -123,6 +151,7 @@ TEST_P(TJobExactnessTest, BodiesOfProgramsArriveAsTheyWere)
     Exec("SET sql_mode = 'ANSI_QUOTES,PIPES_AS_CONCAT,NO_BACKSLASH_ESCAPES';"
          " CREATE FUNCTION joined () RETURNS VARCHAR(20) DETERMINISTIC RETURN 'a\\' || 'b'");
     Exec("SET sql_mode = ''; CREATE PROCEDURE lenient () SELECT 1");
+    Exec("CREATE FUNCTION quoted () RETURNS VARCHAR(40) DETERMINISTIC RETURN ''' OR '''");
     const QString programs = "SELECT routine_name, routine_definition, sql_mode FROM"
                              " information_schema.routines WHERE routine_schema = '%1' UNION ALL"
                              " SELECT trigger_name, action_statement, sql_mode FROM"
@@ -141,11 +170,12 @@ TEST_P(TJobExactnessTest, BodiesOfProgramsArriveAsTheyWere)
         EXPECT_THAT(run.LeftOut(), Contains(QString("Left out: ") + line));
     Reload();
     EXPECT_EQ(Value("SELECT joined()"), "a\\b");
+    EXPECT_EQ(Value("SELECT quoted()"), "' OR '");
     EXPECT_EQ(Value("SELECT `lines`()"), "one \n\n# two\n-- three");
     EXPECT_EQ(Value("SET @x = ''; INSERT INTO t VALUES (1); SELECT @x"), "a\nb");
     EXPECT_EQ(Value("SELECT COUNT(*) FROM information_schema.routines WHERE routine_schema = '" +
                     Name() + '\''),
-              "4");
+              "5");
 }
 
 TEST_P(TJobExactnessTest, WhatATableHasIsCarriedOrNamed)
