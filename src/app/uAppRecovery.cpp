@@ -25,9 +25,8 @@ void TAppRecovery::Store(const QString &text)
 {
     if (text.trimmed().isEmpty())
         return;
-    QString newest;
     QString fileName;
-    if (TryGetNewest(newest, fileName) && newest == text)
+    if (IsNewest(text))
         return;
     if (!QDir().mkpath(FFolder))
         throw EException("Cannot create the folder \"" + FFolder + "\".");
@@ -43,6 +42,16 @@ void TAppRecovery::Store(const QString &text)
     const QStringList names = FileNames();
     for (int i = MaxCount; i < names.size(); ++i)
         QFile::remove(names[i]);
+}
+
+bool TAppRecovery::IsNewest(const QString &text) const
+{
+    try {
+        QString newest, fileName;
+        return TryGetNewest(newest, fileName) && newest == text;
+    } catch (const EException &) {
+        return false; // an older text that cannot be read must not keep this one from being kept
+    }
 }
 
 bool TAppRecovery::TryGetNewest(QString &text, QString &fileName) const

@@ -24,5 +24,7 @@ public:
     void Remove(const QString &fileName);
 
 private:
+    bool IsNewest(const QString &text) const;
+
     QString FFolder;
 };

@@ -51,6 +51,7 @@ TAppSession::TAppSession() = default;
 
 TAppSession::~TAppSession()
 {
+    AwaitJournal();
     if (FLock >= 0)
         ::close(FLock);
 }
@@ -150,20 +151,61 @@ void TAppSession::ClaimJournal()
     }
 }
 
-void TAppSession::SaveJournal()
+// The copy is of this thread; what takes long is left to whoever runs the work.
+std::function<void()> TAppSession::JournalWork(const TConfigChanges &changes)
+{
+    auto config = std::make_shared<TConfig>();
+    config->Copy(FConfig);
+    return [this, config, changes] {
+        changes.ApplyTo(*config);
+        const QByteArray bytes = config->ToBytes();
+        const QByteArray digest = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1);
+        if (digest == FJournalDigest)
+            return;
+        TFileUtils::WriteBinary(FJournalFile, bytes, TFileUtils::TAccess::faOwnerOnly);
+        FJournalDigest = digest;
+    };
+}
+
+void TAppSession::SaveJournal(const TConfigChanges &changes)
 {
     if (FLock < 0)
         return;
-    const QByteArray bytes = FConfig.ToBytes();
-    const QByteArray digest = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1);
-    if (digest == FJournalDigest)
+    AwaitJournal();
+    JournalWork(changes)();
+}
+
+void TAppSession::StartJournal(const TConfigChanges &changes)
+{
+    if (FLock < 0)
         return;
-    TFileUtils::WriteBinary(FJournalFile, bytes, TFileUtils::TAccess::faOwnerOnly);
-    FJournalDigest = digest;
+    FinishJournal();
+    FJournalRun = std::async(std::launch::async, JournalWork(changes));
+}
+
+void TAppSession::FinishJournal()
+{
+    if (FJournalRun.valid())
+        FJournalRun.get();
+}
+
+bool TAppSession::IsJournalRunning() const
+{
+    return FJournalRun.valid() &&
+           FJournalRun.wait_for(std::chrono::seconds(0)) != std::future_status::ready;
+}
+
+// For who writes the same and more: an error of the older write does not count any more.
+void TAppSession::AwaitJournal()
+{
+    if (FJournalRun.valid())
+        FJournalRun.wait();
+    FJournalRun = {};
 }
 
 void TAppSession::Close()
 {
+    AwaitJournal();
     KeepTextsOfOtherWorkspace();
     FConfig.Close();
     ReleaseJournal();
@@ -237,15 +279,23 @@ void TAppSession::ReadTableDataFrame(const QString &path, TTableDataSessionData 
 
 void TAppSession::WriteTableDataFrame(const QString &path, const TTableDataSessionData &data)
 {
+    TConfigChanges changes;
+    WriteTableDataFrame(changes, path, data);
+    changes.ApplyTo(FConfig);
+}
+
+void TAppSession::WriteTableDataFrame(TConfigChanges &changes, const QString &path,
+                                      const TTableDataSessionData &data)
+{
     const QString group = path + ".data";
-    FConfig.SetValue(group, "current_page", data.CurrentPage);
-    FConfig.SetValue(group, "edit_mode", data.EditMode);
-    FConfig.SetValue(group, "use_filter", data.UseFilter);
-    FConfig.SetValue(group, "row_count", data.RowCount);
-    FConfig.SetValue(group, "show_text_columns", data.ShowTextColumns);
-    FConfig.SetValue(group, "sort_ascending", data.SoftAscending);
-    FConfig.SetValue(group, "sort_field", data.SortFieldName);
-    FConfig.SetValue(group, "where_command_text", data.WhereCommandText, true);
+    changes.SetValue(group, "current_page", data.CurrentPage);
+    changes.SetValue(group, "edit_mode", data.EditMode);
+    changes.SetValue(group, "use_filter", data.UseFilter);
+    changes.SetValue(group, "row_count", data.RowCount);
+    changes.SetValue(group, "show_text_columns", data.ShowTextColumns);
+    changes.SetValue(group, "sort_ascending", data.SoftAscending);
+    changes.SetValue(group, "sort_field", data.SortFieldName);
+    changes.SetValue(group, "where_command_text", data.WhereCommandText, true);
 }
 
 std::unique_ptr<TAppTablePageSession>

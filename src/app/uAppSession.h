@@ -1,9 +1,11 @@
 #pragma once
 
 #include "app/uAppRecovery.h"
-#include "app/uConfig.h"
+#include "app/uConfigChanges.h"
 #include "support/uFileUtils.h"
 
+#include <functional>
+#include <future>
 #include <memory>
 
 /// How a table page is browsed.
@@ -42,8 +44,14 @@ public:
     /// profile had, which saved meanwhile, go into the recovery folder first. Raises EException
     /// when it cannot be saved; the journal keeps the session then.
     void Close();
-    /// Brings the journal up to date with what was written here. Does nothing when it is.
-    void SaveJournal();
+    /// Brings the journal up to date with what was written here and with the changes, which are
+    /// not kept in memory. Writes nothing when it is.
+    void SaveJournal(const TConfigChanges &changes = {});
+    /// The same on a thread of its own, so that nobody who types waits for the disk. FinishJournal
+    /// waits for its end and raises what it raised; so does the next start.
+    void StartJournal(const TConfigChanges &changes);
+    void FinishJournal();
+    bool IsJournalRunning() const;
 
     /// Where an unreadable file or journal was put by Open; empty when everything was readable.
     const QString &DamagedFile() const { return FDamagedFile; }
@@ -60,6 +68,8 @@ public:
     /// `path` is the page's group, as "pages.page_0".
     void ReadTableDataFrame(const QString &path, TTableDataSessionData &data) const;
     void WriteTableDataFrame(const QString &path, const TTableDataSessionData &data);
+    static void WriteTableDataFrame(TConfigChanges &changes, const QString &path,
+                                    const TTableDataSessionData &data);
     static TTableDataSessionData GetDefaultDataPageData() { return {}; }
     std::unique_ptr<TAppTablePageSession> CreateTablePageSession(const QString &databaseName,
                                                                  const QString &tableName);
@@ -71,6 +81,8 @@ private:
     void PutAside(const QString &fileName);
     void KeepTexts(const TConfig &other);
     void KeepTextsOfOtherWorkspace();
+    std::function<void()> JournalWork(const TConfigChanges &changes);
+    void AwaitJournal();
     void ReleaseJournal();
 
     TConfig FConfig;
@@ -81,10 +93,11 @@ private:
     TFileStamp FStamp; // of the file as this session knows it
     QString FJournalFile;
     QString FLockFile;
-    int FLock = -1; // descriptor; the system lets go of it when the process dies
-    QByteArray FJournalDigest;
+    int FLock = -1;            // descriptor; the system lets go of it when the process dies
+    QByteArray FJournalDigest; // belongs to the thread while it runs
     QString FDamagedFile;
     bool FIsRestored = false;
+    std::future<void> FJournalRun;
 };
 
 /// What is kept of a table's page also when the page is not open.

@@ -84,6 +84,12 @@ void TConfig::SaveCopy(const QString &fileName) const
     TFileUtils::WriteBinary(fileName, ToBytes(), TFileUtils::TAccess::faOwnerOnly);
 }
 
+void TConfig::Copy(const TConfig &other)
+{
+    FFileName.clear();
+    Fxml = other.Fxml.cloneNode(true).toDocument();
+}
+
 QByteArray TConfig::ToBytes() const
 {
     return TXmlUtils::ToBytes(Fxml);

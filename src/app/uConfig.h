@@ -28,6 +28,8 @@ public:
     void Close();
     /// Writes a copy beside the file that Close saves; the document stays as it is.
     void SaveCopy(const QString &fileName) const;
+    /// Takes over the content of another one, but not the name of its file.
+    void Copy(const TConfig &other);
     /// What Close would write.
     QByteArray ToBytes() const;
     const QString &FileName() const { return FFileName; }

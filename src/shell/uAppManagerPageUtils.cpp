@@ -3,7 +3,6 @@
 #include "app/uAppSession.h"
 #include "model/uDbmManager.h"
 #include "model/uDbmRoutineList.h"
-#include "model/uDbmViewList.h"
 #include "pages/query/uEditorPageFrame.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "pages/schema/uSchemaPageFrame.h"
@@ -71,10 +70,8 @@ void TAppManagerPageUtils::RestoreUnsavedText(const QString &fileName, const QSt
 
 void TAppManagerPageUtils::HookQueryPage(TQueryPageFrame *page)
 {
-    page->SetOnDropText([this](const QString &text) {
-        if (FOnDropText)
-            FOnDropText(text);
-    });
+    page->SetOnDropText(
+        [this](const QString &text) { return FOnDropText ? FOnDropText(text) : tdSettled; });
     QObject::connect(page, &TQueryPageFrame::OnDuplicate, page, [this, page] {
         ShowQueryFromText(page->GetText(), page->GetUsedDatabaseName(), page->GetResultHeight(),
                           true);
@@ -109,13 +106,16 @@ void TAppManagerPageUtils::ShowTable(const QString &databaseName, const QString 
 void TAppManagerPageUtils::ShowTable(const QString &databaseName, const QString &tableName,
                                      const TTableDataSessionData &data, bool activate)
 {
-    std::shared_ptr<TDbmViewItem> view;
-    const bool isView = FManager->TryGetView(databaseName, tableName, view);
-    Show(TAppManagerPageIdFormatters::FormatTableId(databaseName, tableName),
-         TIcons::Icon(isView ? "view" : "table"), activate, [&](QWidget *owner) {
+    // What it is comes out when the page is drawn: a page that is only restored reads nothing.
+    Show(TAppManagerPageIdFormatters::FormatTableId(databaseName, tableName), TIcons::Icon("table"),
+         activate, [&](QWidget *owner) {
              auto *page = TBaseFrame::New<TTablePageFrame>(owner);
              page->SetParams(FManager, databaseName, tableName);
              page->SetDataSessionData(data);
+             QObject::connect(page, &TTablePageFrame::OnUpdateImage, page,
+                              [this, page](const QString &name) {
+                                  FPageManager->SetPageImage(page, TIcons::Icon(name));
+                              });
              return page;
          });
 }

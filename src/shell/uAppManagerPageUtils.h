@@ -6,6 +6,7 @@
 #include <QString>
 #include <functional>
 
+enum TTextDrop : int;
 class QAction;
 class QWidget;
 class TDbmManager;
@@ -35,17 +36,14 @@ public:
     /// Opens the file with a text that was not saved to it.
     void RestoreUnsavedText(const QString &fileName, const QString &text,
                             const QString &usedDatabaseName, int editorHeight, bool activate);
-    /// Called ahead of a query page that goes, when no file has its text. What it raises keeps the
-    /// page open if the user closed it.
     /// Called with the editor of each query page that is made; `usedDatabase` is the page's.
     using TSqlEditorEvent =
         std::function<void(TTextEditor *editor, std::function<QString()> usedDatabase)>;
     void SetOnSqlEditor(TSqlEditorEvent event) { FOnSqlEditor = std::move(event); }
 
-    void SetOnDropText(std::function<void(const QString &text)> event)
-    {
-        FOnDropText = std::move(event);
-    }
+    /// Called ahead of a query page that goes, when no file has its text.
+    using TDropTextEvent = std::function<TTextDrop(const QString &text)>;
+    void SetOnDropText(TDropTextEvent event) { FOnDropText = std::move(event); }
     /// The page of a database, found again by its name.
     void ShowSchema(const QString &databaseName, bool activate);
     /// The page of a table or a view, found again by its name.
@@ -56,6 +54,8 @@ public:
     void RenameTable(const QString &databaseName, const QString &oldTableName,
                      const QString &newTableName);
     void CloseTable(const QString &databaseName, const QString &tableName);
+    /// Does nothing: the place of a page for one user.
+    void ShowUser(const QString & /*userName*/, const QString & /*hostName*/, bool /*activate*/) {}
     /// A query page that drops the routine and makes it again; without text when it is unknown.
     void ShowRoutine(const QString &databaseName, const QString &routineName, bool activate);
     void ShowCreateRoutineQuery(const QString &databaseName, TDbmRoutineType routineType,
@@ -90,6 +90,6 @@ private:
 
     TDbmManager *FManager;
     TPageManagerFrame *FPageManager;
-    std::function<void(const QString &text)> FOnDropText;
+    TDropTextEvent FOnDropText;
     TSqlEditorEvent FOnSqlEditor;
 };

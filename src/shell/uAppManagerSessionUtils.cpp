@@ -77,58 +77,68 @@ void TAppManagerSessionUtils::ReadQuery(const QString &path, bool active)
 
 void TAppManagerSessionUtils::Write()
 {
-    FSession->Config().ClearNode(Pages);
+    TakePages().ApplyTo(FSession->Config());
+}
+
+TConfigChanges TAppManagerSessionUtils::TakePages()
+{
+    TConfigChanges changes;
+    changes.ClearNode(Pages);
     int count = 0;
     for (int i = 0; i < FPageManagerFrame->PageCount(); ++i)
-        if (WritePage(FPageManagerFrame->GetPageByIndex(i), PagePath(count)))
+        if (WritePage(changes, FPageManagerFrame->GetPageByIndex(i), PagePath(count)))
             ++count;
+    return changes;
 }
 
-bool TAppManagerSessionUtils::WritePage(TPageFrame *page, const QString &path)
+bool TAppManagerSessionUtils::WritePage(TConfigChanges &changes, TPageFrame *page,
+                                        const QString &path)
 {
-    bool isKept = false;
     if (const auto *query = qobject_cast<TQueryPageFrame *>(page))
-        isKept = WriteQuery(*query, path);
+        WriteQuery(changes, *query, path);
     else if (const auto *table = qobject_cast<TTablePageFrame *>(page))
-        isKept = WriteTable(*table, path);
+        WriteTable(changes, *table, path);
     else if (const auto *schema = qobject_cast<TSchemaPageFrame *>(page))
-        isKept = WriteSchema(*schema, path);
-    if (isKept)
-        FSession->Config().SetValue(path, "active", FPageManagerFrame->ActivePage() == page);
-    return isKept;
-}
-
-bool TAppManagerSessionUtils::WriteQuery(const TQueryPageFrame &query, const QString &path)
-{
-    TConfig &config = FSession->Config();
-    config.SetValue(path, "id", QStringLiteral("query"));
-    if (query.GetFileName().isEmpty())
-        config.SetValue(path, "text", query.GetText(), true);
+        WriteSchema(changes, *schema, path);
     else
-        config.SetValue(path, "filename", query.GetFileName(), true);
+        return false;
+    changes.SetValue(path, "active", FPageManagerFrame->ActivePage() == page);
+    return true;
+}
+
+void TAppManagerSessionUtils::WriteQuery(TConfigChanges &changes, const TQueryPageFrame &query,
+                                         const QString &path)
+{
+    changes.SetValue(path, "id", QStringLiteral("query"));
+    if (query.GetFileName().isEmpty())
+        changes.SetValue(path, "text", query.GetText(), true);
+    else
+        changes.SetValue(path, "filename", query.GetFileName(), true);
     if (query.IsUnsaved() && !query.GetFileName().isEmpty())
-        config.SetValue(path, "unsaved_text", query.GetText(), true);
-    config.SetValue(path, "used_database_name", query.GetUsedDatabaseName(), true);
-    config.SetValue(path, "result_height", query.GetResultHeight());
-    return true;
+        changes.SetValue(path, "unsaved_text", query.GetText(), true);
+    changes.SetValue(path, "used_database_name", query.GetUsedDatabaseName(), true);
+    changes.SetValue(path, "result_height", query.GetResultHeight());
 }
 
-bool TAppManagerSessionUtils::WriteTable(const TTablePageFrame &table, const QString &path)
+void TAppManagerSessionUtils::WriteTable(TConfigChanges &changes, const TTablePageFrame &table,
+                                         const QString &path)
 {
-    TConfig &config = FSession->Config();
-    config.SetValue(path, "id", QStringLiteral("table"));
-    config.SetValue(path, "database", table.GetDatabaseName());
-    config.SetValue(path, "table", table.GetTableOrViewName());
-    FSession->WriteTableDataFrame(path, table.GetDataSessionData());
-    return true;
+    const QString database = table.GetDatabaseName();
+    const QString name = table.GetTableOrViewName();
+    changes.SetValue(path, "id", QStringLiteral("table"));
+    changes.SetValue(path, "database", database);
+    changes.SetValue(path, "table", name);
+    TAppSession::WriteTableDataFrame(changes, path, table.GetDataSessionData());
+    // A page that nobody looked at tells nothing new.
+    if (table.IsLoaded())
+        FSession->CreateTablePageSession(database, name)->WriteDataShow(table.IsDataShown());
 }
 
-bool TAppManagerSessionUtils::WriteSchema(const TSchemaPageFrame &schema, const QString &path)
+void TAppManagerSessionUtils::WriteSchema(TConfigChanges &changes, const TSchemaPageFrame &schema,
+                                          const QString &path)
 {
-    TConfig &config = FSession->Config();
-    config.SetValue(path, "id", QStringLiteral("schema"));
-    config.SetValue(path, "database", schema.GetDatabaseName());
-    return true;
+    changes.SetValue(path, "id", QStringLiteral("schema"));
+    changes.SetValue(path, "database", schema.GetDatabaseName());
 }
 
 void TAppManagerSessionUtils::ReadTable(const QString &path, bool active)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "app/uConfigChanges.h"
 
 class TAppManagerPageUtils;
 class TAppSession;
@@ -22,15 +22,17 @@ public:
     void Read();
     /// A page with a file is kept as its name, and as its text while that is not saved.
     void Write();
+    /// What Write would write of the pages. What is kept of tables beside their pages is written.
+    TConfigChanges TakePages();
 
 private:
     bool ReadPage(const QString &path);
-    bool WritePage(TPageFrame *page, const QString &path);
+    bool WritePage(TConfigChanges &changes, TPageFrame *page, const QString &path);
     void ReadQuery(const QString &path, bool active);
     void ReadTable(const QString &path, bool active);
-    bool WriteQuery(const TQueryPageFrame &query, const QString &path);
-    bool WriteSchema(const TSchemaPageFrame &schema, const QString &path);
-    bool WriteTable(const TTablePageFrame &table, const QString &path);
+    void WriteQuery(TConfigChanges &changes, const TQueryPageFrame &query, const QString &path);
+    void WriteSchema(TConfigChanges &changes, const TSchemaPageFrame &schema, const QString &path);
+    void WriteTable(TConfigChanges &changes, const TTablePageFrame &table, const QString &path);
 
     TAppSession *FSession;
     TPageManagerFrame *FPageManagerFrame;

@@ -4,6 +4,7 @@
 #include "app/uAppSession.h"
 #include "app/uAppWebUtils.h"
 #include "model/uDbmManager.h"
+#include "pages/query/uQueryPageFrame.h"
 #include "pages/tree/uManagerObjectsFrame.h"
 #include "shell/uAppCodeCompleteUtils.h"
 #include "shell/uAppDialogs.h"
@@ -20,6 +21,7 @@
 #include "widgets/uLayoutStore.h"
 
 #include <QLabel>
+#include <QScopedValueRollback>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTabWidget>
@@ -112,9 +114,12 @@ void TManagerFrame::DoLoad()
     FPageUtils->SetOnSqlEditor([this](TTextEditor *editor, std::function<QString()> usedDatabase) {
         FUtils->CodeComplete().CreateSynEditCodeCompleteManager(editor, std::move(usedDatabase));
     });
-    FServerVersion = FManager->ServerVersion();
-    TAppWebUtils::PostSessionStatistics(FServerVersion, IsTunnelling());
+    FPageUtils->SetOnDropText([this](const QString &text) { return KeepText(text); });
     LoadPanels();
+    // As the session told it that the workspace was given: one that was lost meanwhile is opened by
+    // what reads first, which says so if it cannot.
+    FServerVersion = FManager->Provider().Connection().ServerVersion();
+    TAppWebUtils::PostSessionStatistics(FServerVersion, IsTunnelling());
     TLayoutStore::Remember(splMain, "workspace.splitter");
     FillStatusBar();
     UpdateHint();
@@ -148,8 +153,13 @@ void TManagerFrame::OpenSession()
     FSession = std::move(session);
     FSessionUtils = std::make_unique<TAppManagerSessionUtils>(FSession.get(), FPageManagerFrame,
                                                               FPageUtils.get());
-    FJournal = std::make_unique<TManagerJournal>(FSession.get(), FPageManagerFrame,
-                                                 FPageUtils.get(), [this] { WriteSession(); });
+    FJournal = std::make_unique<TManagerJournal>(
+        FSession.get(), FPageManagerFrame, FPageUtils.get(),
+        [this] {
+            FObjectsFrame->WriteSession(*FSession);
+            return FSessionUtils->TakePages();
+        },
+        [this] { return FObjectsFrame->SelectedDatabase(); });
     FObjectsFrame->ReadSession(*FSession);
     FSessionUtils->Read();
     FJournal->Start();
@@ -165,11 +175,35 @@ void TManagerFrame::WriteSession()
     FSessionUtils->Write();
 }
 
+// A page that goes alone leaves its text in the recovery folder. Where that cannot be, also
+// because there is no session, the user decides.
+TTextDrop TManagerFrame::KeepText(const QString &text)
+{
+    if (FIsClosing)
+        return tdBySession;
+    if (text.trimmed().isEmpty() ||
+        (FSession && TGuard::Run([&] { FSession->Recovery().Store(text); })))
+        return tdSettled;
+    return TAppDialogs::Execute("The text of this query is kept nowhere. Close it all the same?",
+                                [] {})
+               ? tdSettled
+               : tdRefused;
+}
+
+bool TManagerFrame::HasUnsavedTexts() const
+{
+    for (int i = 0; i < FPageManagerFrame->PageCount(); ++i) {
+        const auto *page = qobject_cast<TQueryPageFrame *>(FPageManagerFrame->GetPageByIndex(i));
+        if (page && page->IsUnsaved() && !page->GetText().trimmed().isEmpty())
+            return true;
+    }
+    return false;
+}
+
 // Ahead of the pages, so that the user can still turn back when the disk refuses.
 bool TManagerFrame::SaveSession()
 {
-    const bool saved = FSession ? TGuard::Run([this] { FJournal->Write(); })
-                                : FSessionId.isEmpty() || FPageManagerFrame->PageCount() == 0;
+    const bool saved = FSession ? TGuard::Run([this] { FJournal->Write(); }) : !HasUnsavedTexts();
     return saved ||
            TAppDialogs::Execute(
                "The queries of this workspace are not saved. Close it all the same?", [] {});
@@ -180,7 +214,6 @@ void TManagerFrame::CloseSession()
     if (!FSession)
         return;
     FJournal->Stop();
-    FJournal->SetWorkspaceClosing(true);
     TGuard::Run([this] {
         WriteSession();
         FSession->Close();
@@ -212,7 +245,7 @@ void TManagerFrame::FillStatusBar()
 {
     constexpr int Room = 16; // pixels beside the text of a panel
     labProfile->setText(FManager->ConnectionProfile().GetDisplayString());
-    labServerVersion->setText(FManager->ServerVersion());
+    labServerVersion->setText(FServerVersion);
     for (QLabel *label : {labProfile, labServerVersion})
         label->setMinimumWidth(label->fontMetrics().horizontalAdvance(label->text()) + Room);
 }
@@ -233,18 +266,16 @@ bool TManagerFrame::DoCloseQuery()
 {
     if (!FPageManagerFrame)
         return true;
-    if (FJournal)
-        FJournal->SetWorkspaceClosing(true);
-    const bool closes = FPageManagerFrame->CloseQuery() && SaveSession();
-    if (FJournal)
-        FJournal->SetWorkspaceClosing(closes);
-    return closes;
+    // Only while the pages are asked: another workspace of the window may still refuse, and then
+    // this one stays open too.
+    const QScopedValueRollback closing(FIsClosing, true);
+    return FPageManagerFrame->CloseQuery() && SaveSession();
 }
 
 void TManagerFrame::DoUnload()
 {
     TMessenger::Unregister(this);
-    // The pages that go tell nobody: their texts are in the session already.
+    FIsClosing = true;
     CloseSession();
     FObjectsFrame->PrepareDestroy();
     FPageManagerFrame->PrepareDestroy();
@@ -258,10 +289,15 @@ void TManagerFrame::DoUnload()
     FManager.reset();
 }
 
-void TManagerFrame::RefreshManager()
+void TManagerFrame::ForgetNotRead()
 {
     labNotRead->clear();
     labNotRead->setToolTip({});
+}
+
+void TManagerFrame::RefreshManager()
+{
+    ForgetNotRead();
     FManager->RequestProcess();
     RequestProcess();
     Process();

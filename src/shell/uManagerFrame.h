@@ -7,6 +7,7 @@
 class QLabel;
 class QSplitter;
 class QTabWidget;
+enum TTextDrop : int;
 class TAppManagerPageUtils;
 class TAppManagerSessionUtils;
 class TAppManagerUtils;
@@ -29,6 +30,8 @@ public:
                     const QString &sessionId);
     /// Marks everything stale and redraws what is visible; the rest is read when it is looked at.
     void RefreshManager();
+    /// Takes the note on the last read that failed away, since what follows reads again.
+    void ForgetNotRead();
     QStringList GetPagesCaption() const;
     int GetActivePageIndex() const;
     void SetActivePageIndex(int value);
@@ -66,6 +69,8 @@ private:
     void WriteSession();
     bool SaveSession();
     void CloseSession();
+    bool HasUnsavedTexts() const;
+    TTextDrop KeepText(const QString &text);
     void UpdateHint();
     void FillStatusBar();
 
@@ -79,6 +84,7 @@ private:
     std::unique_ptr<TAppSession> FSession; // the three are there while the session is open
     std::unique_ptr<TAppManagerSessionUtils> FSessionUtils;
     std::unique_ptr<TManagerJournal> FJournal;
+    bool FIsClosing = false; // as a whole: its session holds the texts of its pages
     QSplitter *splMain = nullptr;
     QTabWidget *panPanels = nullptr;
     TManagerObjectsFrame *FObjectsFrame = nullptr; // child widget

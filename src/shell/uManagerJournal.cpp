@@ -2,27 +2,42 @@
 
 #include "app/uAppSession.h"
 #include "pages/query/uQueryPageFrame.h"
+#include "pages/structure/uTablePageFrame.h"
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppMessages.h"
 #include "shell/uGuard.h"
 #include "shell/uPageManagerFrame.h"
 
+#include <utility>
+
 namespace {
 
 constexpr int Interval = 3000; // milliseconds; what a crash can take at most
+
+QString StateOf(const TTableDataSessionData &data)
+{
+    return QStringLiteral(",%1,%2,%3,%4,%5,%6,%7,%8")
+        .arg(data.EditMode)
+        .arg(data.UseFilter)
+        .arg(data.ShowTextColumns)
+        .arg(data.RowCount)
+        .arg(data.CurrentPage)
+        .arg(data.SoftAscending)
+        .arg(data.SortFieldName, data.WhereCommandText);
+}
 
 } // namespace
 
 TManagerJournal::TManagerJournal(TAppSession *session, TPageManagerFrame *pageManager,
                                  TAppManagerPageUtils *pageUtils,
-                                 std::function<void()> writeSession)
+                                 std::function<TConfigChanges()> takeSession,
+                                 std::function<QString()> panelState)
     : FSession(session), FPageManagerFrame(pageManager), FPageUtils(pageUtils),
-      FWriteSession(std::move(writeSession))
+      FTakeSession(std::move(takeSession)), FPanelState(std::move(panelState))
 {}
 
 void TManagerJournal::Start()
 {
-    FPageUtils->SetOnDropText([this](const QString &text) { KeepText(text); });
     FTimer.setInterval(Interval);
     QObject::connect(&FTimer, &QTimer::timeout, &FTimer, [this] { Tick(); });
     FTimer.start();
@@ -30,25 +45,40 @@ void TManagerJournal::Start()
 
 void TManagerJournal::Tick()
 {
+    if (FSession->IsJournalRunning())
+        return;
     // A disk that stays full is told once, not every few seconds.
     try {
-        Write();
+        FSession->FinishJournal();
+        if (!FStartedState.isEmpty())
+            FWrittenState = std::exchange(FStartedState, {});
         FFailed = false;
     } catch (const std::exception &e) {
-        if (!FFailed) {
-            FFailed = true;
+        FStartedState.clear();
+        if (!std::exchange(FFailed, true))
             TGuard::Handle(e);
-        }
     }
+    TGuard::Run([this] {
+        if (const QString state = State(); state != FWrittenState)
+            Start(state);
+    });
+}
+
+// Who types does not wait for megabytes to be encoded and to reach the disk.
+void TManagerJournal::Start(const QString &state)
+{
+    FSession->StartJournal(FTakeSession());
+    FStartedState = state;
 }
 
 void TManagerJournal::Write()
 {
     const QString state = State();
-    if (state == FWrittenState)
+    if (state == FWrittenState && FStartedState.isEmpty())
         return;
-    FWriteSession();
-    FSession->SaveJournal();
+    FStartedState.clear();
+    FWrittenState.clear();
+    FSession->SaveJournal(FTakeSession());
     FWrittenState = state;
 }
 
@@ -56,7 +86,7 @@ void TManagerJournal::Write()
 // are not put together every few seconds to find that nothing has changed.
 QString TManagerJournal::State() const
 {
-    QString state = QString::number(FPageManagerFrame->ActivePageIndex());
+    QString state = QString::number(FPageManagerFrame->ActivePageIndex()) + u'|' + FPanelState();
     for (int i = 0; i < FPageManagerFrame->PageCount(); ++i) {
         const auto *page = FPageManagerFrame->GetPageByIndex(i);
         state += QStringLiteral("|%1,").arg(quintptr(page), 0, 16) + page->GetTitle();
@@ -66,14 +96,10 @@ QString TManagerJournal::State() const
                          .arg(query->IsUnsaved())
                          .arg(query->GetResultHeight())
                          .arg(query->GetFileName(), query->GetUsedDatabaseName());
+        else if (const auto *table = qobject_cast<const TTablePageFrame *>(page))
+            state += StateOf(table->GetDataSessionData());
     }
     return state;
-}
-
-void TManagerJournal::KeepText(const QString &text)
-{
-    if (!FWorkspaceClosing)
-        FSession->Recovery().Store(text);
 }
 
 bool TManagerJournal::HasClosedQueries() const

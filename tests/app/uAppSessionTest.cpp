@@ -102,6 +102,55 @@ TEST_F(TAppSessionTest, TakesUpTheJournalOfACrash)
     EXPECT_EQ(Files("*.journal") + Files("*.lock"), QStringList());
 }
 
+TEST_F(TAppSessionTest, TheJournalIsWrittenBesideTheWork)
+{
+    const QString large(5 << 20, u'x');
+    TConfigChanges pages;
+    pages.ClearNode("pages");
+    pages.SetValue("pages.page_0", "id", QStringLiteral("query"));
+    pages.SetValue("pages.page_0", "text", large, true);
+    pages.SetValue("pages.page_0", "result_height", 7);
+    pages.SetValue("pages.page_0", "active", true);
+    {
+        TAppSession crashed;
+        crashed.Open(Folder(), Id);
+        WriteQuery(crashed, 0, "select 'of the last start'");
+        WriteQuery(crashed, 1, "select 'closed'");
+        crashed.WriteSelectedDatabase("d");
+        crashed.StartJournal(pages);
+        WriteQuery(crashed, 0, "select 'while it is written'");
+        crashed.FinishJournal();
+    }
+    {
+        TAppSession session;
+        session.Open(Folder(), Id);
+        EXPECT_EQ(QueryOf(session, 0), large);
+        EXPECT_EQ(session.Config().GetValue("pages.page_0", "result_height", 0), 7);
+        EXPECT_TRUE(session.Config().GetValue("pages.page_0", "active", false));
+        EXPECT_EQ(session.Config().GetChildCount("pages"), 1);
+        EXPECT_EQ(session.ReadSelectedDatabase(), "d");
+        session.StartJournal(pages);
+        session.Close();
+    }
+    EXPECT_EQ(Files("*.journal"), QStringList()) << "nothing is written behind the end";
+
+    // What the thread could not do is told by who asks next.
+    const QString journal = Folder() + '/' + Id + ".0.journal";
+    TAppSession refused;
+    refused.Open(Folder(), Id);
+    QFile::remove(journal);
+    ASSERT_TRUE(QDir().mkpath(journal + "/a folder in its place"));
+    refused.StartJournal(TConfigChanges());
+    refused.FinishJournal(); // the same as before: nothing to write
+    pages.SetValue("pages.page_0", "active", false);
+    refused.StartJournal(pages);
+    EXPECT_THROW(refused.FinishJournal(), EException);
+    refused.StartJournal(pages);
+    EXPECT_THROW(refused.SaveJournal(pages), EException);
+    QDir(journal).removeRecursively();
+    EXPECT_NO_THROW(refused.SaveJournal(pages));
+}
+
 TEST_F(TAppSessionTest, AWorkspaceStillOpenKeepsItsJournal)
 {
     TAppSession first;
@@ -162,6 +211,10 @@ TEST_F(TAppSessionTest, GivesClosedTextsBackNewestFirst)
         recovery.Remove(fileName);
     }
     EXPECT_FALSE(recovery.TryGetNewest(text, fileName));
+    ASSERT_TRUE(QFile::link("/proc/self/mem", Folder() + "/recovery/" + Id + "/9.sql"));
+    EXPECT_THROW(recovery.TryGetNewest(text, fileName), EException);
+    recovery.Store("select 'beside one that cannot be read'");
+    EXPECT_EQ(recovery.FileNames().size(), 2);
     EXPECT_THROW(
         {
             TFileUtils::WriteBinary(Folder() + "/recovery/other", "a file where a folder must be");

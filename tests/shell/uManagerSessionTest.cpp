@@ -1,5 +1,10 @@
 #include "app/uAppPathUtils.h"
+#include "model/uDbmManager.h"
+#include "model/uDbmTableList.h"
+#include "model/uDbmViewList.h"
 #include "pages/query/uQueryPageFrame.h"
+#include "pages/schema/uSchemaPageFrame.h"
+#include "pages/structure/uTablePageFrame.h"
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uManagerFrame.h"
 #include "shell/uPageManagerFrame.h"
@@ -9,6 +14,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTabWidget>
 #include <gtest/gtest.h>
 
 namespace {
@@ -33,6 +39,7 @@ protected:
 
     QString Write(const QString &name, const QString &text)
     {
+        QDir().mkpath(QFileInfo(FilePath(name)).path());
         TFileUtils::WriteBinary(FilePath(name), text.toUtf8());
         return FilePath(name);
     }
@@ -97,6 +104,29 @@ TEST_F(TManagerSessionTest, AWorkspaceComesBackAsItWasLeft)
     EXPECT_EQ(Workspace().GetActivePageIndex(), 0);
 }
 
+TEST_F(TManagerSessionTest, HiddenPagesOfObjectsAskNothing)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY)");
+    OpenWorkspace();
+    Workspace().PageUtils().ShowTable(Database().Name(), "t", true);
+    Workspace().PageUtils().ShowSchema(Database().Name(), true);
+    NewQuery("SELECT 1");
+    CloseWorkspace();
+
+    OpenWorkspace();
+    EXPECT_EQ(Workspace().GetPagesCaption(),
+              (QStringList{Database().Name() + ".t", Database().Name(), "Query"}));
+    for (int i = 0; i < 2; ++i)
+        EXPECT_FALSE(Workspace().PageManager().GetPageByIndex(i)->IsLoaded());
+    std::shared_ptr<TDbmDatabaseItem> database;
+    ASSERT_TRUE(Workspace().Manager().Databases().TryGetByName(Database().Name(), database));
+    EXPECT_FALSE(database->Tables().IsProcessed() || database->Views().IsProcessed());
+    Workspace().SetActivePageIndex(1);
+    auto *schema = qobject_cast<TSchemaPageFrame *>(Workspace().PageUtils().GetActivePage());
+    ASSERT_NE(schema, nullptr);
+    EXPECT_EQ(Find<QTabWidget>(schema, "pcTabs")->tabText(0), "Tables: 1");
+}
+
 TEST_F(TManagerSessionTest, WhatWasTypedSurvivesACrash)
 {
     OpenWorkspace();
@@ -117,6 +147,52 @@ TEST_F(TManagerSessionTest, WhatWasTypedSurvivesACrash)
     EXPECT_TRUE(IsEnabled("actQuerySave")) << "the change is not in the file";
     EXPECT_EQ(Read(FilePath("file.sql")), "SELECT 2");
     EXPECT_FALSE(QFile::exists(SessionFile(".5.journal")));
+}
+
+TEST_F(TManagerSessionTest, HowATableIsBrowsedSurvivesACrash)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY)");
+    OpenWorkspace();
+    Workspace().PageUtils().ShowTable(Database().Name(), "t", true);
+    JournalWith("");
+    auto *page = qobject_cast<TTablePageFrame *>(Workspace().PageUtils().GetActivePage());
+    ASSERT_NE(page, nullptr);
+    TTableDataSessionData data;
+    data.UseFilter = true;
+    data.WhereCommandText = "id > 4711";
+    page->SetDataSessionData(data);
+    const QByteArray journal = JournalWith("id > 4711");
+    ASSERT_TRUE(journal.toLower().contains(QByteArray("id > 4711").toHex()));
+    const QString shown = "table_page." + Database().Name() + ".t";
+    CloseWorkspace();
+    TConfig session;
+    session.Open(SessionFile(".xml"));
+    EXPECT_TRUE(session.GetValue(shown, "data_shown", false));
+}
+
+// The text that the session has is there, whatever became of the file.
+TEST_F(TManagerSessionTest, AFileThatCannotBeReadTakesNoTextWithIt)
+{
+    OpenWorkspace();
+    Workspace().PageUtils().ShowQueryFromFile(Write("file.sql", "SELECT 2"), {}, 0, true);
+    Type("/* unsaved */ ");
+    const QByteArray journal = JournalWith("/* unsaved */ SELECT 2");
+    Trigger("actQuerySave");
+    Workspace().CloseAllPages();
+    CloseWorkspace();
+    TFileUtils::WriteBinary(SessionFile(".5.journal"), journal);
+    ASSERT_TRUE(QFile::remove(FilePath("file.sql")));
+    ASSERT_TRUE(QFile::link("/proc/self/mem", FilePath("file.sql"))); // of no use to read
+    ExpectError("file.sql");
+    OpenWorkspace();
+    EXPECT_EQ(Texts(), QStringList{"/* unsaved */ SELECT 2"});
+    EXPECT_TRUE(QueryPage().IsUnsaved());
+    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butNo"); });  // overwrite it?
+    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); }); // close all the same
+    Trigger("actWindowClosePage");
+    EXPECT_TRUE(Texts().isEmpty());
+    Trigger("actQueryReopen");
+    EXPECT_EQ(Texts(), QStringList{"/* unsaved */ SELECT 2"});
 }
 
 TEST_F(TManagerSessionTest, AClosedQueryIsOpenedAgain)
@@ -145,7 +221,6 @@ TEST_F(TManagerSessionTest, ARefusedSaveKeepsTheTextInTheSession)
 {
     OpenWorkspace();
     const QString folder = FilePath("gone");
-    ASSERT_TRUE(QDir().mkpath(folder));
     Workspace().PageUtils().ShowQueryFromFile(Write("gone/file.sql", "SELECT 2"), {}, 0, true);
     Type("/* precious */ ");
     ASSERT_TRUE(QDir(folder).removeRecursively());
@@ -155,6 +230,72 @@ TEST_F(TManagerSessionTest, ARefusedSaveKeepsTheTextInTheSession)
     CloseWorkspace();
     OpenWorkspace();
     EXPECT_EQ(Texts(), QStringList{"/* precious */ SELECT 2"});
+}
+
+// What was asked of pages for a close that did not come about counts for nothing.
+TEST_F(TManagerSessionTest, ARefusedCloseTakesNoText)
+{
+    OpenWorkspace();
+    NewQuery("SELECT 'first'");
+    Workspace().PageUtils().ShowQueryFromFile(Write("gone/file.sql", "SELECT 2"), {}, 0, true);
+    Type("/* refuses */ ");
+    ASSERT_TRUE(QDir(FilePath("gone")).removeRecursively());
+    OpenWorkspace();
+    NewQuery("SELECT 'second'");
+    Window->findChild<TPageManagerFrame *>("managersPageManager")->SelectNextPage();
+    const auto refuse = [this] {
+        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); }); // gone: overwrite
+        ExpectError("gone/file.sql");
+        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butNo"); }); // close all the same
+    };
+    refuse();
+    Trigger("actCloseConnection");
+    ASSERT_EQ(Texts().size(), 2);
+    // Both workspaces are asked by the window, and the one that agrees stays as well.
+    refuse();
+    Window->close();
+    ASSERT_TRUE(Window->isVisible());
+
+    Workspace().SetActivePageIndex(0);
+    Trigger("actWindowClosePage");
+    Trigger("actQueryReopen");
+    EXPECT_TRUE(Texts().contains("SELECT 'first'"));
+    Window->findChild<TPageManagerFrame *>("managersPageManager")->SelectNextPage();
+    Trigger("actWindowClosePage");
+    Trigger("actQueryReopen");
+    EXPECT_EQ(Texts(), QStringList{"SELECT 'second'"});
+
+    Window->findChild<TPageManagerFrame *>("managersPageManager")->SelectNextPage();
+    ASSERT_TRUE(QDir().mkpath(FilePath("gone")));
+    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); }); // gone: overwrite
+    Trigger("actWindowCloseAllPages");
+}
+
+TEST_F(TManagerSessionTest, WithoutASessionATextGoesOnlyWhenTheUserSaysSo)
+{
+    // A file where the folder of the sessions has to be.
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(TAppPathUtils::SessionsFolder()).path()));
+    QDir(TAppPathUtils::SessionsFolder()).removeRecursively();
+    TFileUtils::WriteBinary(TAppPathUtils::SessionsFolder(), "");
+    ExpectError("sessions");
+    OpenWorkspace();
+    NewQuery("SELECT 'precious'");
+    const auto answer = [this](const char *button) {
+        Driver.Expect([=](QWidget *box) { TGuiTools::Click(box, button); });
+    };
+    answer("butNo");
+    Trigger("actWindowClosePage");
+    EXPECT_EQ(Texts(), QStringList{"SELECT 'precious'"});
+    answer("butNo");
+    Trigger("actCloseConnection");
+    EXPECT_EQ(Texts(), QStringList{"SELECT 'precious'"});
+    NewQuery("");
+    Trigger("actWindowClosePage");
+    EXPECT_EQ(Texts().size(), 1) << "nothing is asked about nothing";
+    answer("butYes");
+    Trigger("actWindowClosePage");
+    EXPECT_TRUE(Texts().isEmpty());
+    CloseWorkspace();
 }
 
 TEST_F(TManagerSessionTest, ADamagedFileIsToldAndKept)

@@ -9,12 +9,20 @@
 
 class QAction;
 class TDataFrame;
+class TField;
 class TDbmManager;
 class TQueryExplainFrame;
 class TQueryLogFrame;
 class TQueryPageControls;
 class TSqlEditorFrame;
 class TTextEditor;
+
+/// What becomes of the text of a page that goes.
+enum TTextDrop : int {
+    tdSettled,   // it is kept, or the user gave it up
+    tdBySession, // whoever closes the page with others keeps it, if the close comes about
+    tdRefused    // the page must stay
+};
 
 /// A SQL editor above the result of what was run: rows, plan and log. Running blocks the page until
 /// the server has answered. The text, its file, the chosen database and the height of the result
@@ -38,7 +46,7 @@ public:
     bool IsUnsaved() const;
     /// Changes of the file's text that a crash kept from being saved; before the page loads.
     void RestoreUnsavedText(const QString &text);
-    /// Another number after each change of the text.
+    /// Another number after each change of the text, and in each page.
     int Revision() const { return FRevision; }
     QString GetFileName() const { return FFileName; }
     int GetResultHeight() const;
@@ -46,17 +54,14 @@ public:
     /// Puts the text on the clipboard and pastes it at the caret.
     void PasteText(const QString &text);
 
-    /// Called when the page is about to go with a text that no file has. No signal, since what it
-    /// raises keeps the page open.
     /// Called when the editor is there.
     void SetOnEditor(std::function<void(TTextEditor *editor)> event)
     {
         FOnEditor = std::move(event);
     }
-    void SetOnDropText(std::function<void(const QString &text)> event)
-    {
-        FOnDropText = std::move(event);
-    }
+    /// Called when the page is about to go with a text that no file has.
+    using TDropTextEvent = std::function<TTextDrop(const QString &text)>;
+    void SetOnDropText(TDropTextEvent event) { FOnDropText = std::move(event); }
 
     QAction *GetSaveAction() const;
     QAction *GetSaveAsAction() const;
@@ -87,6 +92,8 @@ protected:
 private:
     void ConnectActions();
     void LoadEditor();
+    void LoadFile();
+    static int NewRevision();
     void FillDatabases();
     void ExecuteQuery(bool selectedOnly);
     void DetachResult();
@@ -99,6 +106,7 @@ private:
     void GotoTab(int tab);
     void PrepareResultTab(int tab);
     void PrepareDataTab(bool dirty);
+    QStringList MembersOf(const TField &field) const;
     void PrepareExplainTab(bool dirty);
     void PrepareLogTab(bool dirty);
     TMyQuery *ActiveDataset() const; // nullptr without rows
@@ -107,15 +115,15 @@ private:
     void SaveAs();
     bool MayOverwrite();
     bool SaveBeforeClose();
-    void DropText();
+    bool DropText();
 
     TDbmManager *FManager = nullptr;
     QString FFileName;
     QString FText;
     QString FUnsavedText; // null when there is none
-    int FRevision = 0;
+    int FRevision = NewRevision();
     int FDroppedRevision = -1;
-    std::function<void(const QString &text)> FOnDropText;
+    TDropTextEvent FOnDropText;
     std::function<void(TTextEditor *editor)> FOnEditor;
     QString FUsedDatabaseName;
     int FResultHeight = 0;

@@ -1,6 +1,7 @@
 #include "pages/query/uQueryPageFrame.h"
 
 #include "app/uAppConfig.h"
+#include "pages/data/uDataFrame.h"
 #include "pages/query/uEditorFrame.h"
 #include "pages/query/uQueryPageControls.h"
 #include "shell/uAppDialogs.h"
@@ -24,25 +25,36 @@ void TQueryPageFrame::LoadEditor()
     FEditorFrame->Editor().setAccessibleName("SQL");
     if (FOnEditor)
         FOnEditor(&FEditorFrame->Editor());
-    if (FFileName.isEmpty()) {
-        FEditorFrame->SetText(FText);
-    } else {
-        TWaitCursor::Show();
-        // While the file has not been read, nothing may be typed that could be written over it.
-        FEditorFrame->Editor().SetReadOnly(true);
-        const QString text = FFile.Load(FFileName);
-        FEditorFrame->Editor().SetReadOnly(false);
-        FEditorFrame->SetText(text);
-        FEditorFrame->Editor().SetReadOnly(FFile.IsUndecodable());
-    }
-    if (!FUnsavedText.isNull()) {
-        FEditorFrame->SetText(FUnsavedText);
-        FEditorFrame->Editor().SetModified(true);
-    }
+    // Ahead of the file, which may be one that cannot be read.
+    if (FFileName.isEmpty() || !FUnsavedText.isNull())
+        FEditorFrame->SetText(FFileName.isEmpty() ? FText : FUnsavedText);
+    FEditorFrame->Editor().SetModified(!FUnsavedText.isNull());
     connect(FEditorFrame, &TEditorFrame::OnChange, this, [this] {
-        ++FRevision;
+        FRevision = NewRevision();
         UpdateActions();
     });
+    if (!FFileName.isEmpty())
+        LoadFile();
+}
+
+void TQueryPageFrame::LoadFile()
+{
+    TWaitCursor::Show();
+    // While the file has not been read, nothing may be typed that could be written over it.
+    FEditorFrame->Editor().SetReadOnly(true);
+    const QString text = FFile.Load(FFileName);
+    FEditorFrame->Editor().SetReadOnly(false);
+    if (FUnsavedText.isNull()) {
+        const QSignalBlocker quiet(FEditorFrame); // nobody has changed anything
+        FEditorFrame->SetText(text);
+    }
+    FEditorFrame->Editor().SetReadOnly(FFile.IsUndecodable());
+}
+
+int TQueryPageFrame::NewRevision()
+{
+    static int last = 0;
+    return ++last;
 }
 
 bool TQueryPageFrame::MayOverwrite()
@@ -105,7 +117,8 @@ bool TQueryPageFrame::SaveBeforeClose()
 
 bool TQueryPageFrame::DoCloseQuery()
 {
-    return SaveBeforeClose() && TGuard::Run([this] { DropText(); });
+    // A cell of the result that is being edited is written first.
+    return (!FDataFrame || FDataFrame->CommitEdit()) && SaveBeforeClose() && DropText();
 }
 
 void TQueryPageFrame::DoUnload()
@@ -125,12 +138,15 @@ void TQueryPageFrame::DoDestroy()
     TPageFrame::DoDestroy();
 }
 
-void TQueryPageFrame::DropText()
+bool TQueryPageFrame::DropText()
 {
     if (!IsUnsaved() || !FOnDropText || FDroppedRevision == FRevision)
-        return;
-    FOnDropText(GetText());
-    FDroppedRevision = FRevision;
+        return true;
+    const TTextDrop drop = FOnDropText(GetText());
+    // Left to a session that may not close after all, the text is dropped again with the page.
+    if (drop == tdSettled)
+        FDroppedRevision = FRevision;
+    return drop != tdRefused;
 }
 
 bool TQueryPageFrame::IsUnsaved() const
