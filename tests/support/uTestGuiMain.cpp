@@ -1,4 +1,5 @@
 #include "uTestHome.h"
+#include "uTestRole.h"
 
 #include <QApplication>
 
@@ -26,6 +27,8 @@ int main(int argc, char **argv)
     Previous = qInstallMessageHandler(Handle);
     QApplication app(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false); // tests open and close many "last" windows
+    if (int code = 0; TTestRole::TryRun(QApplication::arguments(), code))
+        return code;
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }
