@@ -46,6 +46,9 @@ public:
 
     /// Raises EException when there is none.
     TItemPtr GetByName(const QString &name);
+    /// For a drop-down that shows what the server has: the next read asks for the databases, while
+    /// what was read of the objects inside them stays.
+    void RequestNames() { RequestOwnProcess(); }
 
 protected:
     TDbmComparer<TDbmDatabaseEntity> CreateEntityComparer() override;

@@ -87,6 +87,7 @@ void TAppDialogs::About()
 bool TAppDialogs::SelectDatabase(TDbmManager &manager, QString &name)
 {
     QStringList names;
+    manager.Databases().RequestNames();
     manager.Databases().ForEach([&](TDbmDatabaseItem &item) { names += item.Name(); });
     return TDialogForm::RunFrame<TSelectDialogFrame>(
         Owner(),

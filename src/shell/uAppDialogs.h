@@ -13,6 +13,19 @@ class TDbmFieldList;
 class TDbmManager;
 
 /// The one place from which dialogs are opened: one operation per user intention. Each gives
+/// The objects that have a dialog to make and to change them.
+enum TAppDialogKind {
+    adkDatabase,
+    adkTable,
+    adkView,
+    adkEvent,
+    adkField,
+    adkIndex,
+    adkReference,
+    adkTrigger,
+    adkUser
+};
+
 /// whether the user confirmed; out arguments are set only then. Modal, main thread.
 class TAppDialogs
 {
@@ -52,6 +65,53 @@ public:
     static bool SelectCharset(TDbmManager &manager, QString &name);
 
     /// Rename and delete do the change; an object that is no longer there is not asked about.
+    /// What a dialog of an object is opened for: to change `Name`, or to make one when that is
+    /// empty. An account without a name is told from none by its host.
+    struct TObjectTask
+    {
+        TDbmManager &Manager;
+        QString DatabaseName = {};
+        QString TableName = {}; // that a field, an index, a key or a trigger belongs to
+        QString Name = {};
+        QString HostName = {}; // of a user
+        QString Position = {}; // of a new field; empty for the last
+    };
+    /// Does the work; gives the name that the object has then.
+    using TObjectDialog = std::function<bool(const TObjectTask &task, QString &newName)>;
+    /// Whether there is such a dialog: what leads to one that there is not is disabled.
+    static bool Has(TAppDialogKind kind);
+    static void SetObjectDialog(TAppDialogKind kind, TObjectDialog dialog); // unset: none
+
+    static bool CreateDatabase(TDbmManager &manager, QString &name);
+    static bool UpdateDatabase(TDbmManager &manager, const QString &databaseName);
+    static bool CreateTable(TDbmManager &manager, const QString &databaseName, QString &name);
+    static bool UpdateTable(TDbmManager &manager, const QString &databaseName, QString &newName,
+                            const QString &tableName);
+    static bool CreateView(TDbmManager &manager, const QString &databaseName, QString &name);
+    static bool UpdateView(TDbmManager &manager, const QString &databaseName, QString &newName,
+                           const QString &viewName);
+    static bool CreateEvent(TDbmManager &manager, const QString &databaseName);
+    static bool UpdateEvent(TDbmManager &manager, const QString &databaseName, QString &newName,
+                            const QString &eventName);
+    static bool CreateField(TDbmManager &manager, const QString &databaseName,
+                            const QString &tableName, const QString &position);
+    static bool UpdateField(TDbmManager &manager, const QString &databaseName,
+                            const QString &tableName, const QString &fieldName);
+    static bool CreateIndex(TDbmManager &manager, const QString &databaseName,
+                            const QString &tableName);
+    static bool UpdateIndex(TDbmManager &manager, const QString &databaseName,
+                            const QString &tableName, const QString &indexName);
+    static bool CreateReference(TDbmManager &manager, const QString &databaseName,
+                                const QString &tableName);
+    static bool UpdateReference(TDbmManager &manager, const QString &databaseName,
+                                const QString &tableName, const QString &referenceName);
+    static bool CreateTrigger(TDbmManager &manager, const QString &databaseName,
+                              const QString &tableName);
+    static bool UpdateTrigger(TDbmManager &manager, const QString &databaseName,
+                              const QString &tableName, const QString &triggerName);
+    static bool CreateUser(TDbmManager &manager);
+    static bool UpdateUser(TDbmManager &manager, const QString &userName, const QString &hostName);
+
     static bool RenameTable(TDbmManager &manager, const QString &databaseName, QString &newName,
                             const QString &tableName);
     static bool RenameView(TDbmManager &manager, const QString &databaseName, QString &newName,
@@ -79,6 +139,7 @@ public:
     static bool DeleteTrigger(TDbmManager &manager, const QString &databaseName,
                               const QString &tableName, const QString &triggerName);
 
+    static bool DeleteUser(TDbmManager &manager, const QString &userName, const QString &hostName);
     // The rows of a table. `whereFields` and `whereValues` are the whole key of one row.
     static bool TextEditor(const QString &title, const QString &value, QString &result);
     /// `result` gets the dialog's bytes when it is confirmed, else the value; empty stands for

@@ -160,3 +160,11 @@ bool TAppDialogs::DeleteTrigger(TDbmManager &manager, const QString &databaseNam
                table->RequestProcess();
            });
 }
+
+bool TAppDialogs::DeleteUser(TDbmManager &manager, const QString &userName, const QString &hostName)
+{
+    std::shared_ptr<TDbmUserPrivilegesItem> user;
+    return manager.UsersPrivileges().TryGetByNameAndHost(userName, hostName, user) &&
+           Execute("Do you really want to delete this user?",
+                   [&] { manager.Operations().DeleteUser(*user); });
+}

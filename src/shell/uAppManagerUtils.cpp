@@ -78,6 +78,132 @@ bool TAppManagerUtils::CreateRoutine(TDbmRoutineType routineType, const QString 
     return true;
 }
 
+bool TAppManagerUtils::CreateDatabase()
+{
+    QString name;
+    if (!TAppDialogs::CreateDatabase(*FManager, name))
+        return false;
+    SelectSchema(name);
+    return Redraw();
+}
+
+bool TAppManagerUtils::UpdateDatabase(const QString &databaseName)
+{
+    QString database = databaseName;
+    return NeedDatabase(database) && TAppDialogs::UpdateDatabase(*FManager, database) && Redraw();
+}
+
+bool TAppManagerUtils::CreateTable(const QString &databaseName)
+{
+    QString database = databaseName, name;
+    if (!NeedDatabase(database) || !TAppDialogs::CreateTable(*FManager, database, name))
+        return false;
+    Redraw();
+    FPageUtils->ShowTable(database, name, true);
+    return true;
+}
+
+bool TAppManagerUtils::CreateView(const QString &databaseName)
+{
+    QString database = databaseName, name;
+    if (!NeedDatabase(database) || !TAppDialogs::CreateView(*FManager, database, name))
+        return false;
+    Redraw();
+    FPageUtils->ShowTable(database, name, true);
+    return true;
+}
+
+bool TAppManagerUtils::CreateEvent(const QString &databaseName)
+{
+    QString database = databaseName;
+    return NeedDatabase(database) && TAppDialogs::CreateEvent(*FManager, database) && Redraw();
+}
+
+bool TAppManagerUtils::CreateField(const QString &databaseName, const QString &tableName)
+{
+    return TAppDialogs::CreateField(*FManager, databaseName, tableName, {}) && Redraw();
+}
+
+bool TAppManagerUtils::CreateIndex(const QString &databaseName, const QString &tableName)
+{
+    return TAppDialogs::CreateIndex(*FManager, databaseName, tableName) && Redraw();
+}
+
+bool TAppManagerUtils::CreateReference(const QString &databaseName, const QString &tableName)
+{
+    return TAppDialogs::CreateReference(*FManager, databaseName, tableName) && Redraw();
+}
+
+bool TAppManagerUtils::CreateTrigger(const QString &databaseName, const QString &tableName)
+{
+    return TAppDialogs::CreateTrigger(*FManager, databaseName, tableName) && Redraw();
+}
+
+bool TAppManagerUtils::CreateUser()
+{
+    return TAppDialogs::CreateUser(*FManager) && Redraw();
+}
+
+bool TAppManagerUtils::UpdateTable(const QString &databaseName, const QString &tableName)
+{
+    QString newName;
+    if (!TAppDialogs::UpdateTable(*FManager, databaseName, newName, tableName))
+        return false;
+    if (newName != tableName)
+        TAppMessages::SendTableRenamed(FManager, databaseName, tableName, newName);
+    return Redraw();
+}
+
+bool TAppManagerUtils::UpdateView(const QString &databaseName, const QString &viewName)
+{
+    QString newName;
+    if (!TAppDialogs::UpdateView(*FManager, databaseName, newName, viewName))
+        return false;
+    if (newName != viewName)
+        TAppMessages::SendViewRenamed(FManager, databaseName, viewName, newName);
+    return Redraw();
+}
+
+bool TAppManagerUtils::UpdateEvent(const QString &databaseName, const QString &eventName)
+{
+    QString newName;
+    if (!TAppDialogs::UpdateEvent(*FManager, databaseName, newName, eventName))
+        return false;
+    if (newName != eventName)
+        TAppMessages::SendEventRenamed(FManager, databaseName, eventName, newName);
+    return Redraw();
+}
+
+bool TAppManagerUtils::UpdateField(const QString &databaseName, const QString &tableName,
+                                   const QString &fieldName)
+{
+    return TAppDialogs::UpdateField(*FManager, databaseName, tableName, fieldName) && Redraw();
+}
+
+bool TAppManagerUtils::UpdateIndex(const QString &databaseName, const QString &tableName,
+                                   const QString &indexName)
+{
+    return TAppDialogs::UpdateIndex(*FManager, databaseName, tableName, indexName) && Redraw();
+}
+
+bool TAppManagerUtils::UpdateReference(const QString &databaseName, const QString &tableName,
+                                       const QString &referenceName)
+{
+    return TAppDialogs::UpdateReference(*FManager, databaseName, tableName, referenceName) &&
+           Redraw();
+}
+
+bool TAppManagerUtils::UpdateTrigger(const QString &databaseName, const QString &tableName,
+                                     const QString &triggerName)
+{
+    return TAppDialogs::UpdateTrigger(*FManager, databaseName, tableName, triggerName) && Redraw();
+}
+
+bool TAppManagerUtils::UpdateUser(const QString &userName, const QString &hostName)
+{
+    return TAppDialogs::UpdateUser(*FManager, userName, hostName) && Redraw();
+}
+
 bool TAppManagerUtils::DeleteDatabase(const QString &databaseName)
 {
     QString database = databaseName;
@@ -211,4 +337,9 @@ bool TAppManagerUtils::DeleteTrigger(const QString &databaseName, const QString 
                                      const QString &triggerName)
 {
     return TAppDialogs::DeleteTrigger(*FManager, databaseName, tableName, triggerName) && Redraw();
+}
+
+bool TAppManagerUtils::DeleteUser(const QString &userName, const QString &hostName)
+{
+    return TAppDialogs::DeleteUser(*FManager, userName, hostName) && Redraw();
 }

@@ -29,7 +29,30 @@ public:
     /// A query page with the frame of a new routine. Without a name the database is asked for, here
     /// and below.
     bool CreateRoutine(TDbmRoutineType routineType, const QString &databaseName = {});
+    bool CreateDatabase();
+    bool UpdateDatabase(const QString &databaseName = {});
     bool DeleteDatabase(const QString &databaseName = {});
+    // Making and changing: of what TAppDialogs::Has a dialog for. A new table or view is shown.
+    bool CreateTable(const QString &databaseName = {});
+    bool CreateView(const QString &databaseName = {});
+    bool CreateEvent(const QString &databaseName = {});
+    bool CreateField(const QString &databaseName, const QString &tableName);
+    bool CreateIndex(const QString &databaseName, const QString &tableName);
+    bool CreateReference(const QString &databaseName, const QString &tableName);
+    bool CreateTrigger(const QString &databaseName, const QString &tableName);
+    bool CreateUser();
+    bool UpdateTable(const QString &databaseName, const QString &tableName);
+    bool UpdateView(const QString &databaseName, const QString &viewName);
+    bool UpdateEvent(const QString &databaseName, const QString &eventName);
+    bool UpdateField(const QString &databaseName, const QString &tableName,
+                     const QString &fieldName);
+    bool UpdateIndex(const QString &databaseName, const QString &tableName,
+                     const QString &indexName);
+    bool UpdateReference(const QString &databaseName, const QString &tableName,
+                         const QString &referenceName);
+    bool UpdateTrigger(const QString &databaseName, const QString &tableName,
+                       const QString &triggerName);
+    bool UpdateUser(const QString &userName, const QString &hostName);
     /// The job that sums up the rows of a database.
     void ChecksumDatabase(const QString &databaseName = {});
     bool CreateSqlDump();
@@ -53,6 +76,7 @@ public:
                          const QString &referenceName);
     bool DeleteTrigger(const QString &databaseName, const QString &tableName,
                        const QString &triggerName);
+    bool DeleteUser(const QString &userName, const QString &hostName);
 
 private:
     bool NeedDatabase(QString &databaseName);

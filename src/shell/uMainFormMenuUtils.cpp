@@ -26,6 +26,7 @@ struct TMainFormMenuUtils::TActionRow
     bool Bar = false;           // a separator stands above
     QList<QKeySequence> Shortcuts;
     QString Icon;
+    std::optional<TAppDialogKind> Dialog = {}; // disabled while there is no such dialog
 };
 
 namespace {
@@ -102,16 +103,40 @@ const std::vector<TMainFormMenuUtils::TActionRow> &TMainFormMenuUtils::Rows()
          {},
          "refresh"},
 
-        {"Schema", "actSchemaCreate", "Create...", mcServerConnection},
+        {.Menu = "Schema",
+         .Name = "actSchemaCreate",
+         .Caption = "Create...",
+         .Condition = mcServerConnection,
+         .Work = OnManager(&TAppManagerUtils::CreateDatabase),
+         .Dialog = adkDatabase},
         {"Schema", "actSchemaOpen", "Open", mcConnection, OnManager(&TAppManagerUtils::OpenSchema),
          true},
-        {"Schema", "actSchemaCreateTable", "Create Table...", mcConnection, {}, true},
-        {"Schema", "actSchemaCreateView", "Create View...", mcConnection},
+        {.Menu = "Schema",
+         .Name = "actSchemaCreateTable",
+         .Caption = "Create Table...",
+         .Condition = mcConnection,
+         .Work = OnManager([](TAppManagerUtils &utils) { utils.CreateTable(); }),
+         .Bar = true,
+         .Icon = "table",
+         .Dialog = adkTable},
+        {.Menu = "Schema",
+         .Name = "actSchemaCreateView",
+         .Caption = "Create View...",
+         .Condition = mcConnection,
+         .Work = OnManager([](TAppManagerUtils &utils) { utils.CreateView(); }),
+         .Icon = "view",
+         .Dialog = adkView},
         {"Schema", "actSchemaCreateProcedure", "Create Procedure...", mcConnection,
          OnManager([](TAppManagerUtils &utils) { utils.CreateRoutine(rtProcedure); })},
         {"Schema", "actSchemaCreateFunction", "Create Function...", mcConnection,
          OnManager([](TAppManagerUtils &utils) { utils.CreateRoutine(rtFunction); })},
-        {"Schema", "actSchemaCreateEvent", "Create Event...", mcConnection},
+        {.Menu = "Schema",
+         .Name = "actSchemaCreateEvent",
+         .Caption = "Create Event...",
+         .Condition = mcConnection,
+         .Work = OnManager([](TAppManagerUtils &utils) { utils.CreateEvent(); }),
+         .Icon = "event",
+         .Dialog = adkEvent},
         {"Schema", "actSchemaMigrate", "Migrate...", mcConnection,
          OnManager([](TAppManagerUtils &utils) { utils.MigrateDatabase(); }), true},
         {"Schema", "actSchemaClone", "Clone...", mcConnection,
@@ -120,7 +145,13 @@ const std::vector<TMainFormMenuUtils::TActionRow> &TMainFormMenuUtils::Rows()
          OnManager([](TAppManagerUtils &utils) { utils.CreateSqlDump(); })},
         {"Schema", "actSchemaChecksumData", "Checksum Data (CRC32)...", mcConnection,
          OnManager([](TAppManagerUtils &utils) { utils.ChecksumDatabase(); }), true},
-        {"Schema", "actSchemaUpdate", "Modify...", mcConnection, {}, true},
+        {.Menu = "Schema",
+         .Name = "actSchemaUpdate",
+         .Caption = "Modify...",
+         .Condition = mcConnection,
+         .Work = OnManager([](TAppManagerUtils &utils) { utils.UpdateDatabase(); }),
+         .Bar = true,
+         .Dialog = adkDatabase},
         {"Schema", "actSchemaDelete", "Delete...", mcServerConnection,
          OnManager([](TAppManagerUtils &utils) { utils.DeleteDatabase(); })},
 
@@ -334,7 +365,7 @@ QAction *TMainFormMenuUtils::MakeAction(QMainWindow &window, const TActionRow &r
     if (row.Work)
         connect(action, &QAction::triggered, this, [work = row.Work] { TGuard::Run(work); });
     window.addAction(action);
-    FEntries.push_back({action, row.Condition, static_cast<bool>(row.Work)});
+    FEntries.push_back({action, row.Condition, static_cast<bool>(row.Work), row.Dialog});
     return action;
 }
 
@@ -352,12 +383,12 @@ void TMainFormMenuUtils::UpdateConnectionStates()
     const bool onServer = opened && !manager->Manager().IsDatabaseConnection();
     for (const TEntry &entry : FEntries) {
         if (entry.Condition == mcConnection)
-            entry.Action->setEnabled(opened && entry.HasWork);
+            entry.Action->setEnabled(opened && entry.IsThere());
         if (entry.Condition == mcClosedQuery)
             entry.Action->setEnabled(opened && manager->HasClosedQueries());
         if (entry.Condition == mcServerConnection) {
             entry.Action->setVisible(onServer);
-            entry.Action->setEnabled(onServer && entry.HasWork);
+            entry.Action->setEnabled(onServer && entry.IsThere());
         }
     }
     for (QMenu *menu : FConnectionMenus)

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "shell/uAppDialogs.h"
+
 #include <QObject>
 #include <QString>
 #include <functional>
+#include <optional>
 #include <vector>
 
 class QAction;
@@ -32,6 +35,9 @@ private:
         QAction *Action = nullptr;
         TCondition Condition = mcAlways;
         bool HasWork = false; // an entry without work yet is disabled, never a dead click
+        std::optional<TAppDialogKind> Dialog = {}; // the same without this dialog
+
+        bool IsThere() const { return HasWork && (!Dialog || TAppDialogs::Has(*Dialog)); }
     };
 
     static const std::vector<TActionRow> &Rows();

@@ -250,10 +250,13 @@ void TDatabaseObjectNameDialogFrame::Initialize(TDbmManager &manager, const QStr
     FTitle = title;
     FOkTitle = okTitle;
     FAction = std::move(action);
-    QStringList names;
-    manager.Databases().ForEach([&](TDbmDatabaseItem &item) { names += item.Name(); });
-    names.sort(Qt::CaseInsensitive);
-    rowDatabase->SetValues(names);
+    rowDatabase->SetValuesFunction([&manager] {
+        QStringList names;
+        manager.Databases().RequestNames();
+        manager.Databases().ForEach([&](TDbmDatabaseItem &item) { names += item.Name(); });
+        names.sort(Qt::CaseInsensitive);
+        return names;
+    });
     rowDatabase->SetValue(databaseName);
     rowName->SetValue(objectName);
 }

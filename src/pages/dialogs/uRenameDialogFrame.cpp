@@ -36,12 +36,12 @@ void TRenameDialogFrame::DoPrepare()
 
 void TRenameDialogFrame::DoProcess()
 {
-    const QString name = GetResultName();
-    if (name != FObjectName)
+    if (const QString name = GetResultName(); name != FObjectName)
         FProcessAction(name);
 }
 
 QString TRenameDialogFrame::GetResultName() const
 {
-    return edName->text().trimmed();
+    // What was not touched stays, also blanks at its ends.
+    return edName->text() == FObjectName ? FObjectName : edName->text().trimmed();
 }

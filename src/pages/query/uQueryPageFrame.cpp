@@ -68,7 +68,7 @@ void TQueryPageFrame::ConnectActions()
     on(FControls->actGotoLog, [this] { GotoTab(qrtLog); });
     connect(FControls->cbxUse, &TDropDownCombo::OnDropDown, this, [this] {
         TGuard::Run([this] {
-            FManager->Databases().RequestProcess();
+            FManager->Databases().RequestNames();
             FillDatabases();
         });
     });

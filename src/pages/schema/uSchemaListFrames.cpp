@@ -75,10 +75,9 @@ void TSchemaListFrame::Process()
 void TSchemaListFrame::AddActions(const std::vector<TActionRow> &rows)
 {
     for (const TActionRow &row : rows) {
-        QAction *action = AddAction(row.Name, row.Caption, row.Hint, "");
-        if (row.Work)
-            connect(action, &QAction::triggered, this,
-                    [this, work = row.Work] { TGuard::Run([&] { work(FocusedName()); }); });
+        QAction *action = AddAction(row.Name, row.Caption, row.Hint, row.Icon);
+        connect(action, &QAction::triggered, this,
+                [this, work = row.Work] { TGuard::Run([&] { work(FocusedName()); }); });
         FActions.emplace_back(action, row);
     }
     UpdateActions();
@@ -94,7 +93,8 @@ void TSchemaListFrame::UpdateActions()
 {
     const bool focused = Grid()->model() && !FocusedName().isEmpty();
     for (const auto &[action, row] : FActions)
-        action->setEnabled(row.Work && (focused || !row.NeedsFocus));
+        action->setEnabled((focused || !row.NeedsFocus) &&
+                           (!row.Dialog || TAppDialogs::Has(*row.Dialog)));
 }
 
 void TSchemaTablesFrame::DoCreate()
@@ -116,13 +116,16 @@ void TSchemaTablesFrame::DoCreate()
                "schema.tables");
     AddActions({
         {"actOpen", "Open", "", true,
-         [this](const QString &name) { PageUtils().ShowTable(FDatabaseName, name, true); }},
-        {"actCreate", "Create...", "Create field", false},
-        {"actUpdate", "Modify...", "Modify field", true},
+         [this](const QString &name) { PageUtils().ShowTable(FDatabaseName, name, true); }, "open"},
+        {"actCreate", "Create...", "Create field", false,
+         [this](const QString &) { Utils().CreateTable(FDatabaseName); }, "add", adkTable},
+        {"actUpdate", "Modify...", "Modify field", true,
+         [this](const QString &name) { Utils().UpdateTable(FDatabaseName, name); }, "edit",
+         adkTable},
         {"actRename", "Rename...", "", true,
-         [this](const QString &name) { Utils().RenameTable(FDatabaseName, name); }},
+         [this](const QString &name) { Utils().RenameTable(FDatabaseName, name); }, "rename"},
         {"actDelete", "Delete...", "Delete field", true,
-         [this](const QString &name) { Utils().DeleteTable(FDatabaseName, name); }},
+         [this](const QString &name) { Utils().DeleteTable(FDatabaseName, name); }, "remove"},
     });
     SetDefaultAction("actOpen");
 }
@@ -165,13 +168,15 @@ void TSchemaViewsFrame::DoCreate()
                "schema.views");
     AddActions({
         {"actOpen", "Open", "", true,
-         [this](const QString &name) { PageUtils().ShowTable(FDatabaseName, name, true); }},
-        {"actCreate", "Create...", "Create field", false},
-        {"actUpdate", "Modify...", "Modify field", true},
+         [this](const QString &name) { PageUtils().ShowTable(FDatabaseName, name, true); }, "open"},
+        {"actCreate", "Create...", "Create field", false,
+         [this](const QString &) { Utils().CreateView(FDatabaseName); }, "add", adkView},
+        {"actUpdate", "Modify...", "Modify field", true,
+         [this](const QString &name) { Utils().UpdateView(FDatabaseName, name); }, "edit", adkView},
         {"actRename", "Rename...", "", true,
-         [this](const QString &name) { Utils().RenameView(FDatabaseName, name); }},
+         [this](const QString &name) { Utils().RenameView(FDatabaseName, name); }, "rename"},
         {"actDelete", "Delete...", "Delete field", true,
-         [this](const QString &name) { Utils().DeleteView(FDatabaseName, name); }},
+         [this](const QString &name) { Utils().DeleteView(FDatabaseName, name); }, "remove"},
     });
     SetDefaultAction("actOpen");
 }
@@ -203,13 +208,14 @@ void TSchemaRoutinesFrame::DoCreate()
                "schema.routines");
     AddActions({
         {"actOpen", "Open", "", true,
-         [this](const QString &name) { PageUtils().ShowRoutine(FDatabaseName, name, true); }},
+         [this](const QString &name) { PageUtils().ShowRoutine(FDatabaseName, name, true); },
+         "open"},
         {"actCreate", "Create", "Create field", false,
-         [this](const QString &) { Utils().CreateRoutine(FRoutineType, FDatabaseName); }},
+         [this](const QString &) { Utils().CreateRoutine(FRoutineType, FDatabaseName); }, "add"},
         {"actRename", "Rename...", "", true,
-         [this](const QString &name) { Utils().RenameRoutine(FDatabaseName, name); }},
+         [this](const QString &name) { Utils().RenameRoutine(FDatabaseName, name); }, "rename"},
         {"actDelete", "Delete...", "Delete field", true,
-         [this](const QString &name) { Utils().DeleteRoutine(FDatabaseName, name); }},
+         [this](const QString &name) { Utils().DeleteRoutine(FDatabaseName, name); }, "remove"},
     });
     SetDefaultAction("actOpen");
 }
@@ -255,12 +261,15 @@ void TSchemaEventsFrame::DoCreate()
                 {.Caption = "Comment"}},
                "schema.events");
     AddActions({
-        {"actCreate", "Create", "Create field", false},
-        {"actUpdate", "Modify...", "Modify field", true},
+        {"actCreate", "Create", "Create field", false,
+         [this](const QString &) { Utils().CreateEvent(FDatabaseName); }, "add", adkEvent},
+        {"actUpdate", "Modify...", "Modify field", true,
+         [this](const QString &name) { Utils().UpdateEvent(FDatabaseName, name); }, "edit",
+         adkEvent},
         {"actRename", "Rename...", "", true,
-         [this](const QString &name) { Utils().RenameEvent(FDatabaseName, name); }},
+         [this](const QString &name) { Utils().RenameEvent(FDatabaseName, name); }, "rename"},
         {"actDelete", "Delete...", "Delete field", true,
-         [this](const QString &name) { Utils().DeleteEvent(FDatabaseName, name); }},
+         [this](const QString &name) { Utils().DeleteEvent(FDatabaseName, name); }, "remove"},
     });
     SetDefaultAction("actUpdate");
 }

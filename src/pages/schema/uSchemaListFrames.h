@@ -2,8 +2,10 @@
 
 #include "model/uDbmEntityTypes.h"
 #include "pages/structure/uObjectListFrame.h"
+#include "shell/uAppDialogs.h"
 
 #include <functional>
+#include <optional>
 
 class TAppManagerPageUtils;
 class TAppManagerUtils;
@@ -28,7 +30,9 @@ protected:
         const char *Caption;
         const char *Hint;
         bool NeedsFocus;
-        std::function<void(const QString &name)> Work = {}; // unset: the action is disabled
+        std::function<void(const QString &name)> Work;
+        const char *Icon;
+        std::optional<TAppDialogKind> Dialog = {}; // disabled while there is no such dialog
     };
 
     void DoCreate() override;

@@ -16,12 +16,13 @@
 #include "shell/uManagerFrame.h"
 #include "support/uFormat.h"
 #include "widgets/uIcons.h"
+#include "widgets/uToolBar.h"
 
 #include <QAction>
 #include <QMenu>
-#include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <optional>
 
 void TSchemaPageFrame::DoCreate()
 {
@@ -37,9 +38,7 @@ void TSchemaPageFrame::DoCreate()
 
 void TSchemaPageFrame::MakeToolBar()
 {
-    auto *toolBar = new QToolBar(this);
-    toolBar->setObjectName("tbrSchema");
-    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    auto *toolBar = new TToolBar(this, "tbrSchema");
     auto *siActions = new QToolButton(toolBar);
     siActions->setObjectName("siActions");
     siActions->setText("Actions");
@@ -52,8 +51,7 @@ void TSchemaPageFrame::MakeToolBar()
     siActions->setMenu(menu);
     toolBar->addWidget(siActions);
     QAction *actRefresh = toolBar->addAction(TIcons::Icon("refresh"), "Refresh");
-    // The main menu's own is "actRefresh".
-    actRefresh->setObjectName("actRefreshSchema");
+    actRefresh->setObjectName("actRefresh");
     connect(actRefresh, &QAction::triggered, this, [this] { TGuard::Run([this] { Refresh(); }); });
     layout()->addWidget(toolBar);
 }
@@ -67,36 +65,44 @@ void TSchemaPageFrame::MakeActions(QMenu &menu)
     {
         const char *Name;
         const char *Caption;
-        TTab Tab;                        // activated on success
-        std::function<bool()> Work = {}; // unset: the action is disabled
+        const char *Icon;
+        std::function<bool()> Work;
+        std::optional<TTab> Tab = {};              // activated on success
+        std::optional<TAppDialogKind> Dialog = {}; // disabled while there is no such dialog
     };
     const TRow rows[] = {
-        {"actCreateTable", "Create Table...", ttTables},
-        {"actCreateView", "Create View...", ttViews},
-        {"actCreateProcedure", "Create Procedure...", ttProcedures,
-         [=, this] { return utils().CreateRoutine(rtProcedure, FDatabaseName); }},
-        {"actCreateFunction", "Create Function...", ttFunctions,
-         [=, this] { return utils().CreateRoutine(rtFunction, FDatabaseName); }},
-        {"actCreateEvent", "Create Event...", ttEvents},
-        {"actMigrate", "Migrate...", ttTables,
+        {"actCreateTable", "Create Table...", "table",
+         [=, this] { return utils().CreateTable(FDatabaseName); }, ttTables, adkTable},
+        {"actCreateView", "Create View...", "view",
+         [=, this] { return utils().CreateView(FDatabaseName); }, ttViews, adkView},
+        {"actCreateProcedure", "Create Procedure...", "procedure",
+         [=, this] { return utils().CreateRoutine(rtProcedure, FDatabaseName); }, ttProcedures},
+        {"actCreateFunction", "Create Function...", "function",
+         [=, this] { return utils().CreateRoutine(rtFunction, FDatabaseName); }, ttFunctions},
+        {"actCreateEvent", "Create Event...", "event",
+         [=, this] { return utils().CreateEvent(FDatabaseName); }, ttEvents, adkEvent},
+        {"actMigrate", "Migrate...", "migrate",
          [=, this] { return utils().MigrateDatabase(FDatabaseName); }},
-        {"actClone", "Clone...", ttTables,
+        {"actClone", "Clone...", "duplicate",
          [=, this] { return utils().CloneDatabase(FDatabaseName); }},
-        {"actCreateSqlDump", "Create SQL Dump...", ttTables,
-         [=, this] { return TAppDialogs::CreateSqlDump(*FManager, FDatabaseName); }},
-        {"actUpdate", "Modify...", ttTables},
+        {"actCreateSqlDump", "Create SQL Dump...", "dump",
+         [this] { return TAppDialogs::CreateSqlDump(*FManager, FDatabaseName); }},
+        {.Name = "actUpdate",
+         .Caption = "Modify...",
+         .Icon = "edit",
+         .Work = [=, this] { return utils().UpdateDatabase(FDatabaseName); },
+         .Dialog = adkDatabase},
     };
     for (const TRow &row : rows) {
-        QAction *action = menu.addAction(row.Caption);
+        QAction *action = menu.addAction(TIcons::Icon(row.Icon), row.Caption);
         action->setObjectName(row.Name);
-        action->setEnabled(static_cast<bool>(row.Work));
-        if (row.Work)
-            connect(action, &QAction::triggered, this, [this, work = row.Work, tab = row.Tab] {
-                TGuard::Run([&] {
-                    if (work())
-                        pcTabs->setCurrentIndex(tab);
-                });
+        action->setEnabled(!row.Dialog || TAppDialogs::Has(*row.Dialog));
+        connect(action, &QAction::triggered, this, [this, work = row.Work, tab = row.Tab] {
+            TGuard::Run([&] {
+                if (work() && tab)
+                    pcTabs->setCurrentIndex(*tab);
             });
+        });
     }
 }
 
@@ -177,6 +183,7 @@ void TSchemaPageFrame::FillInfo()
 
 void TSchemaPageFrame::Refresh()
 {
+    TAppUtils::Instance().GetActiveManager()->ForgetNotRead();
     if (const auto database = Database())
         database->RequestProcess();
     TAppMessages::SendRedrawUI();

@@ -2,9 +2,10 @@
 
 #include "widgets/uGridView.h"
 #include "widgets/uIcons.h"
+#include "widgets/uToolBar.h"
 
 #include <QAction>
-#include <QToolBar>
+#include <QHeaderView>
 #include <QVBoxLayout>
 
 namespace {
@@ -36,9 +37,7 @@ void TObjectListFrame::DoCreate()
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    FToolBar = new QToolBar(this);
-    FToolBar->setObjectName("tbrList");
-    FToolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    FToolBar = new TToolBar(this, "tbrList");
     lvList = new TGridView(this);
     lvList->setObjectName("lvList");
     column->addWidget(FToolBar);
@@ -100,4 +99,13 @@ void TObjectListFrame::AddSeparator()
 void TObjectListFrame::HideToolBar()
 {
     FToolBar->hide();
+}
+
+int TObjectListFrame::HeightOfRows(int atLeast) const
+{
+    const QAbstractItemModel *model = lvList->model();
+    const int rows = model ? model->rowCount() : 0;
+    const int rowHeight = std::max(lvList->sizeHintForRow(0), lvList->fontMetrics().height());
+    return FToolBar->sizeHint().height() + lvList->header()->sizeHint().height() +
+           2 * lvList->frameWidth() + rowHeight * std::max(rows, atLeast);
 }

@@ -7,8 +7,8 @@
 #include <vector>
 
 class QAction;
-class QToolBar;
 class TGridView;
+class TToolBar;
 
 /// One column of a list of server objects.
 struct TObjectListColumn
@@ -65,9 +65,11 @@ protected:
     void AddSeparator();
     /// The context menu alone has the actions then.
     void HideToolBar();
+    /// Room for the tool bar, the header and all rows, or for so many when there are fewer.
+    int HeightOfRows(int atLeast) const;
     TGridView *Grid() const { return lvList; }
 
 private:
-    QToolBar *FToolBar = nullptr;
+    TToolBar *FToolBar = nullptr;
     TGridView *lvList = nullptr;
 };

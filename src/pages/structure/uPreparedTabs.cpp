@@ -17,14 +17,23 @@ TPreparedTabs::TPreparedTabs(QWidget *parent) : QTabWidget(parent)
 void TPreparedTabs::AddTab(const char *name, const QString &caption, const QString &icon,
                            TCreate create, TFill fill)
 {
-    FTabs.push_back({std::move(create), std::move(fill)});
+    FTabs.push_back({caption, std::move(create), std::move(fill)});
     auto *sheet = new QWidget(this);
     sheet->setObjectName(name);
     addTab(sheet, TIcons::Icon(icon), caption);
 }
 
+void TPreparedTabs::showEvent(QShowEvent *event)
+{
+    QTabWidget::showEvent(event);
+    // A tab may have been chosen while another page stood in front of this one.
+    if (FIsProcessed)
+        TGuard::Run([this] { Prepare(currentIndex()); });
+}
+
 void TPreparedTabs::Process()
 {
+    FIsProcessed = true;
     for (TTab &tab : FTabs)
         tab.IsDirty = true;
     Prepare(currentIndex());
@@ -36,6 +45,9 @@ void TPreparedTabs::Prepare(int index)
     if (!tab.Frame) {
         tab.Frame = tab.Create(widget(index));
         tab.Frame->MoveTo(widget(index));
+        if (QWidget *content = tab.Frame->focusProxy();
+            content && content->accessibleName().isEmpty())
+            content->setAccessibleName(tab.Caption);
     }
     if (!tab.IsDirty)
         return;

@@ -25,9 +25,13 @@ public:
     /// nullptr before the first visit.
     TBaseFrame *Frame(int index) const { return FTabs[size_t(index)].Frame; }
 
+protected:
+    void showEvent(QShowEvent *event) override;
+
 private:
     struct TTab
     {
+        QString Caption; // without the count that a page puts behind it
         TCreate Create;
         TFill Fill;
         TBaseFrame *Frame = nullptr; // child of the sheet
@@ -37,4 +41,5 @@ private:
     void Prepare(int index);
 
     std::vector<TTab> FTabs;
+    bool FIsProcessed = false; // before that there is nothing to show
 };

@@ -17,5 +17,11 @@ void TSqlViewerFrame::DoCreate()
 
 void TSqlViewerFrame::SetContent(const QString &text)
 {
+    // Any change anywhere draws the page anew; who reads in it must not lose the place.
+    if (text == FEditorFrame->Text())
+        return;
+    TTextEditor &editor = FEditorFrame->Editor();
+    const qsizetype line = editor.CaretLine(), column = editor.CaretColumn();
     FEditorFrame->SetText(text);
+    editor.SetCaret(line, column);
 }

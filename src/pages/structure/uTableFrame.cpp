@@ -6,192 +6,122 @@
 #include "model/uDbmReferenceList.h"
 #include "model/uDbmTableList.h"
 #include "model/uDbmTriggerList.h"
-#include "model/uDbmViewList.h"
-#include "pages/data/uTableDataFrame.h"
-#include "pages/structure/uInfoPanelFrame.h"
-#include "pages/structure/uPreparedTabs.h"
 #include "pages/structure/uSqlViewerFrame.h"
 #include "pages/structure/uTableListFrames.h"
+#include "pages/structure/uTableStructureFrame.h"
 #include "shell/uAppManagerUtils.h"
 #include "shell/uAppMessages.h"
 #include "shell/uAppUtils.h"
-#include "shell/uGuard.h"
 #include "shell/uManagerFrame.h"
 #include "support/uFormat.h"
-#include "widgets/uIcons.h"
 
 #include <QAction>
-#include <QToolBar>
-#include <QVBoxLayout>
 
-void TTableFrame::DoCreate()
+namespace {
+
+TAppManagerUtils &Utils()
 {
-    TBaseFrame::DoCreate();
-    auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
-    MakeToolBar();
-    pcTabs = new TPreparedTabs(this);
-    column->addWidget(pcTabs, 1);
+    return TAppUtils::Instance().GetActiveManager()->Utils();
 }
 
-void TTableFrame::MakeToolBar()
-{
-    auto *toolBar = new QToolBar(this);
-    toolBar->setObjectName("tbrTable");
-    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    actOptions = toolBar->addAction(TIcons::Icon("edit"), "Modify");
-    actOptions->setObjectName("actOptions");
-    actClone = toolBar->addAction(TIcons::Icon("duplicate"), "Clone");
-    actClone->setObjectName("actClone");
-    actClone->setToolTip("Clone table");
-    QAction *actRefresh = toolBar->addAction(TIcons::Icon("refresh"), "Refresh");
-    actRefresh->setObjectName("actRefreshObject");
-    actRefresh->setToolTip("Refresh view");
-    actOptions->setEnabled(false); // its dialog does not exist yet
-    connect(actClone, &QAction::triggered, this, [this] {
-        TGuard::Run([this] {
-            TAppUtils::Instance().GetActiveManager()->Utils().CloneTable(FDatabaseName, FTableName);
-        });
-    });
-    connect(actRefresh, &QAction::triggered, this, [this] { TGuard::Run([this] { Refresh(); }); });
-    layout()->addWidget(toolBar);
-}
+} // namespace
 
-void TTableFrame::Initialize(TDbmManager *manager, bool isView)
+void TTableFrame::AddActions()
 {
-    FManager = manager;
-    FIsView = isView;
-    actOptions->setToolTip(isView ? "Modify view" : "Update table");
-    actClone->setVisible(!isView);
-    AddTabs();
-}
-
-template <typename TFrame>
-void TTableFrame::AddListTab(const char *name, const char *caption, const char *icon)
-{
-    auto frame = std::make_shared<TFrame *>(nullptr);
-    pcTabs->AddTab(
-        name, caption, icon,
-        [this, frame](QWidget *owner) {
-            *frame = New<TFrame>(owner);
-            (*frame)->SetParams(FManager, FDatabaseName, FTableName);
-            FListFrames.push_back(*frame);
-            return *frame;
-        },
-        [frame] { (*frame)->Process(); });
+    actOptions = AddAction("actOptions", "edit", "Modify", "Update table",
+                           [this] { Utils().UpdateTable(FDatabaseName, FTableName); });
+    AddAction("actClone", "duplicate", "Clone", "Clone table",
+              [this] { Utils().CloneTable(FDatabaseName, FTableName); });
+    AddAction("actRefresh", "refresh", "Refresh", "Refresh view", [this] { Refresh(); });
 }
 
 void TTableFrame::AddTabs()
 {
+    AddDataTab();
     pcTabs->AddTab(
-        "tshData", "Data", "result",
+        "tshStructure", "Structure", "table",
         [this](QWidget *owner) {
-            FDataFrame = New<TTableDataFrame>(owner);
-            FDataFrame->Initialize(FManager);
-            FDataFrame->SetParams(FDatabaseName, FTableName);
-            FDataFrame->SetSessionData(FDataSessionData);
-            return FDataFrame;
+            FStructureFrame = New<TTableStructureFrame>(owner);
+            return FStructureFrame;
         },
-        [this] { FDataFrame->Process(); });
+        [this] {
+            FStructureFrame->SetParams(FManager, FDatabaseName, FTableName);
+            FStructureFrame->Process();
+        });
     AddListTab<TTableFieldsFrame>("tshFields", "Fields", "column");
-    if (!FIsView) {
-        AddListTab<TTableIndexesFrame>("tshIndexes", "Indexes", "index");
-        AddListTab<TTableReferencesFrame>("tshReferences", "References", "reference");
-        AddListTab<TTableTriggersFrame>("tshTriggers", "Triggers", "trigger");
-    }
-    pcTabs->AddTab(
-        "tshInfo", "Info", "info",
-        [this](QWidget *owner) {
-            FInfoPanelFrame = New<TInfoPanelFrame>(owner);
-            FInfoPanelFrame->SetCaptions(
-                FIsView ? QStringList{"View name", "Check option", "Updatable", "Security type",
-                                      "Definer", "Character set", "Collation"}
-                        : QStringList{"Table name", "Engine", "Rows", "Collation", "Row format",
-                                      "Pack keys", "Checksum", "Delayed updates",
-                                      "Average row length", "Data length", "Data free",
-                                      "Index length", "Max data length", "Comment"});
-            return FInfoPanelFrame;
-        },
-        [this] { FillInfo(); });
-    if (FIsView)
-        return;
+    AddListTab<TTableIndexesFrame>("tshIndexes", "Indexes", "index");
+    AddListTab<TTableReferencesFrame>("tshReferences", "References", "reference");
+    AddListTab<TTableDependenciesFrame>("tshDependencies", "Dependencies", "reference");
+    AddListTab<TTableTriggersFrame>("tshTriggers", "Triggers", "trigger");
+    AddInfoTab({"Table name", "Engine", "Rows", "Collation", "Row format", "Pack keys", "Checksum",
+                "Delayed updates", "Average row length", "Data length", "Data free", "Index length",
+                "Max data length", "Comment"},
+               [this] { return Info(); });
     pcTabs->AddTab(
         "tshDDL", "DDL", "ddl",
         [this](QWidget *owner) { return FDDLFrame = New<TSqlViewerFrame>(owner); },
-        [this] {
-            std::shared_ptr<TDbmTableItem> table;
-            const bool found = FManager->TryGetTable(FDatabaseName, FTableName, table);
-            FDDLFrame->SetContent(found ? table->DDL().GetValue() : QString());
-        });
-}
-
-void TTableFrame::SetParams(const QString &databaseName, const QString &tableName)
-{
-    FDatabaseName = databaseName;
-    FTableName = tableName;
-    if (FDataFrame)
-        FDataFrame->SetParams(databaseName, tableName);
-    for (TTableListFrame *frame : FListFrames)
-        frame->SetParams(FManager, databaseName, tableName);
-}
-
-void TTableFrame::SetDataSessionData(const TTableDataSessionData &data)
-{
-    FDataSessionData = data;
-    if (FDataFrame)
-        FDataFrame->SetSessionData(data);
-}
-
-TTableDataSessionData TTableFrame::GetDataSessionData() const
-{
-    TTableDataSessionData data = FDataSessionData;
-    if (FDataFrame)
-        FDataFrame->GetSessionData(data);
-    return data;
+        [this] { FDDLFrame->SetContent(DDL()); });
+    // Deliberate: these two are not offered for the time being, whatever the table is.
+    pcTabs->setTabVisible(ttStructure, false);
+    pcTabs->setTabVisible(ttDependencies, false);
 }
 
 void TTableFrame::Process()
 {
-    if (FIsView)
-        ProcessView();
-    else
-        ProcessTable();
-    pcTabs->Process();
-}
-
-void TTableFrame::ProcessTable()
-{
     std::shared_ptr<TDbmTableItem> table;
     const bool found = FManager->TryGetTable(FDatabaseName, FTableName, table);
     const bool isReal = found && table->IsTable();
+    actOptions->setEnabled(isReal && TAppDialogs::Has(adkTable));
+    ShowTabsOf(isReal);
+    pcTabs->Process();
+    SetCount(ttFields, "Fields", found ? table->Fields().Count() : 0);
+    SetCount(ttIndexes, "Indexes", isReal ? table->Indexes().Count() : 0);
+    SetCount(ttReferences, "References", isReal ? table->References().Count() : 0);
+    // Nobody sees it: nothing is read for it.
+    SetCount(ttDependencies, "Dependencies",
+             isReal && table->Dependencies().IsProcessed() ? table->Dependencies().Count() : 0);
+    SetCount(ttTriggers, "Triggers", isReal ? table->Triggers().Count() : 0);
+}
+
+void TTableFrame::ShowTabsOf(bool isReal)
+{
+    const int current = pcTabs->currentIndex();
+    // Ahead of the hiding: the bar would turn to each neighbour in turn, and read it.
+    if (!isReal && (current == ttIndexes || current == ttReferences || current == ttTriggers))
+        pcTabs->setCurrentIndex(ttFields);
     for (const TTab tab : {ttIndexes, ttReferences, ttTriggers})
         pcTabs->setTabVisible(tab, isReal);
-    if (!pcTabs->isTabVisible(pcTabs->currentIndex()))
-        pcTabs->setCurrentIndex(ttFields);
-    const auto caption = [&](TTab tab, const char *text, int count) {
-        pcTabs->setTabText(tab, TFormat::Format("%s: %d", {QString(text), count}));
-    };
-    caption(ttFields, "Fields", found ? table->Fields().Count() : 0);
-    caption(ttIndexes, "Indexes", isReal ? table->Indexes().Count() : 0);
-    caption(ttReferences, "References", isReal ? table->References().Count() : 0);
-    caption(ttTriggers, "Triggers", isReal ? table->Triggers().Count() : 0);
 }
 
-void TTableFrame::ProcessView()
+bool TTableFrame::Create(TOperation operation, TTab tab)
 {
-    std::shared_ptr<TDbmViewItem> view;
-    const bool found = FManager->TryGetView(FDatabaseName, FTableName, view);
-    pcTabs->setTabText(ttFields,
-                       TFormat::Format("Fields: %d", {found ? view->Fields().Count() : 0}));
+    if (!(Utils().*operation)(FDatabaseName, FTableName))
+        return false;
+    pcTabs->setCurrentIndex(tab);
+    return true;
 }
 
-void TTableFrame::FillInfo()
+bool TTableFrame::CreateField()
 {
-    FInfoPanelFrame->SetValues(FIsView ? ViewInfo() : TableInfo());
+    return Create(&TAppManagerUtils::CreateField, ttFields);
 }
 
-QStringList TTableFrame::TableInfo() const
+bool TTableFrame::CreateIndex()
+{
+    return Create(&TAppManagerUtils::CreateIndex, ttIndexes);
+}
+
+bool TTableFrame::CreateReference()
+{
+    return Create(&TAppManagerUtils::CreateReference, ttReferences);
+}
+
+bool TTableFrame::CreateTrigger()
+{
+    return Create(&TAppManagerUtils::CreateTrigger, ttTriggers);
+}
+
+QStringList TTableFrame::Info() const
 {
     std::shared_ptr<TDbmTableItem> table;
     if (!FManager->TryGetTable(FDatabaseName, FTableName, table))
@@ -213,29 +143,18 @@ QStringList TTableFrame::TableInfo() const
             entity.Comment};
 }
 
-QStringList TTableFrame::ViewInfo() const
+QString TTableFrame::DDL() const
 {
-    std::shared_ptr<TDbmViewItem> view;
-    if (!FManager->TryGetView(FDatabaseName, FTableName, view))
-        return {};
-    const TDbmViewEntity &entity = view->Entity();
-    return {entity.ViewName,
-            view->GetCheckOptionDisplayString(),
-            view->GetUpdatableDisplayString(),
-            view->GetSecurityTypeDisplayString(),
-            entity.Definer,
-            entity.Info.Charset,
-            entity.Info.Collation};
+    std::shared_ptr<TDbmTableItem> table;
+    return FManager->TryGetTable(FDatabaseName, FTableName, table) ? table->DDL().GetValue()
+                                                                   : QString();
 }
 
 void TTableFrame::Refresh()
 {
+    TAppUtils::Instance().GetActiveManager()->ForgetNotRead();
     std::shared_ptr<TDbmTableItem> table;
-    std::shared_ptr<TDbmViewItem> view;
     if (FManager->TryGetTable(FDatabaseName, FTableName, table))
         table->RequestProcess();
-    else if (FManager->TryGetView(FDatabaseName, FTableName, view))
-        view->RequestProcess();
-    FManager->DataPool().RequestProcessFor(FDatabaseName, FTableName);
     TAppMessages::SendRedrawUI();
 }

@@ -1,59 +1,51 @@
 #pragma once
 
-#include "app/uAppSession.h"
-#include "shell/uBaseFrame.h"
+#include "pages/structure/uTableTabsFrame.h"
 
-class QAction;
-class TDbmManager;
-class TInfoPanelFrame;
-class TPreparedTabs;
+class TAppManagerUtils;
 class TSqlViewerFrame;
-class TTableDataFrame;
-class TTableFieldsFrame;
-class TTableListFrame;
+class TTableStructureFrame;
 
-/// A table or a view in tabs: its rows, its columns, keys and triggers, its properties and its
-/// text. A view has rows, columns and properties.
-class TTableFrame : public TBaseFrame
+/// A table in tabs: its rows, its columns, keys and triggers, its properties and its text.
+class TTableFrame : public TTableTabsFrame
 {
     Q_OBJECT
 public:
-    explicit TTableFrame(QWidget *owner) : TBaseFrame(owner) {}
+    explicit TTableFrame(QWidget *owner) : TTableTabsFrame(owner) {}
 
-    void Initialize(TDbmManager *manager, bool isView); // not owned
-    /// Also after a rename: the page follows.
-    void SetParams(const QString &databaseName, const QString &tableName);
-    void SetDataSessionData(const TTableDataSessionData &data);
-    TTableDataSessionData GetDataSessionData() const;
-    void Process();
+    void Process() override;
+    // Each turns to the tab of what it made and gives whether it was made.
+    bool CreateField();
+    bool CreateIndex();
+    bool CreateReference();
+    bool CreateTrigger();
 
 protected:
-    void DoCreate() override;
+    void AddActions() override;
+    void AddTabs() override;
 
 private:
-    enum TTab { ttData, ttFields, ttIndexes, ttReferences, ttTriggers, ttInfo, ttDDL };
+    enum TTab {
+        ttData,
+        ttStructure,
+        ttFields,
+        ttIndexes,
+        ttReferences,
+        ttDependencies,
+        ttTriggers,
+        ttInfo,
+        ttDDL
+    };
+    using TOperation = bool (TAppManagerUtils::*)(const QString &databaseName,
+                                                  const QString &tableName);
 
-    void MakeToolBar();
-    void AddTabs();
-    template <typename TFrame>
-    void AddListTab(const char *name, const char *caption, const char *icon);
-    void ProcessTable();
-    void ProcessView();
-    void FillInfo();
-    QStringList TableInfo() const;
-    QStringList ViewInfo() const;
+    bool Create(TOperation operation, TTab tab);
+    void ShowTabsOf(bool isReal);
+    QStringList Info() const;
+    QString DDL() const;
     void Refresh();
 
-    TDbmManager *FManager = nullptr;
-    bool FIsView = false;
-    QString FDatabaseName;
-    QString FTableName;
-    TTableDataSessionData FDataSessionData; // until the data tab is visited
-    TPreparedTabs *pcTabs = nullptr;        // children
-    QAction *actOptions = nullptr;
-    QAction *actClone = nullptr;
-    TTableDataFrame *FDataFrame = nullptr;
-    TInfoPanelFrame *FInfoPanelFrame = nullptr;
+    QAction *actOptions = nullptr; // children
+    TTableStructureFrame *FStructureFrame = nullptr;
     TSqlViewerFrame *FDDLFrame = nullptr;
-    std::vector<TTableListFrame *> FListFrames;
 };

@@ -56,14 +56,27 @@ std::vector<TObjectListRow> FieldRows(TDbmFieldList &fields)
 void TTableListFrame::DoCreate()
 {
     TObjectListFrame::DoCreate();
-    actNew = AddAction("actNew", "New", {}, "add");
-    AddSeparator();
-    actModify = AddAction("actModify", ModifyCaption(), {}, "edit");
-    actDelete = AddAction("actDelete", "Delete", {}, "remove");
-    connect(actDelete, &QAction::triggered, this,
-            [this] { TGuard::Run([this] { DeleteItem(FocusedName()); }); });
+    const TActionTexts texts = ActionTexts();
+    actNew = AddListAction("actNew", texts.New, texts.NewHint, "add", [this] { CreateItem(); });
+    if (actNew)
+        AddSeparator();
+    actModify = AddListAction("actModify", texts.Modify, texts.ModifyHint, "edit",
+                              [this] { UpdateItem(FocusedName()); });
+    actDelete = AddListAction("actDelete", texts.Delete, texts.DeleteHint, "remove",
+                              [this] { DeleteItem(FocusedName()); });
     connect(this, &TObjectListFrame::OnFocusedChanged, this, &TTableListFrame::UpdateActions);
     UpdateActions();
+}
+
+QAction *TTableListFrame::AddListAction(const char *name, const QString &caption,
+                                        const QString &hint, const char *icon,
+                                        std::function<void()> work)
+{
+    if (caption.isEmpty())
+        return nullptr;
+    QAction *action = AddAction(name, caption, hint, icon);
+    connect(action, &QAction::triggered, this, [work = std::move(work)] { TGuard::Run(work); });
+    return action;
 }
 
 void TTableListFrame::SetParams(TDbmManager *manager, const QString &databaseName,
@@ -82,12 +95,19 @@ void TTableListFrame::Process()
     SetRows(found ? ReadRows(*table) : ReadViewRows());
 }
 
-// New and Modify have no dialog yet.
 void TTableListFrame::UpdateActions()
 {
-    actNew->setEnabled(false);
-    actModify->setEnabled(false);
-    actDelete->setEnabled(FIsTable && Grid()->model() && !FocusedName().isEmpty());
+    const bool focused = FIsTable && Grid()->model() && !FocusedName().isEmpty();
+    const bool hasDialog = TAppDialogs::Has(DialogKind());
+    if (actNew)
+        actNew->setEnabled(FIsTable && hasDialog);
+    actModify->setEnabled(focused && hasDialog);
+    actDelete->setEnabled(focused);
+}
+
+TTableListFrame::TActionTexts TTableFieldsFrame::ActionTexts() const
+{
+    return {.NewHint = "Create field", .ModifyHint = "Modify field", .DeleteHint = "Delete field"};
 }
 
 void TTableFieldsFrame::DoCreate()
@@ -125,6 +145,16 @@ std::vector<TObjectListRow> TTableFieldsFrame::ReadViewRows()
     return FieldRows(view->Fields());
 }
 
+void TTableFieldsFrame::CreateItem()
+{
+    Utils().CreateField(FDatabaseName, FTableName);
+}
+
+void TTableFieldsFrame::UpdateItem(const QString &name)
+{
+    Utils().UpdateField(FDatabaseName, FTableName, name);
+}
+
 void TTableFieldsFrame::DeleteItem(const QString &name)
 {
     Utils().DeleteField(FDatabaseName, FTableName, name);
@@ -146,6 +176,16 @@ std::vector<TObjectListRow> TTableIndexesFrame::ReadRows(TDbmTableItem &table)
              {name, index.GetIndexTypeDisplayString(), index.Columns().GetColumnsDisplayString()}});
     });
     return rows;
+}
+
+void TTableIndexesFrame::CreateItem()
+{
+    Utils().CreateIndex(FDatabaseName, FTableName);
+}
+
+void TTableIndexesFrame::UpdateItem(const QString &name)
+{
+    Utils().UpdateIndex(FDatabaseName, FTableName, name);
 }
 
 void TTableIndexesFrame::DeleteItem(const QString &name)
@@ -178,9 +218,75 @@ std::vector<TObjectListRow> TTableReferencesFrame::ReadRows(TDbmTableItem &table
     return rows;
 }
 
+void TTableReferencesFrame::CreateItem()
+{
+    Utils().CreateReference(FDatabaseName, FTableName);
+}
+
+void TTableReferencesFrame::UpdateItem(const QString &name)
+{
+    Utils().UpdateReference(FDatabaseName, FTableName, name);
+}
+
 void TTableReferencesFrame::DeleteItem(const QString &name)
 {
     Utils().DeleteReference(FDatabaseName, FTableName, name);
+}
+
+TTableListFrame::TActionTexts TTableDependenciesFrame::ActionTexts() const
+{
+    return {.New = {}, .Modify = "Modify...", .Delete = "Delete..."};
+}
+
+void TTableDependenciesFrame::DoCreate()
+{
+    TTableListFrame::DoCreate();
+    SetColumns({{.Caption = "Name"},
+                {.Caption = "Source"},
+                {.Caption = "Reference columns"},
+                {.Caption = "On delete"},
+                {.Caption = "On update"}},
+               "table.dependencies");
+}
+
+std::vector<TObjectListRow> TTableDependenciesFrame::ReadRows(TDbmTableItem &table)
+{
+    std::vector<TObjectListRow> rows;
+    table.Dependencies().ForEach([&](TDbmDependencyItem &item) {
+        const QString name = item.Entity().Name;
+        rows.push_back(
+            {name,
+             {name, item.GetReferenceSourceDisplayString(),
+              item.GetReferenceRefFieldsDisplayString(), item.GetReferenceOnDeleteDiplsayString(),
+              item.GetReferenceOnUpdateDisplayString()},
+             {}});
+    });
+    return rows;
+}
+
+void TTableDependenciesFrame::RunOnReference(const QString &name, TOperation operation)
+{
+    std::shared_ptr<TDbmTableItem> table;
+    std::shared_ptr<TDbmDependencyItem> item;
+    if (!FManager->TryGetTable(FDatabaseName, FTableName, table) ||
+        !table->Dependencies().TryGetByName(name, item))
+        return;
+    const TDbmDependencyEntity entity = item->Entity();
+    if (!(Utils().*operation)(entity.SrcDatabaseName, entity.SrcTableName, entity.Name))
+        return;
+    // The change has marked the other table only.
+    table->Dependencies().RequestProcess();
+    Process();
+}
+
+void TTableDependenciesFrame::UpdateItem(const QString &name)
+{
+    RunOnReference(name, &TAppManagerUtils::UpdateReference);
+}
+
+void TTableDependenciesFrame::DeleteItem(const QString &name)
+{
+    RunOnReference(name, &TAppManagerUtils::DeleteReference);
 }
 
 void TTableTriggersFrame::DoCreate()
@@ -197,6 +303,16 @@ std::vector<TObjectListRow> TTableTriggersFrame::ReadRows(TDbmTableItem &table)
         rows.push_back({name, {name, trigger.GetEventDisplayString()}});
     });
     return rows;
+}
+
+void TTableTriggersFrame::CreateItem()
+{
+    Utils().CreateTrigger(FDatabaseName, FTableName);
+}
+
+void TTableTriggersFrame::UpdateItem(const QString &name)
+{
+    Utils().UpdateTrigger(FDatabaseName, FTableName, name);
 }
 
 void TTableTriggersFrame::DeleteItem(const QString &name)

@@ -3,9 +3,28 @@
 #include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
 #include "model/uDbmViewList.h"
+#include "pages/data/uTableDataFrame.h"
 #include "pages/structure/uTableFrame.h"
+#include "pages/structure/uViewStructureFrame.h"
 
 #include <QVBoxLayout>
+
+namespace {
+
+QString ImageOf(TDbmTableType type)
+{
+    switch (type) {
+    case tblTemporary:
+        return "table-temporary";
+    case tblSystemView:
+        return "table-system";
+    case tblTable:
+        break;
+    }
+    return "table";
+}
+
+} // namespace
 
 void TTablePageFrame::DoCreate()
 {
@@ -19,9 +38,13 @@ void TTablePageFrame::SetParams(TDbmManager *manager, const QString &databaseNam
     FManager = manager;
     FDatabaseName = databaseName;
     FTableOrViewName = tableOrViewName;
-    for (TTableFrame *frame : {FTableFrame, FViewFrame})
-        if (frame)
-            frame->SetParams(databaseName, tableOrViewName);
+    if (TTableTabsFrame *frame = Frame())
+        frame->SetParams(databaseName, tableOrViewName);
+}
+
+TTableTabsFrame *TTablePageFrame::Frame() const
+{
+    return FTableFrame ? static_cast<TTableTabsFrame *>(FTableFrame) : FViewFrame;
 }
 
 QString TTablePageFrame::DoGetTitle() const
@@ -33,14 +56,13 @@ QString TTablePageFrame::DoGetTitle() const
 void TTablePageFrame::SetDataSessionData(const TTableDataSessionData &data)
 {
     FDataSessionData = data;
-    for (TTableFrame *frame : {FTableFrame, FViewFrame})
-        if (frame)
-            frame->SetDataSessionData(data);
+    if (TTableTabsFrame *frame = Frame())
+        frame->SetDataSessionData(data);
 }
 
 TTableDataSessionData TTablePageFrame::GetDataSessionData() const
 {
-    const TTableFrame *frame = FTableFrame ? FTableFrame : FViewFrame;
+    const TTableTabsFrame *frame = Frame();
     return frame ? frame->GetDataSessionData() : FDataSessionData;
 }
 
@@ -50,17 +72,29 @@ void TTablePageFrame::DoProcess()
     std::shared_ptr<TDbmViewItem> view;
     const bool isTable = FManager->TryGetTable(FDatabaseName, FTableOrViewName, table);
     const bool isView = !isTable && FManager->TryGetView(FDatabaseName, FTableOrViewName, view);
-    KeepFrame(FTableFrame, isTable, false);
-    KeepFrame(FViewFrame, isView, true);
-    if (TTableFrame *frame = isTable ? FTableFrame : FViewFrame)
+bool TTablePageFrame::IsDataShown() const
+{
+    return findChild<TTableDataFrame *>() != nullptr;
+}
+
+    Q_EMIT OnUpdateImage(isTable  ? ImageOf(table->Entity().Info.TableType)
+                         : isView ? QString("view")
+                                  : QString("text-page"));
+    // What goes first: its state is the other's to take.
+    if (!isTable)
+        KeepFrame(FTableFrame, false);
+    KeepFrame(FViewFrame, isView);
+    KeepFrame(FTableFrame, isTable);
+    if (TTableTabsFrame *frame = Frame())
         frame->Process();
 }
 
-void TTablePageFrame::KeepFrame(TTableFrame *&frame, bool isThere, bool isView)
+template <typename TFrame>
+void TTablePageFrame::KeepFrame(TFrame *&frame, bool isThere)
 {
     if (isThere && !frame) {
-        frame = New<TTableFrame>(this);
-        frame->Initialize(FManager, isView);
+        frame = New<TFrame>(this);
+        frame->Initialize(FManager);
         frame->SetParams(FDatabaseName, FTableOrViewName);
         frame->SetDataSessionData(FDataSessionData);
         frame->MoveTo(this);

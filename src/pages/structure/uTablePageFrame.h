@@ -5,6 +5,8 @@
 
 class TDbmManager;
 class TTableFrame;
+class TTableTabsFrame;
+class TViewStructureFrame;
 
 /// The workspace page of one table or view; empty when the object is gone.
 class TTablePageFrame : public TPageFrame
@@ -19,6 +21,12 @@ public:
     QString GetTableOrViewName() const { return FTableOrViewName; }
     void SetDataSessionData(const TTableDataSessionData &data);
     TTableDataSessionData GetDataSessionData() const;
+    /// Whether the tab of the rows was looked at.
+    bool IsDataShown() const;
+
+Q_SIGNALS:
+    /// The name of the icon of what the page shows, as soon as it is known what that is.
+    void OnUpdateImage(const QString &ImageName);
 
 protected:
     QString DoGetTitle() const override;
@@ -26,12 +34,14 @@ protected:
     void DoProcess() override;
 
 private:
-    void KeepFrame(TTableFrame *&frame, bool isThere, bool isView);
+    template <typename TFrame>
+    void KeepFrame(TFrame *&frame, bool isThere);
+    TTableTabsFrame *Frame() const; // nullptr while the page is empty
 
     TDbmManager *FManager = nullptr;
     QString FDatabaseName;
     QString FTableOrViewName;
     TTableDataSessionData FDataSessionData; // until a frame takes it
-    TTableFrame *FTableFrame = nullptr;     // children
-    TTableFrame *FViewFrame = nullptr;
+    TTableFrame *FTableFrame = nullptr;     // children, one of them at most
+    TViewStructureFrame *FViewFrame = nullptr;
 };

@@ -2,29 +2,33 @@
 
 #include "app/uAppSession.h"
 #include "model/uDbmManager.h"
-#include "shell/uAppDialogs.h"
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppManagerUtils.h"
 #include "shell/uAppMessages.h"
+#include "shell/uAppUtils.h"
 #include "shell/uGuard.h"
+#include "shell/uManagerFrame.h"
+#include "support/uException.h"
 #include "widgets/uDropDownCombo.h"
 #include "widgets/uIcons.h"
+#include "widgets/uToolBar.h"
 #include "widgets/uWaitCursor.h"
 
 #include <QAction>
 #include <QMenu>
 #include <QStackedWidget>
-#include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <utility>
 
 struct TManagerObjectsFrame::TActionRow
 {
     const char *Name;
     const char *Caption;
-    const char *Hint = "";
-    std::function<void()> Work = {}; // unset: the action is disabled
-    const char *Icon = "";
+    const char *Hint;
+    std::function<void()> Work;
+    const char *Icon;
+    std::optional<TAppDialogKind> Dialog = {}; // disabled while there is no such dialog
 };
 
 TManagerObjectsFrame::TManagerObjectsFrame(QWidget *owner) : TBaseFrame(owner) {}
@@ -62,30 +66,46 @@ void TManagerObjectsFrame::DoDestroy()
 
 std::vector<TManagerObjectsFrame::TActionRow> TManagerObjectsFrame::DatabaseActions()
 {
+    const auto onTable = [this](TOnTable operation) {
+        return [this, operation] {
+            const TObjectsNode table = GetActiveTable();
+            (FUtils->*operation)(table.DatabaseName, table.Name);
+        };
+    };
     return {
         {"actRefresh", "Refresh", "Refresh", [this] { Refresh(); }, "refresh"},
-        {"actDatabaseCreate", "Create", "Create database"},
+        {"actDatabaseCreate", "Create", "Create database", [this] { FUtils->CreateDatabase(); },
+         "add", adkDatabase},
         {"actDatabaseOpen", "Open", "",
          [this] { FPageUtils->ShowSchema(SelectedDatabase(), true); }, "open"},
         {"actDatabaseChecksum", "Checksum Data (CRC32)...", "",
-         [this] { FUtils->ChecksumDatabase(SelectedDatabase()); }},
-        {"actDatabaseCreateTable", "Create Table...", "Create table"},
-        {"actDatabaseCreateView", "Create View...", "Create view"},
+         [this] { FUtils->ChecksumDatabase(SelectedDatabase()); }, "checksum"},
+        {"actDatabaseCreateTable", "Create Table...", "Create table",
+         [this] { FUtils->CreateTable(SelectedDatabase()); }, "table", adkTable},
+        {"actDatabaseCreateView", "Create View...", "Create view",
+         [this] { FUtils->CreateView(SelectedDatabase()); }, "view", adkView},
         {"actDatabaseCreateProcedure", "Create Procedure...", "Create procedure",
          [this] { FUtils->CreateRoutine(rtProcedure, SelectedDatabase()); }, "procedure"},
         {"actDatabaseCreateFunction", "Create Function...", "Create function",
          [this] { FUtils->CreateRoutine(rtFunction, SelectedDatabase()); }, "function"},
-        {"actDatabaseCreateEvent", "Create Event...", "Create event"},
-        {"actDatabaseCreateField", "Create Field..."},
-        {"actDatabaseCreateIndex", "Create Index..."},
-        {"actDatabaseCreateReference", "Create Reference..."},
-        {"actDatabaseCreateTrigger", "Create Trigger..."},
+        {"actDatabaseCreateEvent", "Create Event...", "Create event",
+         [this] { FUtils->CreateEvent(SelectedDatabase()); }, "event", adkEvent},
+        {"actDatabaseCreateField", "Create Field...", "", onTable(&TAppManagerUtils::CreateField),
+         "column", adkField},
+        {"actDatabaseCreateIndex", "Create Index...", "", onTable(&TAppManagerUtils::CreateIndex),
+         "index", adkIndex},
+        {"actDatabaseCreateReference", "Create Reference...", "",
+         onTable(&TAppManagerUtils::CreateReference), "reference", adkReference},
+        {"actDatabaseCreateTrigger", "Create Trigger...", "",
+         onTable(&TAppManagerUtils::CreateTrigger), "trigger", adkTrigger},
         {"actDatabaseMigrate", "Migrate...", "",
-         [this] { FUtils->MigrateDatabase(SelectedDatabase()); }},
-        {"actDatabaseClone", "Clone...", "", [this] { FUtils->CloneDatabase(SelectedDatabase()); }},
+         [this] { FUtils->MigrateDatabase(SelectedDatabase()); }, "migrate"},
+        {"actDatabaseClone", "Clone...", "", [this] { FUtils->CloneDatabase(SelectedDatabase()); },
+         "duplicate"},
         {"actDatabaseDump", "Create SQL Dump...", "Create SQL-dump",
-         [this] { TAppDialogs::CreateSqlDump(*FManager, SelectedDatabase()); }},
-        {"actDatabaseUpdate", "Modify..."},
+         [this] { TAppDialogs::CreateSqlDump(*FManager, SelectedDatabase()); }, "dump"},
+        {"actDatabaseUpdate", "Modify...", "",
+         [this] { FUtils->UpdateDatabase(SelectedDatabase()); }, "edit", adkDatabase},
         {"actDatabaseDelete", "Delete...", "",
          [this] { FUtils->DeleteDatabase(SelectedDatabase()); }, "remove"},
     };
@@ -95,11 +115,11 @@ std::vector<TManagerObjectsFrame::TActionRow> TManagerObjectsFrame::ObjectAction
 {
     return {
         {"actObjectOpen", "Open", "Open object", [this] { OpenObject(); }, "open"},
-        {"actObjectUpdate", "Modify", "Modify object"},
-        {"actObjectRename", "Rename", "Rename object", [this] { RenameObject(); }},
+        {"actObjectUpdate", "Modify", "Modify object", [this] { UpdateObject(); }, "edit"},
+        {"actObjectRename", "Rename", "Rename object", [this] { RenameObject(); }, "rename"},
         {"actObjectDelete", "Delete", "Delete object", [this] { DeleteObject(); }, "remove"},
         // Deliberate: no menu lists it and it does nothing.
-        {"actObjectClone", "Clone..."},
+        {"actObjectClone", "Clone...", "", [] {}, "duplicate"},
     };
 }
 
@@ -109,15 +129,12 @@ void TManagerObjectsFrame::MakeActions()
     for (TActionRow &row : ObjectActions())
         rows.push_back(std::move(row));
     for (const TActionRow &row : rows) {
-        auto *action = new QAction(row.Caption, this);
+        auto *action = new QAction(TIcons::Icon(row.Icon), row.Caption, this);
         action->setObjectName(row.Name);
         if (*row.Hint)
             action->setToolTip(row.Hint);
-        if (*row.Icon)
-            action->setIcon(TIcons::Icon(row.Icon));
-        if (row.Work)
-            connect(action, &QAction::triggered, this, [work = row.Work] { TGuard::Run(work); });
-        FActions.insert(row.Name, {action, static_cast<bool>(row.Work)});
+        connect(action, &QAction::triggered, this, [work = row.Work] { TGuard::Run(work); });
+        FActions.insert(row.Name, {action, row.Dialog});
     }
 }
 
@@ -141,8 +158,7 @@ void TManagerObjectsFrame::BuildLayout()
 
 QWidget *TManagerObjectsFrame::BuildToolBar()
 {
-    auto *toolBar = new QToolBar(this);
-    toolBar->setObjectName("tbrObjects");
+    auto *toolBar = new TToolBar(this, "tbrObjects", Qt::ToolButtonIconOnly);
     cbxDatabase = new TDropDownCombo(toolBar);
     cbxDatabase->setObjectName("cbxDatabase");
     cbxDatabase->setToolTip("Database");
@@ -155,13 +171,23 @@ QWidget *TManagerObjectsFrame::BuildToolBar()
     cbxDatabase->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(cbxDatabase, &TDropDownCombo::OnDropDown, this, [this] {
         TGuard::Run([this] {
-            FManager->Databases().RequestProcess();
+            FIsListOpen = true;
+            FManager->Databases().RequestNames();
             FillDatabases();
         });
     });
+    // The list closes ahead of the choice that closes it. It may also close without one, while the
+    // database that was selected is gone from it.
+    connect(
+        cbxDatabase, &TDropDownCombo::OnCloseUp, this,
+        [this] {
+            if (std::exchange(FIsListOpen, false))
+                DatabaseChosen();
+        },
+        Qt::QueuedConnection);
     connect(cbxDatabase, &QComboBox::activated, this, [this] {
-        TGuard::Run([this] { DrawDatabase(); });
-        UpdateActions();
+        if (!FIsListOpen)
+            DatabaseChosen();
     });
     toolBar->addWidget(cbxDatabase);
 
@@ -188,10 +214,10 @@ void TManagerObjectsFrame::ConnectTree()
 {
     vtm = new TVTDataManager(lvTree);
     vtm->SetImages({TIcons::Icon("folder"), TIcons::Icon("database"), TIcons::Icon("table"),
-                    TIcons::Icon("table"), TIcons::Icon("table"), TIcons::Icon("view"),
-                    TIcons::Icon("procedure"), TIcons::Icon("function"), TIcons::Icon("event"),
-                    TIcons::Icon("column"), TIcons::Icon("index"), TIcons::Icon("reference"),
-                    TIcons::Icon("trigger")});
+                    TIcons::Icon("table-temporary"), TIcons::Icon("table-system"),
+                    TIcons::Icon("view"), TIcons::Icon("procedure"), TIcons::Icon("function"),
+                    TIcons::Icon("event"), TIcons::Icon("column"), TIcons::Icon("index"),
+                    TIcons::Icon("reference"), TIcons::Icon("trigger")});
     vtm->SetSort(0, Qt::AscendingOrder);
     FpmTree = new QMenu(this);
     FpmTree->setObjectName("pmTree");
@@ -227,7 +253,7 @@ void TManagerObjectsFrame::ReadSession(const TAppSession &session)
 void TManagerObjectsFrame::WriteSession(TAppSession &session) const
 {
     // What was never drawn is kept as it was read.
-    session.WriteSelectedDatabase(FProcessed ? SelectedDatabase() : FSelectedDatabase);
+    session.WriteSelectedDatabase(FProcessed ? FChosenDatabase : FSelectedDatabase);
 }
 
 QString TManagerObjectsFrame::SelectedDatabase() const
@@ -249,23 +275,39 @@ void TManagerObjectsFrame::Process()
 void TManagerObjectsFrame::SelectDatabase(const QString &name)
 {
     TWaitCursor::Show();
-    FillDatabases();
     if (!name.isEmpty())
-        cbxDatabase->setCurrentIndex(
-            cbxDatabase->findText(name, Qt::MatchFixedString | Qt::MatchCaseSensitive));
+        FChosenDatabase = name;
+    FillDatabases();
+    if (cbxDatabase->count() > 0)
+        FHasEvents = FManager->Features().Events;
     DrawDatabase();
     UpdateActions();
 }
 
 void TManagerObjectsFrame::FillDatabases()
 {
-    const QString selected = SelectedDatabase();
     QStringList names;
     FManager->Databases().ForEach([&](TDbmDatabaseItem &item) { names += item.Name(); });
     names.sort(Qt::CaseInsensitive);
     cbxDatabase->clear();
     cbxDatabase->addItems(names);
-    cbxDatabase->setCurrentIndex(static_cast<int>(names.indexOf(selected)));
+    cbxDatabase->setCurrentIndex(static_cast<int>(names.indexOf(FChosenDatabase)));
+    KeepChoice();
+}
+
+// No account sees no database at all: an empty list is one that could not be read, and the choice
+// waits for the server to come back.
+void TManagerObjectsFrame::KeepChoice()
+{
+    if (cbxDatabase->count() > 0)
+        FChosenDatabase = SelectedDatabase();
+}
+
+void TManagerObjectsFrame::DatabaseChosen()
+{
+    KeepChoice();
+    TGuard::Run([this] { DrawDatabase(); });
+    UpdateActions();
 }
 
 void TManagerObjectsFrame::DrawDatabase()
@@ -277,9 +319,8 @@ void TManagerObjectsFrame::DrawDatabase()
         return;
     }
     pcBody->setCurrentWidget(lvTree);
-    const bool isOther = name != FLastDatabaseProcessed;
+    FTree->Draw(*database, name != FLastDatabaseProcessed);
     FLastDatabaseProcessed = name;
-    FTree->Draw(*database, isOther);
 }
 
 const TObjectsNode *TManagerObjectsFrame::FocusedNode() const
@@ -290,7 +331,7 @@ const TObjectsNode *TManagerObjectsFrame::FocusedNode() const
 void TManagerObjectsFrame::Enable(const char *name, bool enabled)
 {
     const TAction &action = FActions[name];
-    action.Action->setEnabled(enabled && action.HasWork);
+    action.Action->setEnabled(enabled && (!action.Dialog || TAppDialogs::Has(*action.Dialog)));
 }
 
 void TManagerObjectsFrame::UpdateActions()
@@ -304,7 +345,6 @@ void TManagerObjectsFrame::UpdateDatabaseActions()
 {
     const bool bound = FManager->IsDatabaseConnection();
     const bool selected = !SelectedDatabase().isEmpty();
-    const bool events = FManager->Features().Events;
     cbxDatabase->setEnabled(!bound);
     Enable("actDatabaseCreate", !bound);
     for (const char *name :
@@ -314,8 +354,8 @@ void TManagerObjectsFrame::UpdateDatabaseActions()
           "actDatabaseCreateField", "actDatabaseCreateIndex", "actDatabaseCreateReference",
           "actDatabaseCreateTrigger"})
         Enable(name, selected);
-    Enable("actDatabaseCreateEvent", events && selected);
-    FActions["actDatabaseCreateEvent"].Action->setVisible(events);
+    Enable("actDatabaseCreateEvent", FHasEvents && selected);
+    FActions["actDatabaseCreateEvent"].Action->setVisible(FHasEvents);
     Enable("actDatabaseDelete", !bound && selected);
     for (const char *name : {"actDatabaseCreate", "actDatabaseDelete"})
         FActions[name].Action->setVisible(!bound);
@@ -333,7 +373,8 @@ void TManagerObjectsFrame::UpdateObjectActions()
                         kind == onkReference || kind == onkTrigger;
     const bool isNamed = isTable || isView || isRoutine || isEvent;
     Enable("actObjectOpen", isTable || isView || isRoutine);
-    Enable("actObjectUpdate", isTable || isView || isEvent || isItem);
+    Enable("actObjectUpdate",
+           (isTable || isView || isEvent || isItem) && TAppDialogs::Has(DialogKind(*node)));
     Enable("actObjectRename", isNamed && node->CanChange);
     Enable("actObjectDelete", (isNamed && node->CanChange) || isItem);
     Enable("actObjectClone", isNamed);
@@ -424,6 +465,66 @@ void TManagerObjectsFrame::OpenObject()
         FPageUtils->ShowRoutine(node.DatabaseName, node.Name, true);
 }
 
+TAppDialogKind TManagerObjectsFrame::DialogKind(const TObjectsNode &node)
+{
+    switch (node.Kind) {
+    case onkView:
+        return adkView;
+    case onkEvent:
+        return adkEvent;
+    case onkField:
+        return adkField;
+    case onkIndex:
+        return adkIndex;
+    case onkReference:
+        return adkReference;
+    case onkTrigger:
+        return adkTrigger;
+    default:
+        return adkTable;
+    }
+}
+
+TObjectsNode TManagerObjectsFrame::GetActiveTable() const
+{
+    const TObjectsNode *node = FocusedNode();
+    TObjectsNode table;
+    if (node && (node->Kind == onkTable || (!node->OwnerName.isEmpty() && !node->OwnerIsView)))
+        table = {.Kind = onkTable,
+                 .DatabaseName = node->DatabaseName,
+                 .Name = node->Kind == onkTable ? node->Name : node->OwnerName};
+    if (table.Kind != onkTable)
+        throw EException("GetActiveTable error.");
+    return table;
+}
+
+void TManagerObjectsFrame::UpdateObject()
+{
+    const TObjectsNode node = *FocusedNode();
+    switch (node.Kind) {
+    case onkTable:
+        FUtils->UpdateTable(node.DatabaseName, node.Name);
+        break;
+    case onkView:
+        FUtils->UpdateView(node.DatabaseName, node.Name);
+        break;
+    case onkEvent:
+        FUtils->UpdateEvent(node.DatabaseName, node.Name);
+        break;
+    case onkField:
+        FUtils->UpdateField(node.DatabaseName, node.OwnerName, node.Name);
+        break;
+    case onkIndex:
+        FUtils->UpdateIndex(node.DatabaseName, node.OwnerName, node.Name);
+        break;
+    case onkReference:
+        FUtils->UpdateReference(node.DatabaseName, node.OwnerName, node.Name);
+        break;
+    default:
+        FUtils->UpdateTrigger(node.DatabaseName, node.OwnerName, node.Name);
+    }
+}
+
 void TManagerObjectsFrame::RenameObject()
 {
     const TObjectsNode node = *FocusedNode(); // the tree is drawn anew before this ends
@@ -474,6 +575,7 @@ void TManagerObjectsFrame::DeleteObject()
 
 void TManagerObjectsFrame::Refresh()
 {
+    TAppUtils::Instance().GetActiveManager()->ForgetNotRead();
     FManager->Databases().RequestProcess();
     TAppMessages::SendRedrawUI();
 }

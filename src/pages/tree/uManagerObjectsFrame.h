@@ -1,11 +1,13 @@
 #pragma once
 
 #include "pages/tree/uObjectsTree.h"
+#include "shell/uAppDialogs.h"
 #include "shell/uBaseFrame.h"
 
 #include <QHash>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QAction;
 class QMenu;
@@ -42,6 +44,8 @@ protected:
 private:
     struct TActionRow;
     using TNames = QStringList;
+    using TOnTable = bool (TAppManagerUtils::*)(const QString &databaseName,
+                                                const QString &tableName);
 
     void BuildLayout();
     QWidget *BuildToolBar();
@@ -50,6 +54,8 @@ private:
     std::vector<TActionRow> DatabaseActions();
     std::vector<TActionRow> ObjectActions();
     void FillDatabases();
+    void KeepChoice();
+    void DatabaseChosen();
     void DrawDatabase();
     void UpdateActions();
     void UpdateDatabaseActions();
@@ -61,7 +67,11 @@ private:
     void Trigger(const char *name);
     void Activated(TVTDataItem *item);
     const TObjectsNode *FocusedNode() const;
+    /// The table that the focused node is or stands under; raises EException when there is none.
+    TObjectsNode GetActiveTable() const;
+    static TAppDialogKind DialogKind(const TObjectsNode &node);
     void OpenObject();
+    void UpdateObject();
     void RenameObject();
     void DeleteObject();
     void Refresh();
@@ -71,13 +81,16 @@ private:
     TAppManagerPageUtils *FPageUtils = nullptr;
     QString FSelectedDatabase; // of the session, used once
     bool FProcessed = false;
+    QString FChosenDatabase; // the selected one, also while the list cannot be read
     QString FLastDatabaseProcessed;
+    bool FHasEvents = false; // as of the last drawing: moving the focus must not ask the server
+    bool FIsListOpen = false;
     std::unique_ptr<TObjectsTree> FTree;
 
     struct TAction
     {
         QAction *Action = nullptr;
-        bool HasWork = false; // without work it is disabled, never a dead click
+        std::optional<TAppDialogKind> Dialog;
     };
     QHash<QString, TAction> FActions;
     TVTDataManager *vtm = nullptr; // child, like all widgets

@@ -1,0 +1,217 @@
+#include "shell/uAppManagerUtils.h"
+
+#include "model/uDbmManager.h"
+#include "model/uDbmTableList.h"
+#include "model/uDbmViewList.h"
+#include "pages/schema/uSchemaPageFrame.h"
+#include "pages/structure/uTablePageFrame.h"
+#include "pages/tree/uManagerObjectsFrame.h"
+#include "shell/uAppManagerPageUtils.h"
+#include "shell/uAppMessages.h"
+#include "shell/uManagerFrame.h"
+#include "shell/uRecordedDialogs.h"
+#include "shell/uWorkbenchFixture.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTest>
+
+namespace {
+
+class TAppManagerUtilsTest : public TWorkbenchTest
+{
+protected:
+    TAppManagerUtilsTest()
+    {
+        Exec("CREATE TABLE t (id INT PRIMARY KEY)");
+        Exec("CREATE VIEW v AS SELECT id FROM t");
+        const auto note = [this](const QString &text) { FHeard += text; };
+        TMessenger::Register<TRedrawUIMessage>(
+            &FEar, [note](const TRedrawUIMessage &) { note("redraw"); });
+        TMessenger::Register<TTableRenamedMessage>(&FEar, [note](const TTableRenamedMessage &m) {
+            note(m.TableName + ">" + m.NewTableName);
+        });
+        TMessenger::Register<TViewRenamedMessage>(&FEar, [note](const TViewRenamedMessage &m) {
+            note(m.ViewName + ">" + m.NewViewName);
+        });
+        TMessenger::Register<TSelectSchemaMessage>(
+            &FEar, [note](const TSelectSchemaMessage &m) { note("select " + m.DatabaseName); });
+    }
+    ~TAppManagerUtilsTest() override { TMessenger::Unregister(&FEar); }
+
+    TAppManagerUtils &Utils() { return Window->GetActiveManagerFrame()->Utils(); }
+    TDbmManager &Manager() { return Window->GetActiveManagerFrame()->Manager(); }
+    QStringList Heard() { return std::exchange(FHeard, {}); }
+    TDbmDatabaseItem &Item() { return *Manager().Databases().GetByName(Database().Name()); }
+
+    /// Chooses in the dialog by a key or a double click; an empty name dismisses it.
+    void ChooseDatabase(const QString &name, bool byKey = false)
+    {
+        Driver.Expect("frmDialog", [name, byKey](QWidget *dialog) {
+            EXPECT_EQ(dialog->windowTitle(), "Select Database");
+            auto *list = Find<QAbstractItemView>(dialog, "lvList");
+            const QModelIndexList found = list->model()->match(
+                list->model()->index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly);
+            if (name.isEmpty())
+                return TGuiTools::Click(dialog, "butCancel");
+            ASSERT_FALSE(found.isEmpty()) << name.toStdString();
+            list->setCurrentIndex(found.first());
+            list->scrollTo(found.first());
+            const QPoint place = list->visualRect(found.first()).center();
+            if (byKey)
+                QTest::keyClick(list, Qt::Key_Return);
+            else
+                QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, place);
+        });
+    }
+
+    QStringList FHeard;
+
+private:
+    QObject FEar;
+};
+
+TEST_F(TAppManagerUtilsTest, ADatabaseIsChosenFirst)
+{
+    OpenWorkspace();
+    Manager().Databases().Count(); // read before the next one comes
+    const TTestDatabase made;
+    ChooseDatabase(made.Name());
+    Trigger("actSchemaOpen");
+    auto *page = qobject_cast<TSchemaPageFrame *>(
+        Window->GetActiveManagerFrame()->PageUtils().GetActivePage());
+    ASSERT_NE(page, nullptr);
+    EXPECT_EQ(page->GetDatabaseName(), made.Name());
+    ChooseDatabase({});
+    Trigger("actSchemaDelete");
+
+    ChooseDatabase(made.Name(), true);
+    Driver.Expect([&](QWidget *box) {
+        EXPECT_TRUE(TModalDriver::Describe(box).contains(
+            "Do you really want to delete database \"" + made.Name()));
+        TGuiTools::Click(box, "butYes");
+    });
+    Heard();
+    Trigger("actSchemaDelete");
+    EXPECT_EQ(Server().Value("SHOW DATABASES LIKE '" + made.Name() + "'"), "");
+    EXPECT_EQ(Heard(), QStringList{"redraw"});
+    Server().Exec("CREATE DATABASE " + made.Name()); // the fixture drops it
+}
+
+TEST_F(TAppManagerUtilsTest, WithoutADialogNothingLeadsToIt)
+{
+    OpenWorkspace();
+    for (const char *name : {"actSchemaCreate", "actSchemaCreateTable", "actSchemaCreateView",
+                             "actSchemaCreateEvent", "actSchemaUpdate", "actDatabaseCreate"})
+        EXPECT_FALSE(IsEnabled(name)) << name;
+    EXPECT_FALSE(TAppDialogs::Has(adkTable));
+    EXPECT_THROW(Utils().CreateTable(Database().Name()), std::exception);
+}
+
+TEST_F(TAppManagerUtilsTest, WhatWasMadeIsShown)
+{
+    TRecordedDialogs dialogs;
+    TManagerFrame &workspace = OpenWorkspace();
+    auto *tree = workspace.findChild<TManagerObjectsFrame *>();
+    tree->SelectDatabase(Database().Name());
+    dialogs.Confirms = false;
+    EXPECT_FALSE(Utils().CreateTable(Database().Name()));
+    EXPECT_EQ(Heard(), QStringList());
+    EXPECT_EQ(workspace.GetPagesCaption(), QStringList());
+
+    dialogs.Confirms = true;
+    dialogs.NewName = "made";
+    dialogs.Work = [this](const TAppDialogs::TObjectTask &task) {
+        Server().Exec("CREATE TABLE made (id INT)", task.DatabaseName);
+        Item().Tables().RequestProcess();
+    };
+    dialogs.Take();
+    ChooseDatabase(Database().Name());
+    Trigger("actSchemaCreateTable");
+    EXPECT_EQ(dialogs.Take(), QStringList{"table|" + Database().Name() + "|||"});
+    EXPECT_EQ(Heard(), QStringList{"redraw"});
+    EXPECT_EQ(workspace.GetPagesCaption(), QStringList{Database().Name() + ".made"});
+
+    const TTestDatabase other;
+    dialogs.NewName = other.Name();
+    dialogs.Work = [this](const TAppDialogs::TObjectTask &) {
+        Manager().Databases().RequestProcess();
+    };
+    Trigger("actSchemaCreate");
+    EXPECT_EQ(Heard(), (QStringList{"select " + other.Name(), "redraw"}));
+    EXPECT_EQ(tree->SelectedDatabase(), other.Name());
+}
+
+TEST_F(TAppManagerUtilsTest, ARenameInADialogIsToldAheadOfTheRedraw)
+{
+    TRecordedDialogs dialogs;
+    TManagerFrame &workspace = OpenWorkspace();
+    workspace.PageUtils().ShowTable(Database().Name(), "t", true);
+    dialogs.NewName = "t";
+    EXPECT_TRUE(Utils().UpdateTable(Database().Name(), "t"));
+    EXPECT_EQ(Heard(), QStringList{"redraw"}) << "it kept its name";
+    dialogs.NewName = "u";
+    dialogs.Work = [this](const TAppDialogs::TObjectTask &) {
+        Exec("RENAME TABLE t TO u");
+        Item().Tables().RequestProcess();
+    };
+    EXPECT_TRUE(Utils().UpdateTable(Database().Name(), "t"));
+    EXPECT_EQ(Heard(), (QStringList{"t>u", "redraw"}));
+    EXPECT_EQ(workspace.GetPagesCaption(), QStringList{Database().Name() + ".u"});
+    dialogs.NewName = "w";
+    dialogs.Work = {};
+    EXPECT_TRUE(Utils().UpdateView(Database().Name(), "v"));
+    EXPECT_EQ(Heard(), (QStringList{"v>w", "redraw"}));
+}
+
+TEST_F(TAppManagerUtilsTest, AnAccountIsDeletedWhenThatIsConfirmed)
+{
+    OpenWorkspace();
+    const QString name = Database().Name();
+    Server().Exec("CREATE USER '" + name + "'@'localhost'");
+    const QString count = "SELECT COUNT(*) FROM mysql.user WHERE user = '" + name + "'";
+    EXPECT_FALSE(Utils().DeleteUser(name, "elsewhere")) << "there is none to ask about";
+    for (const char *button : {"butNo", "butYes"}) {
+        Driver.Expect([button](QWidget *box) {
+            EXPECT_TRUE(
+                TModalDriver::Describe(box).contains("Do you really want to delete this user?"));
+            TGuiTools::Click(box, button);
+        });
+        EXPECT_EQ(Utils().DeleteUser(name, "localhost"), QString(button) == "butYes");
+        EXPECT_EQ(Server().Value(count), QString(button) == "butYes" ? "0" : "1");
+    }
+    EXPECT_EQ(Heard(), QStringList{"redraw"});
+}
+
+TEST_F(TAppManagerUtilsTest, ACloneMayGoIntoADatabaseMadeMeanwhile)
+{
+    OpenWorkspace();
+    Manager().Databases().Count();
+    const TTestDatabase made;
+    Driver.Expect([&](QWidget *dialog) {
+        auto *combo = Find<QComboBox>(dialog, "rowDatabase");
+        combo->showPopup();
+        EXPECT_GE(combo->findText(made.Name()), 0);
+        combo->hidePopup();
+        TGuiTools::Click(dialog, "butCancel");
+    });
+    EXPECT_FALSE(Utils().CloneTable(Database().Name(), "t"));
+}
+
+TEST_F(TAppManagerUtilsTest, AnUntouchedNameIsKeptWithItsBlanks)
+{
+    Exec("CREATE TABLE ` a` (id INT)");
+    OpenWorkspace();
+    Driver.Expect([](QWidget *dialog) { TGuiTools::Click(dialog, "butOK"); });
+    EXPECT_TRUE(Utils().RenameTable(Database().Name(), " a"));
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM ` a`"), "0");
+    Driver.Expect([](QWidget *dialog) {
+        Find<QLineEdit>(dialog, "edName")->setText(" b ");
+        TGuiTools::Click(dialog, "butOK");
+    });
+    EXPECT_TRUE(Utils().RenameTable(Database().Name(), " a"));
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM b"), "0");
+}
+
+} // namespace
