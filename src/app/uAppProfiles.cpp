@@ -71,6 +71,18 @@ void TAppProfiles::ReadFile()
     }
 }
 
+void TAppProfiles::GiveMissingId()
+{
+    const auto found = FProfiles.find(QString());
+    if (found == FProfiles.end())
+        return;
+    const TAppProfilePtr profile = found->second;
+    FProfiles.erase(found);
+    profile->Id = TAppProfile::NewId();
+    Insert(profile);
+    FIsChanged = true;
+}
+
 void TAppProfiles::Write()
 {
     if (TConfig::IsUnreadable(FFileName)) {

@@ -35,6 +35,9 @@ public:
     /// with the file's path when the file cannot be read or two profiles have one id. The file is
     /// not written any more in this run then.
     void Read();
+    /// The one profile that the file may hold without an id gets one: nothing of its workspace
+    /// could be kept otherwise.
+    void GiveMissingId();
     /// Replaces the file. Where it could not be read before, the file stays as it is, and
     /// EException is raised if the profiles were changed since.
     void Write();
@@ -47,6 +50,7 @@ public:
     /// Removes the profile of that id; nothing happens when there is none.
     void Remove(const TAppProfilePtr &profile);
     void Clear();
+    bool IsChanged() const { return FIsChanged; } // since the last Read or Write
     const QString &FileName() const { return FFileName; }
 
 private:
@@ -56,5 +60,5 @@ private:
 
     QString FFileName;
     std::unordered_map<QString, TAppProfilePtr> FProfiles;
-    bool FIsChanged = false; // since the last Read or Write
+    bool FIsChanged = false;
 };

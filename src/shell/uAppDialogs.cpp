@@ -35,9 +35,9 @@ bool TAppDialogs::Execute(const QString &question, const std::function<void()> &
     return true;
 }
 
-bool TAppDialogs::ExecuteCommand(TDbmManager &manager, const QString &text, const QString &question)
+bool TAppDialogs::ExecuteCommand(TDbmCommand &command, const QString &text, const QString &question)
 {
-    const auto run = [&] { manager.Command().ExecScript(text, {}, ";"); };
+    const auto run = [&] { command.ExecScript(text, {}, ";"); };
     if (!question.isEmpty())
         return Execute(question, run);
     run();

@@ -9,6 +9,7 @@
 struct TDatasetExportTextOptions;
 class QWidget;
 class TAppProfile;
+class TDbmCommand;
 class TDbmFieldList;
 class TDbmManager;
 
@@ -34,7 +35,7 @@ public:
     static bool Execute(const QString &question, const std::function<void()> &action);
     /// Asks the question unless it is empty, then runs the text as a script. Gives whether it ran;
     /// raises EDacMySqlError.
-    static bool ExecuteCommand(TDbmManager &manager, const QString &text, const QString &question);
+    static bool ExecuteCommand(TDbmCommand &command, const QString &text, const QString &question);
 
     static bool OpenManagerFromProfiles(std::unique_ptr<TDbmManager> &manager, QString &profileName,
                                         QString &profileId);

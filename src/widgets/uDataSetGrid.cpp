@@ -4,6 +4,7 @@
 #include "widgets/uDataSetModel.h"
 #include "widgets/uGridCopy.h"
 #include "widgets/uGridSearchBar.h"
+#include "widgets/uLayoutStore.h"
 #include "widgets/uStylePalette.h"
 
 #include <QAction>
@@ -129,12 +130,26 @@ void TDataSetGrid::HeaderClicked(int column)
     Q_EMIT OnSortRequested(column, ascending);
 }
 
+void TDataSetGrid::RememberWidths(const QString &key)
+{
+    const bool isNew = FWidthsKey.isEmpty();
+    FWidthsKey = key;
+    if (!isNew)
+        return;
+    TLayoutStore::WhenChanged(horizontalHeader(), [this] {
+        if (!FColumnNames.isEmpty())
+            TLayoutStore::WriteWidths(*horizontalHeader(), FWidthsKey, FColumnNames);
+    });
+}
+
 void TDataSetGrid::RebuildColumns()
 {
     const int columns = FModel->columnCount();
     const int samples = std::clamp(SampledCells / std::max(1, columns), 3, SampledRows);
     KeepWidths();
-    const QHash<QString, int> known = std::exchange(FWidths, {});
+    QHash<QString, int> known = std::exchange(FWidths, {});
+    if (known.isEmpty() && !FWidthsKey.isEmpty())
+        known = TLayoutStore::ReadWidths(*horizontalHeader(), FWidthsKey);
     for (int column = 0; column < columns; ++column) {
         FColumnNames += FModel->FieldName(column);
         const int width = known.value(FModel->FieldName(column), 0);

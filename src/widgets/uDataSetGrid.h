@@ -29,6 +29,8 @@ public:
     /// Marks a column as sorted without sorting; -1 for none.
     void MarkSort(int column, bool ascending);
 
+    /// Widths that the user gives to columns come back with the next grid of this key.
+    void RememberWidths(const QString &key);
     /// Keeps the width of each column whose name was there before and fits the new ones.
     void RebuildColumns();
     /// Makes these columns as wide as the header and a sample of their cells.
@@ -78,6 +80,7 @@ private:
     QList<QAction *> FOwnActions;
     QPointer<QLabel> FNote;      // the refusal or the reason at a cell
     QStringList FColumnNames;    // of the last rebuild
+    QString FWidthsKey;          // empty: widths live as long as the grid
     QHash<QString, int> FWidths; // by field name, of the columns before the rebuild
     int FSortedColumn = -1;
     bool FSortedAscending = true;

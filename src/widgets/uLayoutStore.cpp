@@ -143,17 +143,47 @@ void TLayoutStore::Remember(QHeaderView *header, const QString &key)
     RestoreColumns(*header, key);
     QObject::connect(header, &QHeaderView::sectionCountChanged, header,
                      [header, key] { RestoreColumns(*header, key); });
+    WhenChanged(header, [header, key] { Write(key, FormatColumns(*header)); });
+}
+
+void TLayoutStore::WhenChanged(QHeaderView *header, std::function<void()> changed)
+{
     // Widths that the program chooses are not the user's: only the mouse counts, and only when it
     // changed something, since a click sorts. The header acts after the watcher saw the event.
     const auto atPress = std::make_shared<QByteArray>();
     new TEventWatcher(header->viewport(), {QEvent::MouseButtonPress},
                       [header, atPress] { *atPress = FormatColumns(*header); });
-    new TEventWatcher(header->viewport(), {QEvent::MouseButtonRelease}, [header, key, atPress] {
-        QTimer::singleShot(0, header, [header, key, atPress] {
-            if (const QByteArray columns = FormatColumns(*header); columns != *atPress)
-                Write(key, columns);
-        });
-    });
+    new TEventWatcher(header->viewport(), {QEvent::MouseButtonRelease},
+                      [header, atPress, changed = std::move(changed)] {
+                          QTimer::singleShot(0, header, [header, atPress, changed] {
+                              if (FormatColumns(*header) != *atPress)
+                                  changed();
+                          });
+                      });
+}
+
+QHash<QString, int> TLayoutStore::ReadWidths(const QHeaderView &header, const QString &key)
+{
+    const int unit = header.fontMetrics().height();
+    QHash<QString, int> widths;
+    for (const QByteArray &pair : Read(key).split(' ')) {
+        const QByteArrayList parts = pair.split(':');
+        const int width = int(parts.last().toDouble() * unit + 0.5);
+        if (parts.size() == 2 && width > 0)
+            widths[QString::fromUtf8(QByteArray::fromHex(parts.first()))] = width;
+    }
+    return widths;
+}
+
+void TLayoutStore::WriteWidths(const QHeaderView &header, const QString &key,
+                               const QStringList &names)
+{
+    const double unit = header.fontMetrics().height();
+    QByteArrayList pairs;
+    for (int column = 0; column < qMin(header.count(), int(names.size())); ++column)
+        pairs.append(names[column].toUtf8().toHex() + ':' +
+                     QByteArray::number(header.sectionSize(column) / unit, 'f', 2));
+    Write(key, pairs.join(' '));
 }
 
 void TLayoutStore::Remember(QWidget *window, const QString &key)

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QString>
+#include <QStringList>
+#include <functional>
 #include <memory>
 
 class QHeaderView;
@@ -36,6 +39,13 @@ public:
     static void Remember(QHeaderView *header, const QString &key);
     /// Position, size and whether it is maximised; stored when the window goes.
     static void Remember(QWidget *window, const QString &key);
+
+    /// For a header whose columns are those of some result: their widths by name, and a call behind
+    /// each change by the user. What is stored says nothing of columns that it does not name.
+    static QHash<QString, int> ReadWidths(const QHeaderView &header, const QString &key);
+    static void WriteWidths(const QHeaderView &header, const QString &key,
+                            const QStringList &names);
+    static void WhenChanged(QHeaderView *header, std::function<void()> changed);
 
     /// True when there is a stored layout that fits the header's columns.
     static bool HasLayout(const QHeaderView &header, const QString &key);

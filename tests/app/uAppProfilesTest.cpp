@@ -123,6 +123,26 @@ TEST_F(TAppProfilesTest, SurviveAWriteAndARead)
     EXPECT_EQ(read.Get(stored[1]->Id)->GetDisplayString(), u"Магазин"_qs);
 }
 
+TEST_F(TAppProfilesTest, AProfileWithoutAnIdGetsOneForGood)
+{
+    const QByteArray nameless = "<group name='%'/>";
+    Put(QByteArray(nameless).replace('%', '0'));
+    TAppProfiles profiles(FPath);
+    profiles.Read();
+    EXPECT_EQ(profiles.GetArray().first()->Id, "");
+    profiles.GiveMissingId();
+    const QString id = profiles.GetArray().first()->Id;
+    EXPECT_EQ(id.size(), 38);
+    EXPECT_TRUE(profiles.IsChanged());
+    profiles.Write();
+    EXPECT_EQ(ReadOne().Id, id);
+    profiles.GiveMissingId();
+    EXPECT_FALSE(profiles.IsChanged()) << "there is none without";
+
+    Put(QByteArray(nameless).replace('%', '0') + QByteArray(nameless).replace('%', '1'));
+    EXPECT_THROW(profiles.Read(), EException) << "of two one would be lost";
+}
+
 TEST_F(TAppProfilesTest, AreReadableByTheirOwnerOnlyAlsoWhenTheFileWasOpen)
 {
     Put("");

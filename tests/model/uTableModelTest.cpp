@@ -308,6 +308,27 @@ TEST_P(TTableModelTest, TablesLiveThroughOperations)
     EXPECT_EQ(Database().Tables().Count(), 0);
 }
 
+TEST_P(TTableModelTest, AHeldTableOutlivesItsDatabase)
+{
+    Exec("CREATE TABLE t (id int PRIMARY KEY, r int, KEY (r), FOREIGN KEY (r) REFERENCES t (id))");
+    TDbmTableList::TItemPtr table;
+    TDbmReferenceList::TItemPtr reference;
+    ASSERT_TRUE(Database().Tables().TryGetByName("t", table));
+    ASSERT_TRUE(table->References().TryGetByName("t_ibfk_1", reference));
+    EXPECT_EQ(table->Fields().Count(), 2);
+    FDatabase.reset();
+    Manager->Databases().RequestProcess();
+    Manager->Databases().Count();
+    Statements.clear();
+    table->RequestProcess();
+    EXPECT_EQ(table->Entity().TableName, "t");
+    EXPECT_EQ(table->Fields().Count(), 2);
+    EXPECT_EQ(table->Triggers().Count(), 0);
+    EXPECT_EQ(reference->Table().TableName(), "t");
+    EXPECT_EQ(Statements, QStringList()) << "nothing is asked about what is gone";
+    EXPECT_NO_THROW(Manager->Operations().DeleteTable(*table)) << "there is no list to mark";
+}
+
 TEST_P(TTableModelTest, PagesOfRows)
 {
     Exec("CREATE TABLE t (id int PRIMARY KEY, txt text, b blob)");
@@ -343,6 +364,9 @@ TEST_P(TTableModelTest, PagesOfRows)
     data->SetWhereCommandText("no sql");
     EXPECT_THROW(data->GetDataset(), EDacMySqlError);
     EXPECT_EQ(data->GetDataset().RecordCount(), 9);
+    Exec("DELETE FROM t WHERE id = 5");
+    data->SetWhereCommandText("id < 10");
+    EXPECT_EQ(data->GetDataset().RecordCount(), 8) << "back to what was shown";
     Manager->DataPool().ReleaseData(data);
 }
 

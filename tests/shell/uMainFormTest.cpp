@@ -2,6 +2,7 @@
 #include "app/uConfig.h"
 #include "model/uDbmManager.h"
 #include "pages/query/uQueryPageFrame.h"
+#include "shell/uAppDialogs.h"
 #include "shell/uAppMessages.h"
 #include "shell/uAppStart.h"
 #include "shell/uAppUtils.h"
@@ -9,6 +10,7 @@
 #include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "support/uFileUtils.h"
+#include "uTcpProxy.h"
 #include "widgets/uGridView.h"
 
 #include <QAction>
@@ -114,6 +116,103 @@ TEST_F(TMainFormTest, ABoundConnectionCannotMakeOrDropDatabases)
     EXPECT_TRUE(Find<QAction>(Window.get(), "actSchemaUpdate")->isVisible());
     OpenWorkspace();
     EXPECT_TRUE(Find<QAction>(Window.get(), "actSchemaCreate")->isVisible());
+}
+
+TEST_F(TMainFormTest, AWorkspaceWhoseServerIsGoneAlreadyOpensAndCloses)
+{
+    TTcpProxy proxy(Server().Host(), Server().Port());
+    TDbmConnectionProfile profile = Profile();
+    profile.Port = proxy.Port();
+    auto manager = TDbmManager::Create();
+    manager->SetParams(profile);
+    manager->Connect();
+    proxy.Refuse();
+    proxy.Cut();
+    Window->NewConnection(std::move(manager), "Gone", "{gone}");
+    TManagerFrame *frame = Window->GetActiveManagerFrame();
+    ASSERT_NE(frame, nullptr);
+    EXPECT_EQ(Find<QLabel>(frame, "labServerVersion")->text(), Value("SELECT VERSION()"));
+    EXPECT_TRUE(Find<QLabel>(frame, "labNotRead")->text().startsWith("Not read: "));
+    NewQuery("SELECT 1");
+    Driver.Expect("frmProfiles", [](QWidget *form) { TGuiTools::Click(form, "butClose"); });
+    Trigger("actCloseConnection");
+    EXPECT_TRUE(TTestLoop::RunUntil([this] { return Driver.Pending() == 0; }));
+}
+
+TEST_F(TMainFormTest, ADatabaseIsAskedForFirst)
+{
+    Exec("CREATE TABLE t (id INT)");
+    TManagerFrame &workspace = OpenWorkspace();
+    const auto choose = [this](bool confirms) {
+        Driver.Expect("Select Database", [this, confirms](QWidget *dialog) {
+            auto *list = Find<TGridView>(dialog, "lvList");
+            for (int row = 0; row < list->model()->rowCount(); ++row)
+                if (list->model()->index(row, 0).data().toString() == Database().Name())
+                    list->SetFocusedRow(row);
+            if (confirms)
+                QTest::keyClick(list, Qt::Key_Return);
+            else
+                TGuiTools::Click(dialog, "butCancel");
+        });
+    };
+    choose(true);
+    Trigger("actSchemaOpen");
+    EXPECT_EQ(workspace.GetPagesCaption(), QStringList(Database().Name()));
+    const char *const tools[][2] = {{"actToolsCreateSQLDump", "Create SQL Dump"},
+                                    {"actToolsMigrateDatabase", "Migrate Database"}};
+    for (const auto &[action, title] : tools) {
+        if (QString(action) == "actToolsMigrateDatabase")
+            choose(true);
+        Driver.Expect(title, [](QWidget *dialog) { TGuiTools::Click(dialog, "butCancel"); });
+        Trigger(action);
+    }
+    choose(true);
+    Driver.Expect("frmWorker", [](QWidget *job) {
+        EXPECT_TRUE(
+            TTestLoop::RunUntil([job] { return job->windowTitle().endsWith(" - Finished"); }));
+        TGuiTools::Click(job, "butClose");
+    });
+    Trigger("actToolsChecksumDatabase");
+    for (const char *action : {"actSchemaOpen", "actToolsMigrateDatabase",
+                               "actToolsChecksumDatabase", "actSchemaDelete"}) {
+        choose(false); // and nothing follows
+        Trigger(action);
+    }
+    EXPECT_EQ(workspace.GetPagesCaption().size(), 1);
+
+    for (const bool confirms : {false, true}) {
+        choose(true);
+        Driver.Expect([this, confirms](QWidget *box) {
+            EXPECT_TRUE(TModalDriver::Describe(box).contains(
+                "Do you really want to delete database \"" + Database().Name() + "\"?"));
+            TGuiTools::Click(box, confirms ? "butYes" : "butNo");
+        });
+        Trigger("actSchemaDelete");
+        EXPECT_EQ(Server().Value("SELECT COUNT(*) FROM information_schema.schemata WHERE "
+                                 "schema_name = '" +
+                                 Database().Name() + '\''),
+                  confirms ? "0" : "1");
+    }
+    Server().Exec("CREATE DATABASE " + Database().Name());
+}
+
+TEST_F(TMainFormTest, ACommandRunsBehindItsQuestion)
+{
+    TDbmCommand &command = OpenWorkspace().Manager().Command();
+    const QString make = "CREATE TABLE " + Database().Name() + ".t (id INT);\nDROP TABLE " +
+                         Database().Name() + ".t;\nCREATE TABLE " + Database().Name() +
+                         ".%1 (a INT)";
+    EXPECT_TRUE(TAppDialogs::ExecuteCommand(command, make.arg("u"), ""));
+    for (const bool confirms : {false, true}) {
+        Driver.Expect([confirms](QWidget *box) {
+            EXPECT_TRUE(TModalDriver::Describe(box).contains("Really?"));
+            TGuiTools::Click(box, confirms ? "butYes" : "butNo");
+        });
+        EXPECT_EQ(
+            TAppDialogs::ExecuteCommand(command, make.arg(confirms ? "yes" : "no"), "Really?"),
+            confirms);
+    }
+    EXPECT_EQ(Rows("SHOW TABLES"), (QList<QStringList>{{"u"}, {"yes"}}));
 }
 
 TEST_F(TMainFormTest, TheWorkspaceSaysWhereItIs)

@@ -12,12 +12,14 @@
 #include "shell/uAppMessages.h"
 #include "shell/uGuard.h"
 #include "support/uFormat.h"
+#include "widgets/uDataSetGrid.h"
 #include "widgets/uWaitCursor.h"
 
 #include <QAction>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMenu>
+#include <QUrl>
 #include <QScopedValueRollback>
 
 namespace {
@@ -79,6 +81,8 @@ void TTableDataFrame::SetParams(const QString &databaseName, const QString &tabl
     FDatabaseName = databaseName;
     FTableName = tableName;
     FData->SetParams(databaseName, tableName);
+    FDataFrame->Grid()->RememberWidths("data." + QUrl::toPercentEncoding(databaseName) + '.' +
+                                       QUrl::toPercentEncoding(tableName));
 }
 
 void TTableDataFrame::ConnectDataFrame()

@@ -58,6 +58,7 @@ void TFieldSelectDialogFrame::Initialize(const QString &title, TDbmFieldList &fi
         columns, [](const TItem &item) { return item.Name; }, lvFields);
     lvFields->setModel(FModel);
     lvFields->header()->setSectionHidden(0, FIsSingleSelection);
+    lvFields->RememberLayout("select.fields");
     FItems.clear();
     fields.ForEach([&](TDbmFieldItem &field) {
         const QString name = field.Entity().FieldName;

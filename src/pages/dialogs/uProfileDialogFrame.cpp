@@ -260,7 +260,9 @@ void TProfileDialogFrame::ImportPrivateKey()
 {
     QString fileName;
     if (!TFileDialogs::Open(
-            this, {.Folder = TAppConfig::ReadLastSSHPrivateKeysFolder(), .Filter = "*"}, fileName))
+            this,
+            {.Folder = TAppConfig::ReadLastSSHPrivateKeysFolder(), .Filters = {"All files (*)"}},
+            fileName))
         return;
     TAppConfig::WriteLastSSHPrivateKeysFolder(QFileInfo(fileName).path());
     QByteArray key;

@@ -132,7 +132,8 @@ void TProfilesForm::showEvent(QShowEvent *event)
     if (FShown)
         return;
     FShown = true;
-    TGuard::Run([this] { FProfiles->Read(); });
+    if (TGuard::Run([this] { FProfiles->Read(); }))
+        FProfiles->GiveMissingId();
     FillList();
     FocusProfile(TAppConfig::ReadLayout(LastProfileKey));
     lvProfiles->setFocus();
@@ -141,8 +142,12 @@ void TProfilesForm::showEvent(QShowEvent *event)
 // A change to the list is stored whether or not a connection was made.
 void TProfilesForm::done(int result)
 {
-    TGuard::Run([this] { FProfiles->Write(); });
-    QDialog::done(result);
+    const bool closes =
+        TGuard::Run([this] { FProfiles->Write(); }) || !FProfiles->IsChanged() ||
+        TAppDialogs::Execute("The changed profiles are not saved. Close the window all the same?",
+                             [] {});
+    if (closes)
+        QDialog::done(result);
 }
 
 void TProfilesForm::FillList()

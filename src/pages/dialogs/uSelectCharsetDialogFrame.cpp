@@ -31,6 +31,7 @@ void TSelectCharsetDialogFrame::DoCreate()
     lvCharsets->setObjectName("lvCharsets");
     lvCharsets->setAccessibleName("Charsets");
     lvCharsets->setModel(new TModel(Columns(), {}, lvCharsets));
+    lvCharsets->RememberLayout("select.charset");
     const QFontMetrics metrics(font());
     resize(metrics.averageCharWidth() * 70, metrics.height() * 24);
     auto *column = new QVBoxLayout(this);

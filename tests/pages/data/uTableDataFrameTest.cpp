@@ -145,12 +145,41 @@ TEST_F(TTableDataTest, FiltersAndShowsWhatTheServerSaysOfAFilter)
     EXPECT_TRUE(Part<QPlainTextEdit>("memError")->isVisible())
         << "a redraw does not bring the old rows back";
     EXPECT_EQ(FStatements.size(), before);
+    Filter("id > 15"); // the text of before, and not the one that was refused
+    EXPECT_EQ(RowCount(), 5);
+    EXPECT_FALSE(Part<QPlainTextEdit>("memError")->isVisible());
     Filter("id = 7");
     EXPECT_EQ(RowCount(), 1);
     Run("actFilter"); // hidden, it is not applied, but kept
     EXPECT_EQ(RowCount(), 20);
     Run("actFilter");
     EXPECT_EQ(RowCount(), 1);
+}
+
+TEST_F(TTableDataTest, WidthsOfColumnsAreKeptForTheTable)
+{
+    Exec("CREATE TABLE `t.ü` (id INT PRIMARY KEY, name TEXT); CREATE TABLE u LIKE `t.ü`");
+    Open("t.ü");
+    QHeaderView *header = Grid().horizontalHeader();
+    const int before = header->sectionSize(1);
+    const QPoint edge(header->sectionViewportPosition(1) + before - 1, header->height() / 2);
+    QTest::mousePress(header->viewport(), Qt::LeftButton, {}, edge);
+    for (const QPoint &place : {edge + QPoint(60, 0), edge + QPoint(120, 0)}) {
+        QMouseEvent move(QEvent::MouseMove, place, header->viewport()->mapToGlobal(place),
+                         Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(header->viewport(), &move);
+    }
+    QTest::mouseRelease(header->viewport(), Qt::LeftButton, {}, edge + QPoint(120, 0));
+    TTestLoop::Settle();
+    const int wide = header->sectionSize(1);
+    ASSERT_GT(wide, before + 50);
+    Run("actRefresh");
+    EXPECT_EQ(Grid().columnWidth(1), wide);
+    Window->GetActiveManagerFrame()->CloseActivePage();
+    Open("u");
+    EXPECT_EQ(Grid().columnWidth(1), before);
+    Open("t.ü");
+    EXPECT_NEAR(Grid().columnWidth(1), wide, 1);
 }
 
 TEST_F(TTableDataTest, LongValuesComeAsTheirSize)

@@ -1,16 +1,22 @@
+#include "app/uAppConfig.h"
 #include "app/uAppPathUtils.h"
 #include "app/uAppProfiles.h"
 #include "shell/uAppDialogs.h"
 #include "shell/uAppUtils.h"
 #include "shell/uManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
+#include "support/uFileUtils.h"
 #include "uTcpProxy.h"
+#include "uTestSshServer.h"
 #include "widgets/uGridView.h"
 #include "widgets/uVTDataManager.h"
 #include "widgets/uVerticalGrid.h"
 
 #include <QAction>
+#include <QDir>
 #include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
@@ -79,19 +85,64 @@ TEST_F(TProfilesTest, OneKeyConnects)
     EXPECT_EQ(Window->GetActiveManagerFrame()->GetTitle(), "Mine");
 }
 
-TEST_F(TProfilesTest, AFailedConnectionKeepsTheWindowsOpen)
+struct TBadProfile
 {
-    TDbmConnectionProfile wrong = Profile();
-    wrong.UserName = "nobody";
-    wrong.Password = "wrong";
-    Store("Wrong", wrong);
-    OpenProfiles([this](QWidget *form) {
-        Driver.Expect("frmWorker", [](QWidget *job) { CloseJob(job, "ER_ACCESS_DENIED_ERROR"); });
-        TGuiTools::Click(form, "butOpen");
-        EXPECT_TRUE(form->isVisible());
-        TGuiTools::Click(form, "butClose");
-    });
-    EXPECT_FALSE(TAppUtils::Instance().IsConnectionOpened());
+    const char *Name;
+    void (*Spoil)(TDbmConnectionProfile &profile, int silentPort);
+    const char *Error;
+};
+
+const TBadProfile BadProfiles[] = {
+    {"Host", [](TDbmConnectionProfile &p, int) { p.HostName = "bad..name"; },
+     "\n---\nCannot resolve IPv4 address."},
+    {"Port", [](TDbmConnectionProfile &p, int) { p.Port = 1; },
+     "\n---\nCR_CONNECTION_ERROR\nCan't connect to server on '127.0.0.1' ("},
+    {"Password",
+     [](TDbmConnectionProfile &p, int) {
+         p.UserName = "nobody";
+         p.Password = "wrong";
+     },
+     "\n---\nER_ACCESS_DENIED_ERROR\nAccess denied for user 'nobody'@'localhost' (using password: "
+     "YES)\n"},
+    {"Database", [](TDbmConnectionProfile &p, int) { p.Database = "no_such_database"; },
+     "\n---\nER_BAD_DB_ERROR\nUnknown database 'no_such_database'\n"},
+    {"SilentServer", [](TDbmConnectionProfile &p, int silentPort) { p.Port = silentPort; },
+     "\n---\nCR_SERVER_LOST\nLost connection to server at 'handshake: reading initial "
+     "communication packet', system error: 110\n"},
+};
+
+TEST_F(TProfilesTest, AFailedConnectionSaysWhyAndKeepsTheWindowsOpen)
+{
+    TBlackHole silent;
+    for (const TBadProfile &row : BadProfiles) {
+        TDbmConnectionProfile wrong = Profile();
+        row.Spoil(wrong, silent.Port());
+        Store(row.Name, wrong);
+        OpenProfiles([this, &row](QWidget *form) {
+            Driver.Expect("frmWorker", [&row](QWidget *job) { CloseJob(job, row.Error); });
+            TGuiTools::Click(form, "butOpen");
+            EXPECT_TRUE(form->isVisible()) << row.Name;
+            TGuiTools::Click(form, "butClose");
+        });
+        EXPECT_FALSE(TAppUtils::Instance().IsConnectionOpened()) << row.Name;
+    }
+}
+
+TEST_F(TProfilesTest, AProfileIsPickedWithoutAConnection)
+{
+    TDbmConnectionProfile nowhere = Profile();
+    nowhere.Port = 1;
+    Store("Nowhere", nowhere);
+    for (const bool picks : {false, true}) {
+        Driver.Expect("frmProfiles", [picks](QWidget *form) {
+            EXPECT_EQ(Find<QPushButton>(form, "butOpen")->text(), "Select");
+            TGuiTools::Click(form, picks ? "butOpen" : "butClose");
+        });
+        TAppProfile profile;
+        EXPECT_EQ(TAppDialogs::OpenProfile(profile), picks);
+        EXPECT_EQ(profile.Alias, picks ? "Nowhere" : "");
+        EXPECT_EQ(profile.ConnectionProfile, picks ? nowhere : TDbmConnectionProfile());
+    }
 }
 
 TEST_F(TProfilesTest, CreatesEditsAndDeletesProfiles)
@@ -155,6 +206,62 @@ TEST_F(TProfilesTest, SshRowsShowForATunnelOnly)
     });
 }
 
+TEST_F(TProfilesTest, APrivateKeyIsImportedAndCleared)
+{
+    TDbmConnectionProfile tunnel = Profile();
+    tunnel.ConnectionType = ctSSHTunnel;
+    tunnel.SSHSettings.Authentication = taPublicKey;
+    Store("Tunnel", tunnel);
+    const QString folder = FilePath("keys");
+    const QString key = folder + "/id_rsa";
+    ASSERT_TRUE(QDir().mkpath(folder));
+    TTestSshServer::Run("ssh-keygen", {"-q", "-t", "rsa", "-b", "2048", "-N", "", "-f", key});
+    const QString noKey = FilePath("no_key.txt");
+    TFileUtils::WriteBinary(noKey, "no key");
+    QByteArray bytes;
+    TFileUtils::ReadBinary(key, bytes);
+
+    const auto edit = [this](const std::function<void(TVerticalRow * row)> &work) {
+        OpenProfiles([this, &work](QWidget *form) {
+            Driver.Expect("Edit profile", [&work](QWidget *dialog) {
+                work(Row(dialog, "rowSSHPrivateKey"));
+                TGuiTools::Click(dialog, "butOK");
+            });
+            TGuiTools::Trigger(form, "actUpdate");
+            TGuiTools::Click(form, "butClose");
+        });
+        TAppProfiles profiles;
+        profiles.Read();
+        return profiles.GetArray().first()->ConnectionProfile.SSHSettings.PrivateKey;
+    };
+    const auto import = [this](TVerticalRow *row, const QString &file, const QString &error) {
+        Driver.Expect("frmFile", [file](QWidget *window) {
+            auto *dialog = qobject_cast<QFileDialog *>(window);
+            // Keys have names of any kind.
+            EXPECT_TRUE(dialog->nameFilters().value(0).endsWith("(*)"));
+            Find<QLineEdit>(dialog, "fileNameEdit")->setText(file);
+            static_cast<QDialog *>(dialog)->accept();
+        });
+        if (!error.isEmpty())
+            ExpectError(error);
+        Q_EMIT row->OnButton(row, "Import");
+    };
+    const QByteArray imported = edit([&](TVerticalRow *row) {
+        import(row, key, {});
+        EXPECT_TRUE(row->Text().startsWith("RSA 2048 - ")) << row->Text().toStdString();
+        const QString shown = row->Text();
+        import(row, noKey, "\"" + noKey + "\" cannot be read as a private key");
+        EXPECT_EQ(row->Text(), shown);
+    });
+    EXPECT_EQ(imported, bytes);
+    EXPECT_EQ(TAppConfig::ReadLastSSHPrivateKeysFolder(), QFileInfo(noKey).path());
+    EXPECT_EQ(edit([](TVerticalRow *row) {
+                  Q_EMIT row->OnButton(row, "Clear");
+                  EXPECT_EQ(row->Text(), "");
+              }),
+              QByteArray());
+}
+
 TEST_F(TProfilesTest, TestsAConnectionFromTheDialog)
 {
     Store("First", Profile());
@@ -201,6 +308,29 @@ TEST_F(TProfilesTest, SelectsADatabaseOfTheServer)
         TGuiTools::Trigger(form, "actUpdate");
         TGuiTools::Click(form, "butClose");
     });
+}
+
+TEST_F(TProfilesTest, ChangesThatCannotBeStoredAreNotDropped)
+{
+    Store("First", Profile());
+    const QString file = TAppPathUtils::ProfilesFile();
+    const QString folder = QFileInfo(file).path();
+    OpenProfiles([&](QWidget *form) {
+        ASSERT_TRUE(QDir(folder).removeRecursively());
+        TFileUtils::WriteBinary(folder, "a file, not a folder");
+        Driver.Expect("New profile", [](QWidget *dialog) {
+            Edit(dialog, "rowProfileName", "Second");
+            TGuiTools::Click(dialog, "butOK");
+        });
+        TGuiTools::Trigger(form, "actCreate");
+        ExpectError("profiles.xml");
+        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butNo"); });
+        TGuiTools::Click(form, "butClose");
+        EXPECT_TRUE(form->isVisible());
+        EXPECT_TRUE(QFile::remove(folder) && QDir().mkpath(folder));
+        TGuiTools::Click(form, "butClose");
+    });
+    EXPECT_EQ(Stored(), (QStringList{"First", "Second"}));
 }
 
 TEST_F(TProfilesTest, ADamagedFileIsToldAndLeftAlone)

@@ -8,6 +8,7 @@
 #include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "support/uFileUtils.h"
+#include "uTcpProxy.h"
 #include "widgets/uDataSetGrid.h"
 #include "widgets/uDropDownCombo.h"
 #include "widgets/uGridView.h"
@@ -24,6 +25,7 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <thread>
 
 namespace {
 
@@ -193,6 +195,102 @@ TEST_F(TQueryPageTest, ALostSessionComesBackByItself)
     EXPECT_EQ(ResultRows(), QStringList("5")) << ErrorText().toStdString();
     EXPECT_TRUE(workspace.Manager().Provider().Connection().Connected());
 }
+
+/// How a connection is lost under a query whose repeat fails as well, and what is said.
+struct TLossRow
+{
+    const char *Name;
+    const char *Query;
+    void (*Lose)(TTestServer &server, TTcpProxy &proxy);
+    const char *Error; // a regular expression
+    void (*Mend)(TTestServer &server, TTcpProxy &proxy);
+};
+
+void KillWhileItSleeps(TTestServer &server, TTcpProxy &)
+{
+    const QString sleeping =
+        "SELECT COUNT(*) FROM information_schema.processlist WHERE info LIKE 'SELECT SLEEP%'";
+    while (server.Value(sleeping) == "0")
+        ;
+    server.Kill();
+}
+
+const TLossRow Losses[] = {
+    {"TheServerDies", "SELECT SLEEP(60)", KillWhileItSleeps,
+     "^CR_CONNECTION_ERROR \\(2002\\) - Can't connect to server on '127\\.0\\.0\\.1' \\(11[15]\\)$",
+     [](TTestServer &server, TTcpProxy &) { server.Restart(); }},
+    {"TheAnswerIsCutOff", "SELECT seq, REPEAT('x', 100) FROM mysql.seq_1_to_100000",
+     [](TTestServer &, TTcpProxy &proxy) { proxy.CutAfter(1000000); },
+     "^CR_SERVER_LOST \\(2013\\) - Lost connection to server during query$",
+     [](TTestServer &, TTcpProxy &proxy) { proxy.Resume(); }},
+    {"NobodyIsThereAnyMore", "SELECT 1",
+     [](TTestServer &, TTcpProxy &proxy) {
+         proxy.Refuse();
+         proxy.Cut();
+     },
+     "^CR_CONNECTION_ERROR \\(2002\\) - Can't connect to server on '127\\.0\\.0\\.1' \\(11[15]\\)$",
+     [](TTestServer &, TTcpProxy &proxy) { proxy.Resume(); }},
+};
+
+TEST_F(TQueryPageTest, AServerThatGoesUnderAQueryIsToldAndTheNextRunWorks)
+{
+    const auto server = TTestServer::Start();
+    for (const TLossRow &row : Losses) {
+        TTcpProxy proxy(server->Host(), server->Port());
+        TDbmConnectionProfile profile = Profile();
+        profile.Port = proxy.Port();
+        OpenWorkspaceOn(profile);
+        NewQuery("");
+        RunQuery("SELECT 1");
+        const bool meanwhile = QString(row.Query).contains("SLEEP");
+        std::thread loss;
+        if (meanwhile)
+            loss = std::thread([&] { row.Lose(*server, proxy); });
+        else
+            row.Lose(*server, proxy);
+        RunQuery(row.Query);
+        if (meanwhile)
+            loss.join();
+        EXPECT_TRUE(QRegularExpression(row.Error).match(ErrorText()).hasMatch())
+            << row.Name << ": " << ErrorText().toStdString();
+        EXPECT_EQ(LabelText("labRows"), "Rows: -") << row.Name;
+        EXPECT_TRUE(ResultRows().isEmpty()) << row.Name;
+        row.Mend(*server, proxy);
+        RunQuery("SELECT 5");
+        EXPECT_EQ(ResultRows(), QStringList("5")) << row.Name << ErrorText().toStdString();
+        Driver.Expect("frmProfiles", [](QWidget *form) { TGuiTools::Click(form, "butClose"); });
+        Trigger("actCloseConnection");
+        ASSERT_TRUE(TTestLoop::RunUntil([this] { return Driver.Pending() == 0; }));
+    }
+}
+
+#if !defined(__SANITIZE_ADDRESS__) // which reserves more memory than any limit allows
+TEST_F(TQueryPageTest, AResultLargerThanMemoryIsAnErrorAndThePageGoesOn)
+{
+    OpenWorkspace();
+    NewQuery("");
+    RunQuery("SELECT REPEAT('x', 1000) FROM mysql.seq_1_to_10");
+    {
+        constexpr rlim_t Spare = 64 << 20;
+        const QByteArray pages = Bytes("/proc/self/statm").split(' ').first();
+        rlimit unlimited = {};
+        getrlimit(RLIMIT_AS, &unlimited);
+        const rlimit tight = {pages.toULongLong() * 4096 + Spare, unlimited.rlim_max};
+        setrlimit(RLIMIT_AS, &tight);
+        RunQuery("SELECT REPEAT('x', 1000) FROM mysql.seq_1_to_300000");
+        setrlimit(RLIMIT_AS, &unlimited);
+    }
+    EXPECT_TRUE(QRegularExpression("^CR_OUT_OF_MEMORY \\(2008\\) - Client run out of memory: the "
+                                   "result is larger than the memory that is free \\(.+ read in .+ "
+                                   "rows\\)\\.$")
+                    .match(ErrorText())
+                    .hasMatch())
+        << ErrorText().toStdString();
+    EXPECT_EQ(LabelText("labRows"), "Rows: -");
+    RunQuery("SELECT 5");
+    EXPECT_EQ(ResultRows(), QStringList("5")) << ErrorText().toStdString();
+}
+#endif
 
 TEST_F(TQueryPageTest, ExportsTheResultAsText)
 {
