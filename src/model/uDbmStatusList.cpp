@@ -4,7 +4,6 @@
 #include "support/uFormat.h"
 
 #include <QSet>
-#include <cmath>
 
 namespace {
 
@@ -48,14 +47,16 @@ bool TDbmStatusUtils::IsTime(const QString &name)
 
 QString TDbmStatusUtils::FormatComment(const QString &name, const QString &value)
 {
-    bool isNumber = false;
-    const qint64 number = value.toLongLong(&isNumber);
-    if (!isNumber)
+    bool isWhole = false;
+    const qint64 number = value.toLongLong(&isWhole);
+    const double counter =
+        isWhole ? static_cast<double>(number) : static_cast<double>(value.toULongLong(&isWhole));
+    if (!isWhole)
         return {};
     const QString key = name.toLower();
     if (IsOrdinalCounter(key))
-        return TFormat::Format("%.0n", {static_cast<double>(number)});
-    return IsSizeCounter(key) ? TFormat::SizeText(number) : TFormat::DurationText(number);
+        return TFormat::Format("%.0n", {counter});
+    return IsSizeCounter(key) ? TFormat::SizeText(counter) : TFormat::DurationText(number);
 }
 
 QString TDbmStatusUtils::FormatCounterValue(const QString &name, const QString &value, int period,
@@ -69,7 +70,7 @@ QString TDbmStatusUtils::FormatCounterValue(const QString &name, const QString &
     const QString key = name.toLower();
     if (IsOrdinalCounter(key))
         return TFormat::Format("%.0n", {rate});
-    return IsSizeCounter(key) ? TFormat::SizeText(std::llround(rate)) : QString();
+    return IsSizeCounter(key) ? TFormat::SizeText(rate) : QString();
 }
 
 TDbmStatusList &TDbmStatusItem::List() const

@@ -73,16 +73,19 @@ const QSet<QString> &Megabytes()
 
 QString TDbmVariableCommentFormatter::Format(const QString &name, const QString &value)
 {
-    bool isNumber = false;
-    const qint64 number = value.toLongLong(&isNumber);
-    if (!isNumber)
+    bool isWhole = false;
+    const qint64 number = value.toLongLong(&isWhole);
+    // "No limit" is 2^64 - 1 for many of them.
+    const double size =
+        isWhole ? static_cast<double>(number) : static_cast<double>(value.toULongLong(&isWhole));
+    if (!isWhole)
         return {};
     const QString key = name.toLower();
     if (Seconds().contains(key))
         return TFormat::DurationText(number);
     if (Bytes().contains(key))
-        return TFormat::SizeText(number);
-    return Megabytes().contains(key) ? TFormat::SizeText(number * 1024 * 1024) : QString();
+        return TFormat::SizeText(size);
+    return Megabytes().contains(key) ? TFormat::SizeText(size * 1024 * 1024) : QString();
 }
 
 QString TDbmVariableItem::GetComment()

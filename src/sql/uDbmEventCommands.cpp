@@ -1,5 +1,8 @@
 #include "sql/uDbmEventCommands.h"
 
+#include "sql/uDbmSqlValueUtils.h"
+#include "support/uException.h"
+
 QList<TDbmEventEntity> TDbmEventCommands::ExecuteSelect(const QString &database)
 {
     const TDbmEventFormatters &formatters = FFormatters->Events();
@@ -19,7 +22,33 @@ void TDbmEventCommands::ExecuteUpdate(const QString &database, const QString &ol
     // Split at its semicolons, a body's first statement would become the event and the others would
     // run at once.
     const QString delimiter = entity.Definition.contains(u';') ? "$$" : ";";
-    ExecuteScript(FFormatters->Events().FormatUpdate(database, oldName, entity), delimiter);
+    const auto update = [&] {
+        ExecuteScript(FFormatters->Events().FormatUpdate(database, oldName, entity), delimiter);
+    };
+    entity.TimeZone.isEmpty() ? update() : ExecuteInTimeZone(entity.TimeZone, update);
+}
+
+void TDbmEventCommands::ExecuteInTimeZone(const QString &timeZone,
+                                          const std::function<void()> &action) const
+{
+    const QString own =
+        ExecuteToList<QString>("SELECT @@SESSION.time_zone", [](const TDataSet &row) {
+            return row.FieldAt(0).AsString();
+        }).value(0);
+    if (own == timeZone)
+        return action();
+    const auto set = [&](const QString &zone) {
+        ExecuteScript("SET SESSION time_zone = " + TDbmSqlValueUtils::FormatString(zone, true),
+                      ";");
+    };
+    set(timeZone);
+    try {
+        action();
+    } catch (const EException &) {
+        set(own);
+        throw;
+    }
+    set(own);
 }
 
 void TDbmEventCommands::ExecuteDelete(const QString &database, const QString &name) const

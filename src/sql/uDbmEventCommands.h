@@ -15,4 +15,9 @@ public:
     void ExecuteDelete(const QString &database, const QString &name) const;
     void ExecuteRename(const QString &database, const QString &oldName,
                        const QString &newName) const;
+
+private:
+    /// Runs something in a session whose time zone is that of an event: the server reads the times
+    /// of a schedule in the session's zone, and would move them otherwise.
+    void ExecuteInTimeZone(const QString &timeZone, const std::function<void()> &action) const;
 };

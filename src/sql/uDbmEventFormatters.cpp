@@ -17,7 +17,7 @@ bool Is(const QString &text, QStringView word)
 
 TDbmEventStatus ParseStatus(const QString &text)
 {
-    if (Is(text, u"ENABLE") || Is(text, u"ENABLED"))
+    if (Is(text, u"ENABLED"))
         return evsEnable;
     if (Is(text, u"DISABLED"))
         return evsDisable;
@@ -97,6 +97,7 @@ TDbmEventEntity TDbmEventFormatters::ParseSelectRow(const TDataSet &row) const
     entity.Created = time("CREATED");
     entity.LastAltered = time("LAST_ALTERED");
     entity.LastExecuted = time("LAST_EXECUTED");
+    entity.TimeZone = text("TIME_ZONE");
     const QString interval = text("INTERVAL_VALUE");
     if (!interval.isEmpty())
         TDbmIntervalUtils::ParseValue(interval, text("INTERVAL_FIELD"), entity.Interval);
@@ -113,7 +114,7 @@ QString TDbmEventFormatters::FormatStatus(TDbmEventStatus status) const
     case evsDisable:
         return "DISABLE";
     case evsDisableOnSlave:
-        return FServerFeatures->ReplicaWords ? "DISABLE ON REPLICA" : "DISABLE ON SLAVE";
+        return "DISABLE ON SLAVE"; // also what the newest servers take
     case evsUnknown:
         break;
     }

@@ -135,16 +135,15 @@ QString TFormat::FloatText(double value)
     return text.left(exponent) + u'E' + QString::number(power);
 }
 
-QString TFormat::SizeText(qint64 bytes)
+QString TFormat::SizeText(double bytes)
 {
     static const char *const units[] = {"B", "KB", "MB", "GB", "TB", "PB", "EB", "ZB", "YB"};
-    double value = static_cast<double>(bytes);
     int divided = 0;
-    while (value >= 1024 && divided < 8) {
-        value /= 1024;
+    while (bytes >= 1024 && divided < 8) {
+        bytes /= 1024;
         ++divided;
     }
-    return Format(divided == 0 ? "%.0f %s" : "%.1f %s", {value, units[divided]});
+    return Format(divided == 0 ? "%.0f %s" : "%.1f %s", {bytes, units[divided]});
 }
 
 QString TFormat::DurationText(qint64 seconds)

@@ -37,7 +37,7 @@ public:
     /// 1E20 or 1.5E-7 where the value needs it.
     static QString FloatText(double value);
     /// "512 B", "1.5 KB": divided by 1024 while at least 1024, at most 8 times.
-    static QString SizeText(qint64 bytes);
+    static QString SizeText(double bytes);
     /// "01:02:03", with the number of days and a blank in front when there are any.
     static QString DurationText(qint64 seconds);
 };

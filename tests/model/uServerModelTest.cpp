@@ -65,9 +65,16 @@ TEST_P(TServerModelTest, AccountsLiveThroughOperations)
 
     TDbmUserPrivilegesEntity edited = Account()->Entity();
     edited.Privileges = {privSelect, privInsert};
+    edited.MaxUpdatesPerHour = 5;
+    edited.MaxConnectionsPerHour = 6;
+    edited.MaxUserConnections = 7;
     Manager->Operations().UpdateUser(*Account(), edited, true, "");
     EXPECT_FALSE(Account()->Entity().HavePassword);
     EXPECT_EQ(Account()->Entity().Privileges, edited.Privileges);
+    EXPECT_EQ(Server().Value("SELECT CONCAT_WS(' ', max_questions, max_updates, max_connections,"
+                             " max_user_connections) FROM mysql.user WHERE user = '" +
+                             User + '\''),
+              "77 5 6 7");
     EXPECT_TRUE(Grants().contains("INSERT, UPDATE ON `" + Name() + "`.*"));
     edited.HostName = "localhost";
     Manager->Operations().UpdateUser(*Account(), edited, false, {});
@@ -234,6 +241,12 @@ TEST(TStatusTextTest, CommentsAndRates)
 {
     EXPECT_EQ(TDbmVariableCommentFormatter::Format("Innodb_autoextend_increment", "8"), "8.0 MB");
     EXPECT_EQ(TDbmVariableCommentFormatter::Format("max_join_size", "x"), "");
+    EXPECT_EQ(TDbmVariableCommentFormatter::Format("max_join_size", "18446744073709551615"),
+              "16.0 EB");
+    EXPECT_EQ(TDbmVariableCommentFormatter::Format("sql_select_limit", "18446744073709551616"), "");
+    EXPECT_EQ(TDbmStatusUtils::FormatComment("com_select", "10000000000000000000"),
+              "10,000,000,000,000,000,000");
+    EXPECT_EQ(TDbmStatusUtils::FormatComment("com_select", "-1"), "-1");
     EXPECT_EQ(TDbmStatusUtils::FormatComment("Bytes_sent", "1536"), "1.5 KB");
     EXPECT_EQ(TDbmStatusUtils::FormatComment("com_select", "1234567"), "1,234,567");
     EXPECT_EQ(TDbmStatusUtils::FormatComment("uptime", "61"), "00:01:01");
