@@ -111,6 +111,9 @@ void TDbmFieldFormatters::ParseExtraWords(const TDataSet &row, TDbmFieldEntity &
     // The bounds of a versioned row are no expression. No ALTER can touch them where they are, and
     // a table without the versioning can have them as plain columns only.
     const bool isBound = TRegExUtils::IsMatch(expression, "^ROW (START|END)$");
+    // Outside of the versioning a hidden column must have a default.
+    if (isBound && extra.contains(u"INVISIBLE", Qt::CaseInsensitive))
+        field.Nullable = true;
     if (generated.hasMatch() && !expression.isEmpty() && !isBound)
         field.ServerText.Generated = TFormat::Format(
             "GENERATED ALWAYS AS (%s) %s",
