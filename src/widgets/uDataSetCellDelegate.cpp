@@ -1,32 +1,33 @@
 #include "widgets/uDataSetCellDelegate.h"
 
+#include "widgets/uDataSetCellEditor.h"
+#include "widgets/uDataSetModel.h"
+
 #include <QApplication>
 #include <QKeyEvent>
-#include <QLineEdit>
+#include <QLayout>
 #include <QPainter>
-#include <QPlainTextEdit>
-#include <QTextDocument>
 #include <algorithm>
-#include <limits>
 
 namespace {
 
-constexpr int LongestLine = 1000; // characters; longer values are read in several lines
+constexpr uint SetFlag = 2048; // of the protocol
 
-bool WantsLines(const QModelIndex &index)
+TDataSetCellKind KindOf(const TField &field, bool hasMembers)
 {
-    const QString text = index.data(Qt::EditRole).toString();
-    return text.contains(u'\n') || text.contains(u'\r') || text.size() > LongestLine;
-}
-
-// The box knows one kind of line end, and its plain text makes blanks of no-break spaces: what was
-// not typed goes back as it came.
-QString BoxText(const QPlainTextEdit &box, const QString &before)
-{
-    const QString lineEnd = before.contains("\r\n")                             ? "\r\n"
-                            : before.contains(u'\r') && !before.contains(u'\n') ? "\r"
-                                                                                : "\n";
-    return box.document()->toRawText().replace(QChar::ParagraphSeparator, lineEnd);
+    if (hasMembers)
+        return field.Info().Flags & SetFlag ? ckSeveral : ckOne;
+    switch (field.DataType()) {
+    case ftDate:
+        return ckDate;
+    case ftDateTime:
+        return ckMoment;
+    case ftString:
+    case ftMemo:
+        return ckText;
+    default:
+        return ckLine;
+    }
 }
 
 } // namespace
@@ -65,77 +66,103 @@ void TDataSetCellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &
 QWidget *TDataSetCellDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &,
                                             const QModelIndex &index) const
 {
-    const QString name = index.model()->headerData(index.column(), Qt::Horizontal).toString();
-    if (WantsLines(index)) {
-        auto *box = new QPlainTextEdit(parent);
-        box->setObjectName("edCell");
-        box->setAccessibleName(name);
-        return box;
-    }
-    auto *edit = new QLineEdit(parent);
-    edit->setObjectName("edCell");
-    edit->setAccessibleName(name);
-    edit->setFrame(false);
-    // By itself the control cuts what is longer than 32767 characters.
-    edit->setMaxLength(std::numeric_limits<int>::max());
-    return edit;
+    const auto *model = static_cast<const TDataSetModel *>(index.model());
+    const QStringList members = model->Members(index.column());
+    const TDataSetCellKind kind = KindOf(*model->FieldOf(index.column()), !members.isEmpty());
+    auto *editor = new TDataSetCellEditor(kind, members, parent);
+    editor->SetName(model->FieldName(index.column()));
+    FEditor = editor;
+    auto *self = const_cast<TDataSetCellDelegate *>(this);
+    editor->Control()->installEventFilter(self);
+    connect(editor, &TDataSetCellEditor::OnGrown, self, [self, editor] {
+        editor->Control()->installEventFilter(self);
+        Place(*editor, editor->geometry());
+    });
+    connect(editor, &TDataSetCellEditor::OnChosen, self, [self, editor] { self->End(editor); });
+    return editor;
 }
 
 void TDataSetCellDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
 {
-    const QString text = index.data(Qt::EditRole).toString();
-    if (auto *box = qobject_cast<QPlainTextEdit *>(editor)) {
-        box->setPlainText(text);
-        box->selectAll();
-    } else if (auto *edit = qobject_cast<QLineEdit *>(editor)) {
-        edit->setText(text);
-        edit->selectAll();
-    }
+    auto *cell = static_cast<TDataSetCellEditor *>(editor);
+    cell->SetText(index.data(Qt::EditRole).toString());
+    // A long text has made a box in place of the line.
+    cell->Control()->installEventFilter(const_cast<TDataSetCellDelegate *>(this));
 }
 
 void TDataSetCellDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
                                         const QModelIndex &index) const
 {
-    if (const auto *box = qobject_cast<QPlainTextEdit *>(editor)) {
-        if (box->document()->isModified())
-            model->setData(index, BoxText(*box, index.data(Qt::EditRole).toString()), Qt::EditRole);
-    } else if (const auto *edit = qobject_cast<QLineEdit *>(editor)) {
-        if (edit->isModified() || edit->text() != index.data(Qt::EditRole).toString())
-            model->setData(index, edit->text(), Qt::EditRole);
-    }
+    const auto *cell = static_cast<TDataSetCellEditor *>(editor);
+    if (cell->IsModified())
+        model->setData(index, cell->Text(), Qt::EditRole);
 }
 
 void TDataSetCellDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
                                                 const QModelIndex &) const
 {
-    QRect place = option.rect;
-    const QFontMetrics metrics = editor->fontMetrics();
-    if (qobject_cast<QPlainTextEdit *>(editor)) {
-        const QRect room = editor->parentWidget()->rect();
+    Place(*editor, option.rect);
+}
+
+// A box is larger than its cell and stays inside the grid.
+void TDataSetCellDelegate::Place(QWidget &editor, QRect place)
+{
+    const QFontMetrics metrics = editor.fontMetrics();
+    const QRect room = editor.parentWidget()->rect();
+    if (static_cast<TDataSetCellEditor &>(editor).HasLines()) {
         place.setWidth(
             std::min(std::max(place.width(), metrics.averageCharWidth() * 40), room.width()));
         place.setHeight(std::min(metrics.lineSpacing() * 8, room.height()));
         if (place.bottom() > room.bottom())
             place.moveBottom(room.bottom());
-        if (place.right() > room.right())
-            place.moveRight(room.right());
+    } else if (editor.layout()->count() > 1) {
+        // The button needs its place in a narrow column too.
+        place.setWidth(std::max(place.width(), metrics.averageCharWidth() * 14));
     }
-    editor->setGeometry(place);
+    if (place.right() > room.right() && place.left() > room.left())
+        place.moveRight(std::max(room.right(), place.width() - 1));
+    editor.setGeometry(place);
 }
 
+bool TDataSetCellDelegate::HandleKey(TDataSetCellEditor &editor, const QKeyEvent &key)
+{
+    const bool isDown = key.key() == Qt::Key_Down && key.modifiers() & Qt::AltModifier;
+    if (key.key() == Qt::Key_F4 || isDown) {
+        editor.PressButton();
+        return true;
+    }
+    const bool isEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    if (!isEnter || (editor.HasLines() && !(key.modifiers() & Qt::ControlModifier)))
+        return false; // Enter is a line break in a box
+    // Once the key is done with. The focus may have ended the edit by then, and the editor be gone.
+    QMetaObject::invokeMethod(
+        this, [this, left = QPointer(&editor)] { End(left); }, Qt::QueuedConnection);
+    return true;
+}
+
+void TDataSetCellDelegate::End(TDataSetCellEditor *editor)
+{
+    if (!editor || editor->isHidden())
+        return;
+    const QPointer<TDataSetCellEditor> left = editor;
+    Q_EMIT commitData(editor);
+    if (left)
+        Q_EMIT closeEditor(left, SubmitModelCache);
+}
+
+// The keys go to the control inside of the editor, and what is committed is the editor.
 bool TDataSetCellDelegate::eventFilter(QObject *watched, QEvent *event)
 {
-    auto *box = qobject_cast<QPlainTextEdit *>(watched);
-    if (box && event->type() == QEvent::KeyPress) {
-        const auto *key = static_cast<QKeyEvent *>(event);
-        const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
-        if (enter && !(key->modifiers() & Qt::ControlModifier))
-            return false; // a line break
-        if (enter) {
-            Q_EMIT commitData(box);
-            Q_EMIT closeEditor(box, QAbstractItemDelegate::NoHint);
+    auto *editor = qobject_cast<TDataSetCellEditor *>(watched->parent());
+    // One that was closed loses the focus as it goes, and has nothing to write any more.
+    if (!editor || editor->isHidden())
+        return false;
+    if (event->type() == QEvent::KeyPress) {
+        const auto &key = *static_cast<QKeyEvent *>(event);
+        if (HandleKey(*editor, key))
             return true;
-        }
+        if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter)
+            return false;
     }
-    return QStyledItemDelegate::eventFilter(watched, event);
+    return QStyledItemDelegate::eventFilter(editor, event);
 }

@@ -1,6 +1,7 @@
 #include "widgets/uDataSetGrid.h"
 
 #include "widgets/uDataSetCellDelegate.h"
+#include "widgets/uDataSetCellEditor.h"
 #include "widgets/uDataSetModel.h"
 #include "widgets/uGridCopy.h"
 #include "widgets/uGridSearchBar.h"
@@ -8,6 +9,7 @@
 #include "widgets/uStylePalette.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -25,10 +27,11 @@ constexpr int SampledCells = 20000; // and cells over all columns, for very wide
 
 } // namespace
 
-TDataSetGrid::TDataSetGrid(QWidget *parent) : QTableView(parent), FModel(new TDataSetModel(this))
+TDataSetGrid::TDataSetGrid(QWidget *parent)
+    : QTableView(parent), FModel(new TDataSetModel(this)), FDelegate(new TDataSetCellDelegate(this))
 {
     setModel(FModel);
-    setItemDelegate(new TDataSetCellDelegate(this));
+    setItemDelegate(FDelegate);
     setWordWrap(false);
     setCornerButtonEnabled(false);
     setAlternatingRowColors(true);
@@ -44,9 +47,12 @@ TDataSetGrid::TDataSetGrid(QWidget *parent) : QTableView(parent), FModel(new TDa
     connect(FModel, &TDataSetModel::OnEditRefused, this, &TDataSetGrid::EditRefused);
     connect(FModel, &TDataSetModel::OnRecordMoved, this, &TDataSetGrid::FollowRecord);
     connect(FModel, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
+        FPlace.Take(*this, FColumnNames);
         KeepWidths();
         HideNote();
     });
+    // Made behind the view's own, which drops focus and selection.
+    connect(FModel, &QAbstractItemModel::modelReset, this, &TDataSetGrid::RestorePlace);
 }
 
 // The dataset may have dropped its columns already; the header has them until the reset is over.
@@ -87,15 +93,37 @@ void TDataSetGrid::MakeNullAction()
     FSetNull = new QAction("Set NULL", this);
     FSetNull->setObjectName("actSetNull");
     FSetNull->setShortcut(QKeySequence("Ctrl+0"));
-    FSetNull->setShortcutContext(Qt::WidgetShortcut);
+    FSetNull->setShortcutContext(Qt::WidgetWithChildrenShortcut); // also while a cell is edited
     addAction(FSetNull);
-    connect(FSetNull, &QAction::triggered, this, [this] {
-        const QString reason = ReadOnlyReason(currentIndex());
-        if (reason.isEmpty())
-            FModel->SetNull(currentIndex());
-        else
-            ShowNote(currentIndex(), reason);
-    });
+    connect(FSetNull, &QAction::triggered, this, &TDataSetGrid::SetNull);
+}
+
+void TDataSetGrid::SetNull()
+{
+    if (FSearchBar->isAncestorOf(QApplication::focusWidget()))
+        return;
+    const QModelIndex index = currentIndex();
+    const QString reason = ReadOnlyReason(index);
+    if (!reason.isEmpty())
+        return ShowNote(index, reason);
+    if (state() == EditingState && FDelegate->OpenEditor())
+        closeEditor(FDelegate->OpenEditor(), QAbstractItemDelegate::RevertModelCache);
+    FModel->SetNull(index);
+}
+
+bool TDataSetGrid::CommitEdit()
+{
+    TDataSetCellEditor *editor = FDelegate->OpenEditor();
+    if (state() != EditingState || !editor)
+        return true;
+    FRefused = false;
+    commitData(editor);
+    if (std::exchange(FRefused, false)) {
+        editor->setFocus();
+        return false;
+    }
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
+    return true;
 }
 
 void TDataSetGrid::SetEditMode(bool value)
@@ -123,7 +151,11 @@ void TDataSetGrid::MarkSort(int column, bool ascending)
 void TDataSetGrid::HeaderClicked(int column)
 {
     // The header has turned its own mark by now, so it cannot tell what stood there before.
+    if (!CommitEdit())
+        return MarkSort(FSortedColumn, FSortedAscending);
     const bool ascending = column != FSortedColumn || !FSortedAscending;
+    if (column == FSortedColumn && ascending)
+        column = -1; // the third click takes the order off
     MarkSort(column, ascending);
     if (FSortsItself)
         FModel->sort(column, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
@@ -155,6 +187,29 @@ void TDataSetGrid::RebuildColumns()
         const int width = known.value(FModel->FieldName(column), 0);
         setColumnWidth(column, width > 0 ? width : WantedWidth(column, samples));
     }
+    updateGeometries();
+    FPlace.RestoreAcross(*this);
+}
+
+// A grid of whole rows always has one that its record keys are about.
+void TDataSetGrid::RestorePlace()
+{
+    const TDataSet *dataset = FModel->Dataset();
+    const int row = dataset ? FModel->RowOfRecord(dataset->RecNo()) : -1;
+    if (row < 0 || FModel->columnCount() == 0)
+        return;
+    const bool anew = std::exchange(FStartsAnew, false);
+    if (FEditMode && !FPlace.IsKnown())
+        return;
+    int column = 0;
+    for (int i = 0; i < FModel->columnCount() && column == 0; ++i)
+        if (FModel->FieldName(i) == FPlace.Column())
+            column = i;
+    executeDelayedItemsLayout();
+    updateGeometries();
+    FFollowing = true;
+    FPlace.Restore(*this, row, column, anew);
+    FFollowing = false;
 }
 
 void TDataSetGrid::BestFit(const QStringList &fieldNames)
@@ -212,6 +267,8 @@ bool TDataSetGrid::edit(const QModelIndex &index, EditTrigger trigger, QEvent *e
     const bool typed = trigger == AnyKeyPressed && event;
     if (typed && static_cast<QKeyEvent *>(event)->text().isEmpty())
         return false;
+    if (EditInDialog(index))
+        return false;
     const QString reason = ReadOnlyReason(index);
     if (!reason.isEmpty()) {
         ShowNote(index, reason);
@@ -221,9 +278,41 @@ bool TDataSetGrid::edit(const QModelIndex &index, EditTrigger trigger, QEvent *e
     return QTableView::edit(index, trigger, event);
 }
 
+// A dialog does not open inside of the click or key that asks for it.
+bool TDataSetGrid::EditInDialog(const QModelIndex &index)
+{
+    const TDataSet *dataset = FModel->Dataset();
+    if (!dataset || !dataset->CanModify())
+        return false;
+    const TField &field = dataset->FieldAt(index.column());
+    const bool isThere = dataset->CanModifyField(index.column());
+    std::function<void()> work;
+    if (isThere && field.DataType() == ftBlob && FOnEditBytes)
+        work = [this, cell = QPersistentModelIndex(index)] { EditBytes(cell); };
+    else if (!isThere && FOnEditWhole)
+        work = [this, name = field.FieldName()] { FOnEditWhole(name); };
+    if (!work)
+        return false;
+    HideNote();
+    QMetaObject::invokeMethod(this, work, Qt::QueuedConnection);
+    return true;
+}
+
+void TDataSetGrid::EditBytes(const QModelIndex &index)
+{
+    const QPersistentModelIndex cell = index;
+    const TField *field = FModel->FieldOf(cell.column());
+    if (!cell.isValid() || !field)
+        return;
+    const QByteArray before = field->RawAt(FModel->RecordOfRow(cell.row())).toByteArray();
+    QByteArray bytes = before;
+    if (FOnEditBytes(field->FieldName(), bytes) && bytes != before && cell.isValid())
+        FModel->SetValue(cell, bytes.isEmpty() ? TVariant() : TVariant(bytes));
+}
+
 void TDataSetGrid::EditRefused(const QModelIndex &index, const QString &message)
 {
-    FRefused = true;
+    FRefused = state() == EditingState;
     ShowNote(index, message);
 }
 
@@ -236,6 +325,9 @@ void TDataSetGrid::closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHi
         return;
     }
     HideNote();
+    // The focus goes back to the grid in here, which must not end the edit once more.
+    if (const auto *cell = qobject_cast<TDataSetCellEditor *>(editor))
+        cell->Control()->removeEventFilter(FDelegate);
     QTableView::closeEditor(editor, hint);
 }
 

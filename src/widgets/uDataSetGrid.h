@@ -1,11 +1,15 @@
 #pragma once
 
+#include "widgets/uDataSetGridPlace.h"
+
 #include <QHash>
 #include <QPointer>
 #include <QStringList>
 #include <QTableView>
+#include <functional>
 
 class QLabel;
+class TDataSetCellDelegate;
 class TDataSetModel;
 class TGridCopy;
 class TGridSearchBar;
@@ -18,17 +22,31 @@ class TDataSetGrid : public QTableView
     Q_OBJECT
 
 public:
+    /// Lets the user change the bytes; false when nothing is to be written.
+    using TEditBytesEvent = std::function<bool(const QString &FieldName, QByteArray &Bytes)>;
+
+    /// Edits a value that the rows have only the length of.
+    using TEditWholeEvent = std::function<void(const QString &FieldName)>;
+
     explicit TDataSetGrid(QWidget *parent = nullptr);
     ~TDataSetGrid() override;
 
     TDataSetModel *DataModel() const { return FModel; }
     void SetEditMode(bool value);
     bool EditMode() const { return FEditMode; }
+    /// Writes what is being typed and ends the edit. False when the server refuses: then the editor
+    /// stays open, says why, and what would drop it should wait.
+    bool CommitEdit();
+    /// Cells of BLOB columns are edited by this; empty bytes stand for NULL.
+    void SetOnEditBytes(TEditBytesEvent event) { FOnEditBytes = std::move(event); }
     /// Whether a header click sorts the rows at hand or is only told.
     void SetSortsItself(bool value) { FSortsItself = value; }
     /// Marks a column as sorted without sorting; -1 for none.
     void MarkSort(int column, bool ascending);
 
+    void SetOnEditWhole(TEditWholeEvent event) { FOnEditWhole = std::move(event); }
+    /// The next rows are others than these, as those of another page: the place goes to their top.
+    void ForgetPlace() { FStartsAnew = true; }
     /// Widths that the user gives to columns come back with the next grid of this key.
     void RememberWidths(const QString &key);
     /// Keeps the width of each column whose name was there before and fits the new ones.
@@ -41,7 +59,7 @@ public:
     TGridSearchBar *SearchBar() const { return FSearchBar; }
 
 Q_SIGNALS:
-    void OnSortRequested(int column, bool ascending);
+    void OnSortRequested(int column, bool ascending); // column -1: no order any more
     /// The record keys; only outside edit mode.
     void OnUpdateRequested();
     void OnAppendRequested();
@@ -62,6 +80,10 @@ protected:
 private:
     void SetUpHeaders();
     void MakeNullAction();
+    void SetNull();
+    bool EditInDialog(const QModelIndex &index);
+    void EditBytes(const QModelIndex &index);
+    void RestorePlace();
     void HeaderClicked(int column);
     void EditRefused(const QModelIndex &index, const QString &message);
     void ShowNote(const QModelIndex &index, const QString &text);
@@ -74,12 +96,16 @@ private:
     void KeepWidths();
 
     TDataSetModel *FModel;
+    TDataSetCellDelegate *FDelegate;
     TGridCopy *FCopy;
     TGridSearchBar *FSearchBar;
     QAction *FSetNull = nullptr;
     QList<QAction *> FOwnActions;
-    QPointer<QLabel> FNote;      // the refusal or the reason at a cell
-    QStringList FColumnNames;    // of the last rebuild
+    QPointer<QLabel> FNote;   // the refusal or the reason at a cell
+    QStringList FColumnNames; // of the last rebuild
+    TDataSetGridPlace FPlace;
+    TEditBytesEvent FOnEditBytes;
+    TEditWholeEvent FOnEditWhole;
     QString FWidthsKey;          // empty: widths live as long as the grid
     QHash<QString, int> FWidths; // by field name, of the columns before the rebuild
     int FSortedColumn = -1;
@@ -88,4 +114,5 @@ private:
     bool FSortsItself = true;
     bool FRefused = false;
     bool FFollowing = false;
+    bool FStartsAnew = false;
 };

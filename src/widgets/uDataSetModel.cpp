@@ -16,6 +16,7 @@ namespace {
 // What a cell on the screen can show; laying out a megabyte of text for it would stop the window.
 constexpr int MaximumShownChars = 400;
 constexpr int MaximumTipChars = 2000;
+constexpr uint MembersFlags = 256 | 2048; // ENUM and SET, of the protocol
 
 QString OneLine(QString text)
 {
@@ -108,9 +109,21 @@ int TDataSetModel::RowOfRecord(qint64 record) const
 
 QString TDataSetModel::FieldName(int column) const
 {
-    return IsActive() && column >= 0 && column < FDataset->FieldCount()
-               ? FDataset->FieldAt(column).FieldName()
-               : QString();
+    const TField *field = FieldOf(column);
+    return field ? field->FieldName() : QString();
+}
+
+const TField *TDataSetModel::FieldOf(int column) const
+{
+    return IsActive() && column >= 0 && column < FDataset->FieldCount() ? &FDataset->FieldAt(column)
+                                                                        : nullptr;
+}
+
+QStringList TDataSetModel::Members(int column) const
+{
+    const TField *field = FieldOf(column);
+    return field && field->Info().Flags & MembersFlags && FOnGetMembers ? FOnGetMembers(*field)
+                                                                        : QStringList();
 }
 
 int TDataSetModel::rowCount(const QModelIndex &parent) const
@@ -223,7 +236,7 @@ bool TDataSetModel::setData(const QModelIndex &index, const QVariant &value, int
     // What was not touched is not written, and NULL does not become an empty text by a look at it.
     if (text == field.EditTextAt(record) && (!field.IsNullAt(record) || text.isEmpty()))
         return true;
-    return Write(index, text);
+    return SetValue(index, text);
 }
 
 bool TDataSetModel::SetNull(const QModelIndex &index)
@@ -231,10 +244,10 @@ bool TDataSetModel::SetNull(const QModelIndex &index)
     const qint64 record = RecordOfRow(index.row());
     if (record < 0 || FDataset->FieldAt(index.column()).IsNullAt(record))
         return record >= 0;
-    return Write(index, TVariant());
+    return SetValue(index, TVariant());
 }
 
-bool TDataSetModel::Write(const QModelIndex &index, const TVariant &value)
+bool TDataSetModel::SetValue(const QModelIndex &index, const TVariant &value)
 {
     const qint64 record = RecordOfRow(index.row());
     QString refusal;

@@ -17,6 +17,7 @@ class TDataSetModel : public QAbstractTableModel, private TDataLink
 public:
     using TGetDisplayTextEvent = std::function<void(const QString &FieldName, QString &Text)>;
     using TGetColumnColorEvent = std::function<QColor(const QString &FieldName)>;
+    using TGetMembersEvent = std::function<QStringList(const TField &Field)>;
 
     explicit TDataSetModel(QObject *parent = nullptr);
     ~TDataSetModel() override;
@@ -28,12 +29,16 @@ public:
     /// An invalid colour is the palette's. Asked once per column until ResetColors.
     void SetOnGetColumnColor(TGetColumnColorEvent event);
     void ResetColors();
+    /// The values that an ENUM or SET column takes; asked when a cell is edited.
+    void SetOnGetMembers(TGetMembersEvent event) { FOnGetMembers = std::move(event); }
     void SetEditable(bool value) { FIsEditable = value; }
 
     /// The dataset's row of a row on the screen, and back; -1 when there is none.
     qint64 RecordOfRow(int row) const;
     int RowOfRecord(qint64 record) const;
     QString FieldName(int column) const;
+    const TField *FieldOf(int column) const; // nullptr when there is none
+    QStringList Members(int column) const;   // empty unless it is an ENUM or a SET
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -43,6 +48,7 @@ public:
     /// Writes the text to the server. False when the server refuses; OnEditRefused tells why.
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
     bool SetNull(const QModelIndex &index);
+    bool SetValue(const QModelIndex &index, const TVariant &value);
     /// Column -1 is the order of the answer.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
     int SortColumn() const { return FSortColumn; }
@@ -64,7 +70,6 @@ private:
     void DatasetGone() override;
 
     bool IsActive() const { return FDataset && FDataset->Active(); }
-    bool Write(const QModelIndex &index, const TVariant &value);
     QString DisplayText(int column, qint64 record) const;
     QVariant Foreground(int column, bool isNull) const;
     QString ToolTip(int column, qint64 record) const;
@@ -80,6 +85,7 @@ private:
     mutable std::vector<uint32_t> FRowOfRecord; // the way back, made when it is asked for
     TGetDisplayTextEvent FOnGetDisplayText;
     TGetColumnColorEvent FOnGetColumnColor;
+    TGetMembersEvent FOnGetMembers;
     mutable std::vector<QColor> FColors; // by column
     mutable std::vector<bool> FHasColor;
 };

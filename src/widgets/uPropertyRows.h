@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/uDateTime.h"
+#include "widgets/uCxVerticalGridUtils.h"
 #include "widgets/uVerticalGrid.h"
 
 #include <QDateTime>
@@ -121,7 +122,8 @@ public:
                 continue;
             const QVariant value = row.Field.Load(entity);
             if (row.Field.IsCode)
-                GridRow(grid, row).SetItemIndex(IndexOfCode(row, value.toInt()));
+                TCxVerticalGridUtils::SetRowComboxBoxItemIndex(GridRow(grid, row),
+                                                               IndexOfCode(row, value.toInt()));
             else
                 GridRow(grid, row).SetValue(value);
         }
@@ -188,7 +190,7 @@ private:
     {
         if (row.Field.IsCode) {
             // A code that the list does not know shows nothing and stays what it was.
-            if (const int index = from.ItemIndex(); index >= 0)
+            if (const int index = TCxVerticalGridUtils::GetRowComboBoxItemIndex(from); index >= 0)
                 row.Field.Store(entity, row.Codes ? row.Codes().value(index) : index);
             return;
         }

@@ -4,14 +4,17 @@
 #include "widgets/uStylePalette.h"
 
 #include <QAbstractButton>
-#include <QEvent>
+#include <QContextMenuEvent>
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QPainter>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <memory>
 #include <stdexcept>
 
 namespace {
@@ -184,6 +187,8 @@ bool TVerticalGrid::eventFilter(QObject *watched, QEvent *event)
             return false;
         event->accept();
         return true;
+    case QEvent::ContextMenu:
+        return ShowMenu(watched, static_cast<QContextMenuEvent *>(event)->globalPos());
     case QEvent::KeyPress:
         return row != nullptr && HandleKey(row, watched, *static_cast<QKeyEvent *>(event));
     default:
@@ -214,6 +219,19 @@ bool TVerticalGrid::HandleKey(TVerticalRow *row, QObject *watched, const QKeyEve
     default:
         return false;
     }
+}
+
+// A line has a menu of its own, which would hide the actions of the grid.
+bool TVerticalGrid::ShowMenu(QObject *watched, const QPoint &at)
+{
+    auto *line = qobject_cast<QLineEdit *>(watched);
+    if (line == nullptr || actions().isEmpty())
+        return false;
+    const std::unique_ptr<QMenu> menu(line->createStandardContextMenu());
+    menu->addSeparator();
+    menu->addActions(actions());
+    menu->exec(at);
+    return true;
 }
 
 bool TVerticalGrid::HandleFold(TVerticalRow *row, int key)

@@ -52,6 +52,7 @@ private:
     void RowsChanged();
     void SetFocusedRow(TVerticalRow *row);
     bool HandleKey(TVerticalRow *row, QObject *watched, const QKeyEvent &event);
+    bool ShowMenu(QObject *watched, const QPoint &at);
     bool HandleFold(TVerticalRow *row, int key);
     bool MoveFocus(TVerticalRow *row, int step);
     void PressOrCommit(TVerticalRow *row, QObject *watched);

@@ -54,8 +54,7 @@ void TVerticalComboEditor::SetValue(const QVariant &value)
 void TVerticalComboEditor::ShowValue()
 {
     // A value that is not in the list is shown and kept: the list may know less than the server.
-    // An empty one is shown by the grey text, not by the item for it.
-    int index = FValue.isEmpty() && !FWhenEmpty.isEmpty() ? -1 : FCombo->findData(FValue);
+    int index = IndexOfValue();
     const bool isShownByEdit = FCombo->isEditable() || FValue.isEmpty();
     if (index < 0 && !isShownByEdit) {
         FCombo->addItem(FValue, FValue);
@@ -64,6 +63,17 @@ void TVerticalComboEditor::ShowValue()
     FCombo->setCurrentIndex(index);
     if (FCombo->isEditable())
         FCombo->setEditText(FValue);
+}
+
+// An empty value is shown by the grey text, not by the item for it, unless the list has it as one
+// of its own. Then null and empty are two values.
+int TVerticalComboEditor::IndexOfValue() const
+{
+    for (int i = 0; i < FCombo->count(); ++i)
+        if (const QString data = FCombo->itemData(i).toString();
+            data == FValue && (!data.isEmpty() || (!data.isNull() && !FValue.isNull())))
+            return i;
+    return FValue.isEmpty() && !FWhenEmpty.isEmpty() ? -1 : FCombo->findData(FValue);
 }
 
 bool TVerticalComboEditor::IsModified() const
@@ -110,9 +120,9 @@ void TVerticalComboEditor::SetEditable(bool isEditable)
     ShowValue();
 }
 
-int TVerticalComboEditor::ItemIndex()
+int TVerticalComboEditor::IndexOf(const QString &text) const
 {
-    return int(AskValues().indexOf(FValue));
+    return int(AskValues().indexOf(text));
 }
 
 void TVerticalComboEditor::SetItemIndex(int index)
@@ -152,7 +162,7 @@ void TVerticalComboEditor::Choose(int index)
 
 void TVerticalComboEditor::ChangeValue(const QString &value)
 {
-    const bool isOther = value != FValue;
+    const bool isOther = value != FValue || value.isNull() != FValue.isNull();
     SetValue(value);
     if (isOther)
         Q_EMIT OnChanged();

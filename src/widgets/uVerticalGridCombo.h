@@ -39,13 +39,14 @@ public:
     void SetWhenEmpty(const QString &text) override;
     void SetValues(const TValuesFunction &values) override;
     void SetEditable(bool isEditable) override;
-    int ItemIndex() override;
+    int IndexOf(const QString &text) const override;
     void SetItemIndex(int index) override;
 
 private:
     QStringList AskValues() const;
     void Fill();
     void ShowValue();
+    int IndexOfValue() const;
     void Choose(int index);
     void ChangeValue(const QString &value);
 

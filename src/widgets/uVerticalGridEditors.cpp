@@ -1,16 +1,15 @@
 #include "widgets/uVerticalGridEditors.h"
 
 #include "widgets/uStylePalette.h"
+#include "widgets/uValuePopups.h"
 #include "widgets/uVerticalGridCombo.h"
 
 #include <QBoxLayout>
-#include <QCalendarWidget>
 #include <QCheckBox>
 #include <QDateTime>
-#include <QMenu>
 #include <QRegularExpressionValidator>
+#include <QShortcut>
 #include <QToolButton>
-#include <QWidgetAction>
 
 namespace {
 
@@ -34,6 +33,11 @@ TVerticalGridEditor *TVerticalGridEditor::Create(TRowKind kind, QWidget *parent)
         return new TVerticalButtonsEditor(parent);
     case rkDateTime:
         return new TVerticalDateTimeEditor(parent);
+    case rkDayText:
+    case rkDateText:
+        return new TVerticalDateTextEditor(kind == rkDateText, parent);
+    case rkSeveral:
+        return new TVerticalSeveralEditor(parent);
     default:
         return new TVerticalTextEditor(parent);
     }
@@ -219,12 +223,28 @@ bool TVerticalNumberEditor::TryParse(const QString &text, QVariant &value) const
     return isNumber || text.isEmpty() || text == u'-';
 }
 
-TVerticalDateTimeEditor::TVerticalDateTimeEditor(QWidget *parent) : TVerticalTextEditor(parent)
+TVerticalChooserEditor::TVerticalChooserEditor(const QString &hint, QWidget *parent)
+    : TVerticalTextEditor(parent), FButton(AddButton(QStringLiteral("▾")))
+{
+    FButton->setObjectName("butChoose");
+    FButton->setAccessibleName(hint);
+    FButton->setToolTip(hint + " (F4)");
+    connect(FButton, &QToolButton::clicked, this, [this] { Choose(); });
+    for (const auto &key : {QKeySequence(Qt::Key_F4), QKeySequence(Qt::ALT | Qt::Key_Down)})
+        connect(new QShortcut(key, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut),
+                &QShortcut::activated, FButton, &QToolButton::click);
+}
+
+void TVerticalChooserEditor::SetReadOnly(bool isReadOnly)
+{
+    TVerticalTextEditor::SetReadOnly(isReadOnly);
+    FButton->setEnabled(!isReadOnly);
+}
+
+TVerticalDateTimeEditor::TVerticalDateTimeEditor(QWidget *parent)
+    : TVerticalChooserEditor("Calendar", parent)
 {
     SetValue(QDateTime());
-    FCalendarButton = AddButton(QStringLiteral("▾"));
-    FCalendarButton->setAccessibleName("Calendar");
-    connect(FCalendarButton, &QToolButton::clicked, this, &TVerticalDateTimeEditor::ShowCalendar);
 }
 
 QString TVerticalDateTimeEditor::Format(const QVariant &value) const
@@ -250,30 +270,49 @@ bool TVerticalDateTimeEditor::TryParse(const QString &text, QVariant &value) con
     return false;
 }
 
-void TVerticalDateTimeEditor::ShowCalendar()
+void TVerticalDateTimeEditor::Choose()
 {
-    QMenu menu(this);
-    auto *calendar = new QCalendarWidget(&menu);
     const QDateTime old = Value().toDateTime();
-    calendar->setSelectedDate(old.isValid() ? old.date() : QDate::currentDate());
-    auto *action = new QWidgetAction(&menu);
-    action->setDefaultWidget(calendar);
-    menu.addAction(action);
-    connect(calendar, &QCalendarWidget::activated, &menu, &QMenu::close);
-    QDate chosen;
-    connect(calendar, &QCalendarWidget::activated, this,
-            [&chosen](const QDate &date) { chosen = date; });
-    connect(calendar, &QCalendarWidget::clicked, calendar, &QCalendarWidget::activated);
-    menu.exec(FCalendarButton->mapToGlobal(QPoint(0, FCalendarButton->height())));
-    if (chosen.isValid())
-        ChangeValue(QDateTime(chosen, old.isValid() ? old.time() : QTime(0, 0)));
+    QDate day = old.date();
+    if (TValuePopups::ChooseDate(this, day))
+        ChangeValue(QDateTime(day, old.isValid() ? old.time() : QTime(0, 0)));
+}
+
+TVerticalDateTextEditor::TVerticalDateTextEditor(bool withTime, QWidget *parent)
+    : TVerticalChooserEditor("Calendar", parent), FWithTime(withTime)
+{}
+
+void TVerticalDateTextEditor::Choose()
+{
+    const QString typed = TypedText();
+    QDate day = TValuePopups::DayOf(typed);
+    if (TValuePopups::ChooseDate(this, day))
+        ChangeValue(TValuePopups::WithDay(typed, day, FWithTime));
+}
+
+TVerticalSeveralEditor::TVerticalSeveralEditor(QWidget *parent)
+    : TVerticalChooserEditor("Values", parent)
+{}
+
+void TVerticalSeveralEditor::Choose()
+{
+    QString value = TypedText();
+    if (FValues && TValuePopups::ChooseSeveral(this, FValues(), value))
+        ChangeValue(value);
 }
 
 TVerticalCheckEditor::TVerticalCheckEditor(QWidget *parent)
     : TVerticalGridEditor(parent), FCheck(new QCheckBox(this))
 {
     AddWidget(FCheck, 1);
-    connect(FCheck, &QCheckBox::clicked, this, &TVerticalCheckEditor::OnChanged);
+    connect(FCheck, &QCheckBox::clicked, this, &TVerticalCheckEditor::Clicked);
+}
+
+// From the third state, which shows that there is no value, a click leads to the other two.
+void TVerticalCheckEditor::Clicked()
+{
+    FCheck->setTristate(false);
+    Q_EMIT OnChanged();
 }
 
 QWidget *TVerticalCheckEditor::Control() const
@@ -283,12 +322,15 @@ QWidget *TVerticalCheckEditor::Control() const
 
 QVariant TVerticalCheckEditor::Value() const
 {
-    return FCheck->isChecked();
+    return FCheck->checkState() == Qt::PartiallyChecked ? QVariant() : FCheck->isChecked();
 }
 
 void TVerticalCheckEditor::SetValue(const QVariant &value)
 {
-    FCheck->setChecked(value.toBool());
+    FCheck->setTristate(!value.isValid());
+    FCheck->setCheckState(!value.isValid() ? Qt::PartiallyChecked
+                          : value.toBool() ? Qt::Checked
+                                           : Qt::Unchecked);
 }
 
 void TVerticalCheckEditor::StartEdit()

@@ -13,13 +13,16 @@ class QToolButton;
 enum TRowKind {
     rkText,            // QString
     rkNumber,          // qint64; nothing while it is empty and has a text for that
-    rkCheck,           // bool
-    rkFixedCombo,      // QString, one of the values
+    rkCheck,           // bool; nothing, which the user cannot give back, shows as a third state
+    rkFixedCombo,      // QString, one of the values; null where the item for it was chosen
     rkCombo,           // QString; the values are sorted, other texts can be typed
     rkMasked,          // QString
     rkReadOnlyButtons, // QString
     rkTextButton,      // QString
     rkDateTime,        // QDateTime; invalid when empty
+    rkDayText,         // QString, free text with a calendar
+    rkDateText,        // the same with a time behind the day
+    rkSeveral,         // QString, some of the values with commas between, or free text
     rkCategory,        // a header; following rows may belong to it
     rkCategoryEnd      // in tables of rows only: what follows belongs to no category
 };
@@ -58,7 +61,7 @@ public:
     virtual void SetValues(const TValuesFunction &) {}
     virtual void SetEditable(bool) {}
     /// Position among the values, -1 for another text or none.
-    virtual int ItemIndex() { return -1; }
+    virtual int IndexOf(const QString &) const { return -1; }
     virtual void SetItemIndex(int) {}
 
     void SetButtons(const QStringList &captions);
@@ -150,8 +153,24 @@ private:
     qint64 FMaximum = std::numeric_limits<qint64>::max();
 };
 
+/// A line with a button behind it, behind which the value can be chosen. F4 and Alt+Down press it.
+class TVerticalChooserEditor : public TVerticalTextEditor
+{
+    Q_OBJECT
+
+public:
+    TVerticalChooserEditor(const QString &hint, QWidget *parent);
+    void SetReadOnly(bool isReadOnly) override;
+
+protected:
+    virtual void Choose() = 0;
+
+private:
+    QToolButton *FButton;
+};
+
 /// Takes `yyyy-MM-dd hh:mm:ss`, shorter forms of it and those of the locale; has a calendar.
-class TVerticalDateTimeEditor : public TVerticalTextEditor
+class TVerticalDateTimeEditor : public TVerticalChooserEditor
 {
     Q_OBJECT
 
@@ -161,11 +180,37 @@ public:
 protected:
     QString Format(const QVariant &value) const override;
     bool TryParse(const QString &text, QVariant &value) const override;
+    void Choose() override;
+};
+
+/// The text stays as it was typed: fractions, zero dates, whatever a server takes.
+class TVerticalDateTextEditor : public TVerticalChooserEditor
+{
+    Q_OBJECT
+
+public:
+    TVerticalDateTextEditor(bool withTime, QWidget *parent);
+
+protected:
+    void Choose() override;
 
 private:
-    void ShowCalendar();
+    const bool FWithTime;
+};
 
-    QToolButton *FCalendarButton;
+class TVerticalSeveralEditor : public TVerticalChooserEditor
+{
+    Q_OBJECT
+
+public:
+    explicit TVerticalSeveralEditor(QWidget *parent);
+    void SetValues(const TValuesFunction &values) override { FValues = values; }
+
+protected:
+    void Choose() override;
+
+private:
+    TValuesFunction FValues;
 };
 
 class TVerticalCheckEditor : public TVerticalGridEditor
@@ -181,5 +226,7 @@ public:
     void StartEdit() override;
 
 private:
+    void Clicked();
+
     QCheckBox *FCheck;
 };

@@ -76,9 +76,9 @@ void TVerticalRow::SetValue(const QVariant &value)
         FEditor->SetValue(value);
 }
 
-int TVerticalRow::ItemIndex() const
+int TVerticalRow::IndexOf(const QString &text) const
 {
-    return FEditor != nullptr ? FEditor->ItemIndex() : -1;
+    return FEditor != nullptr ? FEditor->IndexOf(text) : -1;
 }
 
 void TVerticalRow::SetItemIndex(int index)

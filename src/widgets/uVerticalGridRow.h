@@ -31,7 +31,8 @@ public:
     bool IsChecked() const { return Value().toBool(); }
     qint64 Number() const { return Value().toLongLong(); }
     /// Position of a combo's text among its values (sorted ones in a sorted combo), or -1.
-    int ItemIndex() const;
+    int ItemIndex() const { return IndexOf(Text()); }
+    int IndexOf(const QString &text) const;
     void SetItemIndex(int index);
 
     /// Shown in grey while the value is empty; in a fixed combo also the item that empties it.

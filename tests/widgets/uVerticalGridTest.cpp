@@ -1,13 +1,18 @@
 #include "widgets/uVerticalGrid.h"
 #include "support/uException.h"
 #include "uGuiTools.h"
+#include "uModalDriver.h"
 #include "uTestLoop.h"
+#include "widgets/uCxVerticalGridUtils.h"
 
+#include <QCalendarWidget>
 #include <QCheckBox>
+#include <QContextMenuEvent>
 #include <QDateTime>
 #include <QDialog>
 #include <QLabel>
 #include <QListView>
+#include <QListWidget>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -244,7 +249,11 @@ TEST_F(TVerticalGridTest, FixedComboKnowsItsItemsByIndex)
     row->SetItemIndex(1);
     EXPECT_EQ(row->Text(), "tunnel");
     row->SetValue("pipe");
-    EXPECT_EQ(row->ItemIndex(), -1);
+    EXPECT_EQ(TCxVerticalGridUtils::GetRowComboBoxItemIndex(*row), -1);
+    EXPECT_EQ(TCxVerticalGridUtils::GetRowComboBoxItemIndex(*row, "tunnel"), 1);
+    TCxVerticalGridUtils::SetRowComboxBoxItemIndex(*row, 0);
+    EXPECT_EQ(row->Text(), "direct");
+    row->SetValue("pipe");
     EXPECT_EQ(Find<QComboBox>(Grid, "rowType")->currentText(), "pipe");
     row->SetWhenEmpty("default");
     row->SetValue("tunnel");
@@ -280,6 +289,91 @@ TEST_F(TVerticalGridTest, ChecksByKeyAndClick)
     Press(Qt::Key_Return);
     EXPECT_FALSE(row->IsChecked());
     EXPECT_EQ(changes.count(), 2);
+}
+
+TEST_F(TVerticalGridTest, NothingAndEmptyAreTwoValues)
+{
+    TVerticalRow *check = Row("rowCompression");
+    auto *box = Find<QCheckBox>(Grid, "rowCompression");
+    check->SetValue(QVariant());
+    EXPECT_EQ(box->checkState(), Qt::PartiallyChecked);
+    EXPECT_FALSE(check->Value().isValid());
+    box->click();
+    EXPECT_EQ(check->Value(), QVariant(true));
+    box->click();
+    EXPECT_EQ(check->Value(), QVariant(false)) << "no way back to nothing";
+
+    TVerticalRow *row = Row("rowType");
+    row->SetValues({"", "full"});
+    row->SetWhenEmpty("NULL");
+    row->SetValue(QString(""));
+    auto *combo = Find<QComboBox>(Grid, "rowType");
+    EXPECT_EQ(combo->currentIndex(), 1) << "the list has the empty text itself";
+    QSignalSpy changes(row, &TVerticalRow::OnChanged);
+    Q_EMIT combo->activated(0);
+    EXPECT_TRUE(row->Text().isNull());
+    EXPECT_EQ(combo->currentIndex(), -1);
+    EXPECT_EQ(changes.count(), 1);
+    Q_EMIT combo->activated(1);
+    EXPECT_FALSE(row->Text().isNull());
+}
+
+TEST_F(TVerticalGridTest, ValuesAreChosenBehindTheirButton)
+{
+    TModalDriver driver;
+    TVerticalRow *date = Grid->Add(rkDateText, "rowDate", "Date");
+    TVerticalRow *day = Grid->Add(rkDayText, "rowDay", "Day");
+    TVerticalRow *set = Grid->Add(rkSeveral, "rowSet", "Set");
+    set->SetValues({"x", "y", "z"});
+    const auto onCalendar = [&driver] {
+        driver.ExpectMenu([](QMenu *menu) {
+            Q_EMIT Find<QCalendarWidget>(menu, "calDate")->activated(QDate(2025, 1, 2));
+        });
+    };
+    struct TCase
+    {
+        TVerticalRow *Row;
+        const char *Before, *After;
+    };
+    for (const TCase &c : {TCase{date, "0000-00-00 23:59:59.000001", "2025-01-02 23:59:59.000001"},
+                           {date, "", "2025-01-02 00:00:00"},
+                           {date, "tomorrow", "2025-01-02 00:00:00"},
+                           {day, "", "2025-01-02"}}) {
+        c.Row->SetValue(c.Before);
+        EXPECT_EQ(c.Row->Text(), c.Before) << "the text stays as it is";
+        onCalendar();
+        c.Row->SetFocus();
+        Press(Qt::Key_F4);
+        EXPECT_EQ(c.Row->Text(), c.After);
+    }
+    const auto onList = [&](int key) {
+        driver.ExpectMenu([key](QMenu *menu) {
+            auto *list = Find<QListWidget>(menu, "lstMembers");
+            EXPECT_EQ(list->item(1)->checkState(), Qt::Checked);
+            QTest::keyClick(list, Qt::Key_Space); // the first one
+            QTest::keyClick(list, Qt::Key(key));
+        });
+        set->SetFocus();
+        Press(Qt::Key_F4);
+    };
+    set->SetValue("y");
+    onList(Qt::Key_Escape);
+    EXPECT_EQ(set->Text(), "y");
+    onList(Qt::Key_Return);
+    EXPECT_EQ(set->Text(), "x,y");
+}
+
+TEST_F(TVerticalGridTest, TheMenuOfALineHasTheActionsOfTheGrid)
+{
+    TModalDriver driver;
+    QAction action("Set NULL");
+    QSignalSpy asked(&action, &QAction::triggered);
+    Grid->addAction(&action);
+    driver.ExpectMenu("Set NULL");
+    auto *line = Find<QLineEdit>(Grid, "rowName");
+    QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5}, line->mapToGlobal(QPoint(5, 5)));
+    QApplication::sendEvent(line, &event);
+    EXPECT_EQ(asked.count(), 1);
 }
 
 TEST_F(TVerticalGridTest, ControlsAreNamedForScreenReaders)
