@@ -72,6 +72,13 @@ TDbmCommandExecScriptResult TDbmCommand::ExecScript(const QString &sql,
     return {FResult.ExecTime};
 }
 
+TDbmCommandExecScriptResult TDbmCommand::ExecStatement(const QString &statement)
+{
+    PrepareScript({});
+    Run(QStringLiteral(";"), [&] { ProcessStatement(statement); });
+    return {FResult.ExecTime};
+}
+
 TDbmCommandExecQueryResult TDbmCommand::ExecQuery(const QString &sql,
                                                   TDbmCommandExecQueryOptions options,
                                                   TMyQuery *defQuery, const QString &delimiter)

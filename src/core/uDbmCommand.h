@@ -61,6 +61,9 @@ public:
     TDbmCommandExecScriptResult ExecScript(const QString &sql,
                                            TDbmCommandExecScriptOptions options = {},
                                            const QString &delimiter = QStringLiteral(";"));
+    /// Runs one statement just as it stands, past the splitter, which writes line ends anew and
+    /// drops lines that begin as comments. For stored texts that must come back the same.
+    TDbmCommandExecScriptResult ExecStatement(const QString &statement);
     /// Runs statements that may give rows. `defQuery` is a dataset of the caller's that takes the
     /// rows, or nullptr.
     TDbmCommandExecQueryResult ExecQuery(const QString &sql,

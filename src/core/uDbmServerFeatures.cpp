@@ -67,7 +67,6 @@ void TDbmServerFeatures::SetParams(const QString &serverVersion)
     ColumnChecks = isMariaDB && version >= 100201;
     CachedStatistics = PSVariables;
     ConstraintNames = PSVariables;
-    ReplicaWords = !isMariaDB && version >= 80022;
     SourceWords = !isMariaDB && version >= 80400;
     AlterUser = PSVariables;
     Roles = isMariaDB && version >= 100005;

@@ -44,8 +44,7 @@ public:
     bool ColumnChecks = false;   // a CHECK may belong to a column's definition
     bool CachedStatistics = false; // row counts and AUTO_INCREMENT are kept for a day
     bool ConstraintNames = false;  // a foreign key is named by a CONSTRAINT clause alone
-    bool ReplicaWords = false;     // replicas are no longer called slaves
-    bool SourceWords = false;      // neither are masters; several old statements are gone
+    bool SourceWords = false;      // no more masters and slaves; several old statements are gone
     bool AlterUser = false;        // passwords and limits are set by ALTER USER
     bool Roles = false;            // roles stand among the accounts, marked as such
 

@@ -4,6 +4,7 @@
 #include "core/uDbmProvider.h"
 #include "sql/uDatasetUtils.h"
 #include "sql/uDbmFormatters.h"
+#include "sql/uDbmTextSettings.h"
 
 #include <functional>
 #include <optional>
@@ -38,6 +39,12 @@ protected:
     using TRowParser = std::function<T(const TDataSet &row)>;
 
     void ExecuteScript(const QString &commandText, const QString &delimiter) const;
+    /// Runs one statement as it stands, in a session that is set as the one that made the text.
+    void ExecuteAsMade(const QString &statement, const TDbmTextSettings &settings) const;
+    /// Runs a change that destroyed something first. When it fails `putBack` gives that back, and
+    /// the error of the change is raised; when that fails too, the error tells so, and `lost`.
+    static void ExecuteOrPutBack(const std::function<void()> &change,
+                                 const std::function<void()> &putBack, const QString &lost);
     /// Gives true when nothing was raised. Nothing is retried.
     bool SafeExecute(const QString &commandText,
                      const std::function<void(const QString &)> &action);

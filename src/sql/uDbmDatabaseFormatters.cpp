@@ -1,6 +1,7 @@
 #include "sql/uDbmDatabaseFormatters.h"
 
 #include "sql/uDatasetUtils.h"
+#include "sql/uDbmSqlStringFormatter.h"
 #include "support/uFormat.h"
 
 namespace {
@@ -17,7 +18,7 @@ QString TDbmDatabaseFormatters::FormatFetchQuery(const QString &name) const
     if (name.isEmpty())
         return "SELECT * FROM information_schema.schemata";
     return TFormat::Format("SELECT * FROM information_schema.schemata WHERE schema_name = '%s'",
-                           {name});
+                           {TDbmSqlStringFormatter::Format(name)});
 }
 
 TDbmDatabaseEntity TDbmDatabaseFormatters::ParseFetchQueryRow(const TDataSet &row) const

@@ -5,6 +5,13 @@ namespace {
 // The numbers of the server's error list.
 constexpr int WrongAutoKey = 1075;          // ER_WRONG_AUTO_KEY
 constexpr int DropIndexOfForeignKey = 1553; // ER_DROP_INDEX_FK
+constexpr int TableWithoutKey = 3750;       // ER_TABLE_WITHOUT_PK, with sql_require_primary_key
+
+bool HasToBeReplacedAtOnce(int errorCode)
+{
+    return errorCode == WrongAutoKey || errorCode == DropIndexOfForeignKey ||
+           errorCode == TableWithoutKey;
+}
 
 } // namespace
 
@@ -32,7 +39,7 @@ void TDbmIndexCommands::ExecuteUpdate(const QString &database, const QString &ta
     try {
         ExecuteDelete(database, table, oldName);
     } catch (const EDacMySqlError &e) {
-        if (e.ErrorCode() != WrongAutoKey && e.ErrorCode() != DropIndexOfForeignKey)
+        if (!HasToBeReplacedAtOnce(e.ErrorCode()))
             throw;
         ExecuteScript(FFormatters->Indexes().FormatAlterTableReplaceIndex(database, table, index,
                                                                           columns, oldName),

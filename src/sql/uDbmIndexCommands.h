@@ -14,7 +14,7 @@ public:
                        const QList<TDbmIndexColumnEntity> &columns,
                        const TDbmIndexEntity &index) const;
     /// Drops the old index, then adds the new one. A key that the server does not let go alone,
-    /// that of an AUTO_INCREMENT column or of a foreign key, is replaced in one statement.
+    /// such as that of an AUTO_INCREMENT column or of a foreign key, is replaced in one statement.
     void ExecuteUpdate(const QString &database, const QString &table,
                        const QList<TDbmIndexColumnEntity> &columns, const TDbmIndexEntity &index,
                        const QString &oldName) const;

@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <span>
 
-/// One privilege below the global level: its bit, the word in statements, and the column or the
+/// One privilege: its bit, the word in statements, and the column or the
 /// word of a SET column in the grant tables.
 struct TDbmPrivilegeText
 {
@@ -21,6 +21,9 @@ class TDbmLevelPrivileges
 public:
     using TTexts = std::span<const TDbmPrivilegeText>;
 
+    /// The global privileges in the order of the server's releases. REFERENCES among them; see
+    /// TDbmServerFeatures.
+    static TTexts UserPrivs();
     /// Words, one a line, each with a comma behind it but the last; empty for none.
     template <typename E>
     static QString FormatList(TTexts texts, const TSet<E> &privs)

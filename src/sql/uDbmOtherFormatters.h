@@ -22,7 +22,7 @@ public:
     QString FormatUnlockTables() const { return "UNLOCK TABLES"; }
     QString FormatResetSlave() const
     {
-        return FServerFeatures->ReplicaWords ? "RESET REPLICA" : "RESET SLAVE";
+        return FServerFeatures->SourceWords ? "RESET REPLICA" : "RESET SLAVE";
     }
     QString FormatResetMaster() const
     {

@@ -1,12 +1,14 @@
 #include "sql/uDbmPluginFormatters.h"
 
 #include "sql/uDatasetUtils.h"
+#include "sql/uDbmSqlStringFormatter.h"
 #include "sql/uVariantUtils.h"
 #include "support/uFormat.h"
 
 QString TDbmPluginFormatters::FormatInstall(const QString &name, const QString &library) const
 {
-    return TFormat::Format("INSTALL PLUGIN `%s` SONAME '%s'", {name, library});
+    return TFormat::Format("INSTALL PLUGIN `%s` SONAME '%s'",
+                           {name, TDbmSqlStringFormatter::Format(library)});
 }
 
 QString TDbmPluginFormatters::FormatUninstall(const QString &name) const

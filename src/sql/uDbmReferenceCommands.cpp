@@ -59,12 +59,10 @@ void TDbmReferenceCommands::ReplaceUnderItsName(const QString &database, const Q
         throw EException(TFormat::Format("The foreign key \"%s\" of table \"%s\" cannot be found.",
                                          {oldName, table}));
     ExecuteDelete(database, table, oldName);
-    try {
-        ExecuteCreate(database, table, columns, reference);
-    } catch (const EException &) {
-        ExecuteCreate(database, table, old.Columns, old.Reference);
-        throw;
-    }
+    ExecuteOrPutBack([&] { ExecuteCreate(database, table, columns, reference); },
+                     [&] { ExecuteCreate(database, table, old.Columns, old.Reference); },
+                     FFormatters->ForeignKeys().FormatAlterTableAddForeignKey(
+                         database, table, database, old.Columns, old.Reference));
 }
 
 void TDbmReferenceCommands::ExecuteDelete(const QString &database, const QString &table,

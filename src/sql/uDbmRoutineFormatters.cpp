@@ -2,10 +2,14 @@
 
 #include "sql/uDatasetUtils.h"
 #include "sql/uDbmPathUtils.h"
+#include "sql/uDbmQuotedText.h"
 #include "sql/uDbmSqlStringFormatter.h"
 #include "support/uFormat.h"
+#include "support/uRegExUtils.h"
 
 namespace {
+
+constexpr auto IgnoreCase = Qt::CaseInsensitive;
 
 bool Is(const QString &text, QStringView word)
 {
@@ -15,6 +19,24 @@ bool Is(const QString &text, QStringView word)
 QString CommentLine(const QString &comment)
 {
     return "COMMENT '" + TDbmSqlStringFormatter::Format(comment) + '\'';
+}
+
+QString CreateText(const TDataSet &row, TDbmRoutineType routineType)
+{
+    return TDatasetUtils::AsString(
+        row, routineType == rtFunction ? "Create Function" : "Create Procedure", {});
+}
+
+// What stands behind the type of RETURNS where the server keeps it apart: without it the type would
+// take the character set of the database in which the routine is created.
+QString FormatCharset(const TDataSet &row)
+{
+    const QString charset = TDatasetUtils::AsString(row, "character_set_name", {});
+    const QString type = TDatasetUtils::AsString(row, "dtd_identifier", {});
+    if (charset.isEmpty() || Is(charset, u"binary") || type.contains(" charset ", IgnoreCase))
+        return {};
+    return TFormat::Format(" CHARSET %s COLLATE %s",
+                           {charset, TDatasetUtils::AsString(row, "collation_name", {})});
 }
 
 } // namespace
@@ -37,11 +59,21 @@ TDbmRoutineEntity TDbmRoutineFormatters::ParseSelectRow(const TDataSet &row) con
     entity.SecurityType = Is(text("security_type"), u"INVOKER") ? rsInvoker : rsDefiner;
     entity.Comment = text("routine_comment");
     entity.Definer = text("definer");
-    entity.Returns = text("dtd_identifier");
+    entity.Returns = text("dtd_identifier") + FormatCharset(row);
     entity.Info.Created = TDatasetUtils::AsDateTime(row, "created", {});
     entity.Info.LastAltered = TDatasetUtils::AsDateTime(row, "last_altered", {});
     entity.DataAccess = text("sql_data_access");
     return entity;
+}
+
+void TDbmRoutineFormatters::RemoveDefaultCollation(TDbmRoutineEntity &entity,
+                                                   const QList<TDbmCharsetEntity> &charsets)
+{
+    for (const TDbmCharsetEntity &charset : charsets) {
+        const QString collation = " COLLATE " + charset.DefaultCollate;
+        if (entity.Returns.endsWith(" CHARSET " + charset.Name + collation))
+            entity.Returns.chop(collation.size());
+    }
 }
 
 QString TDbmRoutineFormatters::FormatSelectParams(const QString &database, const QString &name,
@@ -56,8 +88,7 @@ void TDbmRoutineFormatters::ParseSelectParams(const TDataSet &row, TDbmRoutineTy
                                               QString &params) const
 {
     params.clear();
-    const QString text = TDatasetUtils::AsString(
-        row, routineType == rtFunction ? "Create Function" : "Create Procedure", {});
+    const QString text = CreateText(row, routineType);
     const qsizetype open = text.indexOf(u'(');
     if (open < 0)
         return;
@@ -72,6 +103,44 @@ void TDbmRoutineFormatters::ParseSelectParams(const TDataSet &row, TDbmRoutineTy
             return;
         }
     }
+}
+
+bool TDbmRoutineFormatters::TryParseWholeParams(const TDataSet &row, TDbmRoutineType routineType,
+                                                QString &params) const
+{
+    const QString text = CreateText(row, routineType);
+    const QString masked = TDbmQuotedText::Masked(text);
+    const qsizetype open = masked.indexOf(u'(');
+    int depth = 0;
+    for (qsizetype i = open; i >= 0 && i < masked.size(); ++i) {
+        if (masked[i] == u'(')
+            ++depth;
+        else if (masked[i] == u')' && --depth == 0) {
+            params = text.mid(open + 1, i - open - 1);
+            return true;
+        }
+    }
+    return false;
+}
+
+QString TDbmRoutineFormatters::CreatePattern()
+{
+    const QString name = "(?:`(?:[^`]|``)*`|\"(?:[^\"]|\"\")*\"|'(?:[^']|'')*'|[^\\s@]+)";
+    return "^\\s*CREATE\\s+(?:OR\\s+REPLACE\\s+)?(?:DEFINER\\s*=\\s*" + name + "(?:@" + name +
+           ")?\\s+)?(?:AGGREGATE\\s+)?(PROCEDURE|FUNCTION)\\s+(?:IF\\s+NOT\\s+EXISTS\\s+)?";
+}
+
+TDbmRoutineText TDbmRoutineFormatters::ParseSelectText(const TDataSet &row, const QString &database,
+                                                       TDbmRoutineType routineType) const
+{
+    const auto text = [&](const char *name) { return TDatasetUtils::AsString(row, name, {}); };
+    QString statement = text(routineType == rtFunction ? "Create Function" : "Create Procedure");
+    const auto start = TRegExUtils::Match(statement, CreatePattern());
+    if (!start.hasMatch())
+        return {};
+    statement.insert(start.capturedEnd(), TFormat::Format("`%s`.", {database}));
+    return {statement,
+            {text("sql_mode"), text("character_set_client"), text("collation_connection")}};
 }
 
 QString TDbmRoutineFormatters::FormatCreate(const QString &database,

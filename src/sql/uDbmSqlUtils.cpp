@@ -2,6 +2,7 @@
 
 #include "core/uDbmCommand.h"
 #include "sql/uDbmPathUtils.h"
+#include "sql/uDbmSqlStringFormatter.h"
 #include "sql/uDbmSqlValueUtils.h"
 #include "sql/uDbmStatementsFormatters.h"
 #include "support/uFormat.h"
@@ -20,7 +21,9 @@ QString KeyTest(const QStringList &keyFields, const QString &prefix)
 
 QString TDbmSqlUtils::FormatUserHost(const QString &user, const QString &host)
 {
-    return TFormat::Format("'%s'@'%s'", {user, host.isEmpty() ? QString("%") : host});
+    return TFormat::Format("'%s'@'%s'",
+                           {TDbmSqlStringFormatter::Format(user),
+                            host.isEmpty() ? QString("%") : TDbmSqlStringFormatter::Format(host)});
 }
 
 QString TDbmSqlUtils::FormatWhere(const QStringList &fields, const TVariantList &values)

@@ -1,7 +1,6 @@
 #include "sql/uDbmTriggerCommands.h"
 
-#include "sql/uDbmSqlValueUtils.h"
-#include "support/uException.h"
+#include <algorithm>
 
 QList<TDbmTriggerEntity> TDbmTriggerCommands::ExecuteSelect(const QString &database,
                                                             const QString &table)
@@ -23,35 +22,22 @@ void TDbmTriggerCommands::ExecuteRecreate(const QString &database, const QString
                                           const QString &oldName) const
 {
     const TDbmTriggerFormatters &formatters = FFormatters->Triggers();
-    const QList<TDbmTriggerEntity> old = ExecuteToList<TDbmTriggerEntity>(
-        formatters.FormatSelectRow(database, oldName),
+    const QList<TDbmWholeTrigger> triggers = ExecuteToList<TDbmWholeTrigger>(
+        formatters.FormatSelect(database, table),
         [&](const TDataSet &row) { return formatters.ParseSelectWholeRow(row); });
+    const auto old = std::find_if(triggers.begin(), triggers.end(), [&](const auto &trigger) {
+        return trigger.Entity.TriggerName == oldName;
+    });
     ExecuteDelete(database, oldName);
-    try {
+    if (old == triggers.end()) {
         ExecuteCreate(database, table, entity);
-    } catch (const EException &) {
-        if (!old.isEmpty())
-            Restore(database, table, old.first());
-        throw;
+        return;
     }
-}
-
-void TDbmTriggerCommands::Restore(const QString &database, const QString &table,
-                                  const TDbmTriggerEntity &entity) const
-{
-    // Past the splitter of scripts, which would write the line ends of the text anew.
-    TDacMySqlConnection &connection = FProvider->Connection();
-    connection.Execute("SET @korvane_sql_mode = @@SESSION.sql_mode");
-    connection.Execute("SET SESSION sql_mode = " +
-                       TDbmSqlValueUtils::FormatString(entity.SQLMode, true));
-    const QString back = "SET SESSION sql_mode = @korvane_sql_mode";
-    try {
-        connection.Execute(FFormatters->Triggers().FormatRestore(database, table, entity));
-    } catch (const EException &) {
-        connection.Execute(back);
-        throw;
-    }
-    connection.Execute(back);
+    const QString oldText = formatters.FormatRestore(database, table, *old, triggers);
+    const TDbmTextSettings settings{old->Entity.SQLMode, old->Entity.CharsetClient,
+                                    old->Entity.CollationConnection};
+    ExecuteOrPutBack([&] { ExecuteCreate(database, table, entity); },
+                     [&] { ExecuteAsMade(oldText, settings); }, oldText);
 }
 
 void TDbmTriggerCommands::ExecuteDelete(const QString &database, const QString &name) const

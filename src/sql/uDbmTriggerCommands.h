@@ -11,13 +11,9 @@ public:
     QList<TDbmTriggerEntity> ExecuteSelect(const QString &database, const QString &table);
     void ExecuteCreate(const QString &database, const QString &table,
                        const TDbmTriggerEntity &entity) const;
-    /// Drops the old trigger, then creates the new one. When that fails the old one is put back
-    /// with its definer and SQL mode, and the error is raised.
+    /// Drops the old trigger, then creates the new one. When that fails the old one is put back as
+    /// it was and where it was, and the error is raised.
     void ExecuteRecreate(const QString &database, const QString &table,
                          const TDbmTriggerEntity &entity, const QString &oldName) const;
     void ExecuteDelete(const QString &database, const QString &name) const;
-
-private:
-    void Restore(const QString &database, const QString &table,
-                 const TDbmTriggerEntity &entity) const;
 };

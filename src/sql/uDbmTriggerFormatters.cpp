@@ -50,6 +50,17 @@ QString ParseBody(const QString &statement)
     return lines.join("\r\n") + "\r\n";
 }
 
+QString FormatPlace(const TDbmWholeTrigger &trigger, const QList<TDbmWholeTrigger> &others)
+{
+    for (const TDbmWholeTrigger &other : others) {
+        const qint64 distance = other.ActionOrder - trigger.ActionOrder;
+        if (other.Entity.Event == trigger.Entity.Event && qAbs(distance) == 1)
+            return TFormat::Format(distance < 0 ? "FOLLOWS `%s`\r\n" : "PRECEDES `%s`\r\n",
+                                   {other.Entity.TriggerName});
+    }
+    return {};
+}
+
 } // namespace
 
 QString TDbmTriggerFormatters::FormatSelect(const QString &database, const QString &table) const
@@ -58,14 +69,6 @@ QString TDbmTriggerFormatters::FormatSelect(const QString &database, const QStri
         "SELECT * FROM information_schema.triggers WHERE event_object_schema = '%s' AND "
         "event_object_table = '%s'",
         {TDbmSqlStringFormatter::Format(database), TDbmSqlStringFormatter::Format(table)});
-}
-
-QString TDbmTriggerFormatters::FormatSelectRow(const QString &database, const QString &name) const
-{
-    return TFormat::Format(
-        "SELECT * FROM information_schema.triggers WHERE trigger_schema = '%s' AND "
-        "trigger_name = '%s'",
-        {TDbmSqlStringFormatter::Format(database), TDbmSqlStringFormatter::Format(name)});
 }
 
 TDbmTriggerEntity TDbmTriggerFormatters::ParseRow(const TDataSet &row, const QString &body) const
@@ -89,9 +92,10 @@ TDbmTriggerEntity TDbmTriggerFormatters::ParseSelectRow(const TDataSet &row) con
     return ParseRow(row, ParseBody(TDatasetUtils::AsString(row, "ACTION_STATEMENT", {})));
 }
 
-TDbmTriggerEntity TDbmTriggerFormatters::ParseSelectWholeRow(const TDataSet &row) const
+TDbmWholeTrigger TDbmTriggerFormatters::ParseSelectWholeRow(const TDataSet &row) const
 {
-    return ParseRow(row, TDatasetUtils::AsString(row, "ACTION_STATEMENT", {}));
+    return {ParseRow(row, TDatasetUtils::AsString(row, "ACTION_STATEMENT", {})),
+            TDatasetUtils::AsLargeint(row, "ACTION_ORDER", 0)};
 }
 
 QString TDbmTriggerFormatters::FormatCreate(const QString &database, const QString &table,
@@ -106,10 +110,16 @@ QString TDbmTriggerFormatters::FormatCreate(const QString &database, const QStri
 }
 
 QString TDbmTriggerFormatters::FormatRestore(const QString &database, const QString &table,
-                                             const TDbmTriggerEntity &entity) const
+                                             const TDbmWholeTrigger &trigger,
+                                             const QList<TDbmWholeTrigger> &others) const
 {
-    const QString definer = "CREATE DEFINER = " + TDbmOtherUtils::FormatUser(entity.Definer);
-    return FormatCreate(database, table, entity).replace(0, qstrlen("CREATE"), definer);
+    TDbmTriggerEntity entity = trigger.Entity;
+    entity.Body.prepend(FormatPlace(trigger, others));
+    QString text = FormatCreate(database, table, entity);
+    if (!entity.Definer.isEmpty())
+        text.replace(0, qstrlen("CREATE"),
+                     "CREATE DEFINER = " + TDbmOtherUtils::FormatUser(entity.Definer));
+    return text;
 }
 
 QString TDbmTriggerFormatters::FormatDelete(const QString &database, const QString &name) const

@@ -4,6 +4,13 @@
 #include "model/uDbmEntities.h"
 #include "sql/uDbmChildFormatters.h"
 
+/// A trigger with its body as the server has it, so that it can be put back.
+struct TDbmWholeTrigger
+{
+    TDbmTriggerEntity Entity;
+    qint64 ActionOrder = 0; // among the triggers of one event; 0 where the server has no order
+};
+
 /// Statements about triggers.
 class TDbmTriggerFormatters : public TDbmChildFormatters
 {
@@ -20,12 +27,12 @@ public:
                          const TDbmTriggerEntity &entity) const;
     QString FormatDelete(const QString &database, const QString &name) const;
 
-    /// One trigger with its body as the server has it, so that it can be put back.
-    QString FormatSelectRow(const QString &database, const QString &name) const;
-    TDbmTriggerEntity ParseSelectWholeRow(const TDataSet &row) const;
-    /// As FormatCreate, with the definer.
+    TDbmWholeTrigger ParseSelectWholeRow(const TDataSet &row) const;
+    /// As FormatCreate, with the definer and the place among `others` of the table, where the
+    /// server knows places.
     QString FormatRestore(const QString &database, const QString &table,
-                          const TDbmTriggerEntity &entity) const;
+                          const TDbmWholeTrigger &trigger,
+                          const QList<TDbmWholeTrigger> &others) const;
 
 private:
     TDbmTriggerEntity ParseRow(const TDataSet &row, const QString &body) const;

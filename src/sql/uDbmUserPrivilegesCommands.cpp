@@ -22,14 +22,13 @@ void TDbmUserPrivilegesCommands::FlushPrivileges() const
     Execute(FFormatters->Other().FormatFlushPrivileges());
 }
 
-TDbmUserPrivilegesEntity TDbmUserPrivilegesCommands::SelectRow(const QString &user,
-                                                               const QString &host) const
+QList<TDbmUserPrivilegesEntity> TDbmUserPrivilegesCommands::SelectRow(const QString &user,
+                                                                      const QString &host) const
 {
     const TDbmUserPrivilegesFormatters &formatters = FFormatters->UsersPrivileges();
-    const auto rows = ExecuteToList<TDbmUserPrivilegesEntity>(
+    return ExecuteToList<TDbmUserPrivilegesEntity>(
         formatters.FormatSelectRow(user, host),
         [&](const TDataSet &row) { return formatters.ParseSelectRow(row); });
-    return rows.isEmpty() ? TDbmUserPrivilegesEntity() : rows.first();
 }
 
 void TDbmUserPrivilegesCommands::ExecuteCreate(const TDbmUserPrivilegesEntity &entity,
@@ -51,7 +50,12 @@ void TDbmUserPrivilegesCommands::ExecuteUpdate(const QString &oldUser, const QSt
                                                const TDbmUserPrivilegesEntity &entity) const
 {
     const TDbmUserPrivilegesFormatters &formatters = FFormatters->UsersPrivileges();
-    const TDbmUserPrivilegesEntity old = SelectRow(oldUser, oldHost);
+    const QList<TDbmUserPrivilegesEntity> rows = SelectRow(oldUser, oldHost);
+    // A GRANT to nobody would make an account without a password on some servers.
+    if (rows.isEmpty())
+        throw EException(
+            TFormat::Format("The account \"%s@%s\" cannot be found.", {oldUser, oldHost}));
+    const TDbmUserPrivilegesEntity &old = rows.first();
     if (old.IsRole)
         throw EException(TFormat::Format("\"%s\" is a role and not an account.", {oldUser}));
     const QString &user = entity.UserName;
@@ -65,7 +69,7 @@ void TDbmUserPrivilegesCommands::ExecuteUpdate(const QString &oldUser, const QSt
     // Granted once more it would reach rights that are not modelled.
     if (entity.Privileges.Contains(privGrantOption) && !old.Privileges.Contains(privGrantOption))
         Execute(formatters.FormatGrantGrantOption(user, host));
-    Execute(formatters.FormatGrant(entity));
+    Execute(formatters.FormatGrantUpdate(entity, old.Privileges));
     Execute(formatters.FormatLimits(entity));
     if (changePassword)
         Execute(formatters.FormatSetPassword(user, host, password));
@@ -75,7 +79,8 @@ void TDbmUserPrivilegesCommands::ExecuteUpdate(const QString &oldUser, const QSt
 void TDbmUserPrivilegesCommands::ExecuteDelete(const QString &user, const QString &host) const
 {
     const TDbmUserPrivilegesFormatters &formatters = FFormatters->UsersPrivileges();
-    const bool isRole = host.isEmpty() && formatters.HaveRoles() && SelectRow(user, host).IsRole;
+    const bool isRole =
+        host.isEmpty() && formatters.HaveRoles() && SelectRow(user, host).value(0).IsRole;
     Execute(isRole ? formatters.FormatDropRole(user) : formatters.FormatDrop(user, host));
     FlushPrivileges();
 }

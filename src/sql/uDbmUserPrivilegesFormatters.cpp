@@ -91,6 +91,16 @@ QString TDbmUserPrivilegesFormatters::FormatGrant(const TDbmUserPrivilegesEntity
     return lines.join("\r\n").trimmed();
 }
 
+QString TDbmUserPrivilegesFormatters::FormatGrantUpdate(const TDbmUserPrivilegesEntity &entity,
+                                                        const TDbmPrivileges &granted) const
+{
+    if (!FServerFeatures->AlterUser)
+        return FormatGrant(entity);
+    TDbmUserPrivilegesEntity missing = entity;
+    missing.Privileges = entity.Privileges - granted - TDbmPrivileges{privGrantOption};
+    return missing.Privileges.IsEmpty() ? QString() : FormatGrant(missing);
+}
+
 QString TDbmUserPrivilegesFormatters::FormatLimits(const TDbmUserPrivilegesEntity &entity) const
 {
     if (!FServerFeatures->AlterUser)
@@ -130,5 +140,5 @@ QString TDbmUserPrivilegesFormatters::FormatSetPassword(const QString &user, con
     if (password.isEmpty())
         return TFormat::Format("SET PASSWORD FOR %s = ''", {UserHost(user, host)});
     return TFormat::Format("SET PASSWORD FOR %s = PASSWORD('%s');",
-                           {UserHost(user, host), password});
+                           {UserHost(user, host), TDbmSqlStringFormatter::Format(password)});
 }

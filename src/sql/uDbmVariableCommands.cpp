@@ -4,7 +4,9 @@
 
 namespace {
 
-constexpr int WrongTypeForVariable = 1232; // ER_WRONG_TYPE_FOR_VAR of the server's error list
+// The numbers of the server's error list. A boolean variable answers the first to '1'.
+constexpr int WrongValueForVariable = 1231; // ER_WRONG_VALUE_FOR_VAR
+constexpr int WrongTypeForVariable = 1232;  // ER_WRONG_TYPE_FOR_VAR
 
 bool IsNumber(const QString &text)
 {
@@ -39,8 +41,14 @@ void TDbmVariableCommands::ExecuteSetValue(const QString &name, const TVariant &
     } catch (const EDacMySqlError &e) {
         // A number that arrives as text or float is quoted, which a numeric variable refuses.
         const QString number = value.ToString().trimmed();
-        if (e.ErrorCode() != WrongTypeForVariable || !IsNumber(number))
+        const bool isRefused =
+            e.ErrorCode() == WrongTypeForVariable || e.ErrorCode() == WrongValueForVariable;
+        if (!isRefused || !IsNumber(number))
             throw;
-        ExecuteScript(formatters.FormatSetNumber(name, number, option), ";");
+        try {
+            ExecuteScript(formatters.FormatSetNumber(name, number, option), ";");
+        } catch (const EDacMySqlError &) {
+            throw EDacMySqlError(e); // what was asked for is what was refused
+        }
     }
 }

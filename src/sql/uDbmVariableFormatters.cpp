@@ -1,6 +1,7 @@
 #include "sql/uDbmVariableFormatters.h"
 
 #include "sql/uDatasetUtils.h"
+#include "sql/uDbmSqlStringFormatter.h"
 #include "sql/uDbmSqlValueUtils.h"
 #include "support/uFormat.h"
 
@@ -33,10 +34,11 @@ QString TDbmVariableFormatters::FormatSelect(TDbmVariableOption option) const
 
 QString TDbmVariableFormatters::FormatGetValue(const QString &name, TDbmVariableOption option) const
 {
+    const QString escaped = TDbmSqlStringFormatter::Format(name);
     if (!FServerFeatures->ISVariables)
-        return TFormat::Format("SHOW %s VARIABLES LIKE '%s'", {Scope(option), name});
+        return TFormat::Format("SHOW %s VARIABLES LIKE '%s'", {Scope(option), escaped});
     return TFormat::Format("SELECT variable_value FROM %s.%s WHERE variable_name = '%s'",
-                           {Schema(), TableName(option), name});
+                           {Schema(), TableName(option), escaped});
 }
 
 QString TDbmVariableFormatters::FormatSetValue(const QString &name, const TVariant &value,

@@ -1,5 +1,14 @@
 #include "sql/uDbmViewCommands.h"
 
+namespace {
+
+// The numbers of the server's error list: a view without its tables, which may have no text to read
+// and has to be mended all the same.
+constexpr int NoSuchTable = 1146; // ER_NO_SUCH_TABLE
+constexpr int ViewInvalid = 1356; // ER_VIEW_INVALID
+
+} // namespace
+
 QList<TDbmViewEntity> TDbmViewCommands::ExecuteSelect(const QString &database)
 {
     const TDbmViewFormatters &formatters = FFormatters->Views();
@@ -30,16 +39,27 @@ void TDbmViewCommands::ExecuteCreate(const QString &database, const TDbmViewEnti
     Create(database, entity, false);
 }
 
-void TDbmViewCommands::ExecuteUpdate(const QString &database, const QString &oldName,
-                                     const TDbmViewEntity &entity)
+QString TDbmViewCommands::ExecuteSelectAlgorithm(const QString &database, const QString &view) const
 {
     const TDbmViewFormatters &formatters = FFormatters->Views();
+    try {
+        return ExecuteToList<QString>(
+                   formatters.FormatSelectDDL(database, view),
+                   [&](const TDataSet &row) { return formatters.ParseSelectAlgorithm(row); })
+            .value(0);
+    } catch (const EDacMySqlError &e) {
+        if (e.ErrorCode() != NoSuchTable && e.ErrorCode() != ViewInvalid)
+            throw;
+        return {};
+    }
+}
+
+void TDbmViewCommands::ExecuteUpdate(const QString &database, const QString &oldName,
+                                     const TDbmViewEntity &entity) const
+{
     TDbmViewEntity whole = entity;
-    // A view whose tables are gone has no text to read; it has to be mended all the same.
     if (whole.Algorithm.isEmpty())
-        whole.Algorithm = SafeExecuteToValue<QString>(
-            formatters.FormatSelectDDL(database, oldName),
-            [&](const TDataSet &row) { return formatters.ParseSelectAlgorithm(row); }, QString());
+        whole.Algorithm = ExecuteSelectAlgorithm(database, oldName);
     const bool sameName = oldName == entity.ViewName;
     Create(database, whole, sameName);
     if (!sameName)

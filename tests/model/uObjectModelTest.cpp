@@ -51,6 +51,16 @@ TEST_P(TObjectModelTest, ViewsKeepWhatTheyAre)
     renamed.ViewName = "w";
     Manager->Operations().UpdateView(View("v"), renamed);
     EXPECT_EQ(Text("VIEW", "w"), QString(before).replace("`v`", "`w`"));
+    TDbmViewEntity edited = View("w").Entity();
+    edited.Definition = "SELECT a AS other FROM `" + Name() + "`.t WHERE a > 2";
+    edited.CheckOption = vcoCascaded;
+    edited.SecurityType = vsDefiner;
+    Manager->Operations().UpdateView(View("w"), edited);
+    EXPECT_EQ(View("w").GetCheckOptionDisplayString(), "Cascaded");
+    EXPECT_EQ(View("w").GetSecurityTypeDisplayString(), "Definer");
+    EXPECT_TRUE(Text("VIEW", "w").contains("ALGORITHM=MERGE") &&
+                Text("VIEW", "w").contains("other"));
+    EXPECT_EQ(View("w").Fields().Count(), 1);
     Manager->Operations().RenameView(View("w"), "x");
     Manager->Operations().DeleteView(View("x"));
     EXPECT_EQ(Database().Views().Count(), 0);
@@ -105,17 +115,62 @@ TEST_P(TObjectModelTest, RoutinesAreCopiedWhole)
     EXPECT_EQ(Database().Routines().Count(), 0);
 }
 
+TEST_P(TObjectModelTest, AParameterListIsReadWholeOrTheRoutineStays)
+{
+    Exec("CREATE PROCEDURE p (IN `a` ENUM('(', 'it''s'), b int /* ( */) SELECT a, b");
+    const QString before = Text("PROCEDURE", "p");
+    EXPECT_EQ(Routine("p").Params().GetValue(), "") << "what is shown counts each parenthesis";
+    Manager->Operations().RenameRoutine(Routine("p"), "q");
+    EXPECT_EQ(Text("PROCEDURE", "q").replace("`q`", "`p`").remove(' '),
+              QString(before).remove(' '));
+    TDbmRoutineItem &gone = Routine("q");
+    Exec("DROP PROCEDURE q");
+    EXPECT_THROW(Manager->Operations().RenameRoutine(gone, "r"), EDacMySqlError);
+}
+
+TEST_P(TObjectModelTest, AnEventKeepsTheMomentsOfItsTimeZone)
+{
+    TTestSession(Server(), Name())
+        .Exec("SET time_zone = '+05:00'; CREATE EVENT e ON SCHEDULE EVERY 1 DAY STARTS"
+              " '2031-01-01 00:00:00' ENDS '2032-01-01 01:00:00' COMMENT 'old' DO SELECT 1");
+    const QString before = Text("EVENT", "e");
+    TDbmEventEntity entity = Event("e").Entity();
+    EXPECT_EQ(entity.TimeZone, "+05:00");
+    entity.Comment = "new";
+    const auto zone = [&] {
+        QString zone;
+        Manager->Command().ExecuteQuery("SELECT @@SESSION.time_zone", [&](TDataSet *rows) {
+            zone = rows->FieldAt(0).AsString();
+        });
+        return zone;
+    };
+    const QString own = zone();
+    Manager->Operations().UpdateEvent(Event("e"), entity);
+    EXPECT_EQ(Text("EVENT", "e"), QString(before).replace("'old'", "'new'"));
+    EXPECT_EQ(zone(), own);
+    entity.Definition = "no statement";
+    EXPECT_THROW(Manager->Operations().UpdateEvent(Event("e"), entity), EDacMySqlError);
+    EXPECT_EQ(zone(), own);
+}
+
 TEST_P(TObjectModelTest, ATriggerThatCannotBeReplacedIsPutBack)
 {
     Exec("CREATE TABLE t (a int, b int)");
-    Exec("CREATE TRIGGER tr BEFORE INSERT ON t FOR EACH ROW BEGIN\n\tSET NEW.a = 1;\n  END");
+    TTestSession session(Server(), Name());
+    session.Exec("CREATE TRIGGER last BEFORE INSERT ON t FOR EACH ROW SET NEW.b = 1");
+    session.Exec("SET sql_mode = 'ANSI_QUOTES', NAMES latin1 COLLATE latin1_bin");
+    session.Rows("CREATE DEFINER = korvane@`%` TRIGGER tr BEFORE INSERT ON t FOR EACH ROW PRECEDES "
+                 "last BEGIN\n\tSET NEW.\"a\" = 1;\n\n-- kept\n  END");
     TDbmTriggerList &triggers = Table("t").Triggers();
     TDbmTriggerList::TItemPtr item;
     ASSERT_TRUE(triggers.TryGetByName("tr", item));
     EXPECT_EQ(item->GetEventDisplayString(), "before insert");
-    const QString known = "SELECT HEX(CONCAT(action_statement, definer, sql_mode)) FROM "
-                          "information_schema.triggers WHERE trigger_schema = DATABASE()";
+    const QString known = "SELECT HEX(CONCAT_WS('|', action_statement, definer, sql_mode,"
+                          " action_order, character_set_client, collation_connection)) FROM "
+                          "information_schema.triggers WHERE trigger_schema = DATABASE() AND "
+                          "trigger_name = 'tr'";
     const QString before = Value(known);
+    const int logged = Manager->Command().Log().Count();
     TDbmTriggerEntity entity = item->Entity();
     entity.Body = "SET NEW.missing = 1";
     TDbmTriggerCommands &commands = Manager->Commands().Triggers();
@@ -126,6 +181,8 @@ TEST_P(TObjectModelTest, ATriggerThatCannotBeReplacedIsPutBack)
         EXPECT_EQ(e.ErrorCode(), 1054) << e.Message().toStdString();
     }
     EXPECT_EQ(Value(known).toStdString(), before.toStdString());
+    EXPECT_GT(Manager->Command().Log().Count(), logged + 3) << "what puts it back is logged too";
+    commands.ExecuteDelete(Name(), "last");
     entity.Body = "SET NEW.a = 2";
     entity.TriggerName = "other";
     entity.Event = teBeforeUpdate;

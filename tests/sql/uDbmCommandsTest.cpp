@@ -1,31 +1,8 @@
-#include "sql/uDbmCommands.h"
-#include "core/uServerProfile.h"
-#include "uTestDatabase.h"
-#include "uTestPrint.h"
+#include "uFamilies.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-/// Families on a session of their own.
-struct TFamilies
-{
-    explicit TFamilies(const TTestServer &server)
-    {
-        Provider.SetParams(ServerProfile(server));
-        Features.SetParams(Provider.ServerVersion());
-        Commands.SetOnCommandNotExecuted(
-            [this](TDbmChildCommands *, const QString &message, const QString &command) {
-                Failures += {message, command};
-            });
-    }
-
-    TDbmProvider Provider;
-    TDbmServerFeatures Features;
-    TDbmFormatters Formatters{&Features};
-    TDbmCommands Commands{&Provider, &Formatters};
-    QStringList Failures;
-};
 
 void ExpectDatabaseLifeOn(TTestServer &server)
 {
@@ -50,6 +27,7 @@ void ExpectDatabaseLifeOn(TTestServer &server)
     EXPECT_THROW(databases.ExecuteUpdate(changed, changed), EDacMySqlError);
 
     databases.ExecuteUse(name);
+    EXPECT_EQ(families.Commands.Routines().ExecuteSelectDatabase(), name);
     QStringList names;
     for (const TDbmDatabaseEntity &each : databases.ExecuteSelect())
         names += each.DatabaseName;
@@ -128,13 +106,48 @@ TEST(TFamiliesOnOldServers, ReadVariablesByShow)
 TEST(TSafeReads, GiveAnEmptyAnswerAndOneEvent)
 {
     TFamilies families(TTestServer::Instance());
-    TDbmDatabaseEntity entity;
-    EXPECT_FALSE(families.Commands.Databases().ExecuteSelectRow("a'b", entity));
+    QString text = "not read";
+    families.Commands.Tables().ExecuteSelectDDL("no such", "table", text);
+    EXPECT_EQ(text, "");
     ASSERT_EQ(families.Failures.size(), 2);
-    EXPECT_TRUE(families.Failures[0].startsWith("(1064) ")) << families.Failures[0].toStdString();
-    EXPECT_EQ(families.Failures[1],
-              "SELECT * FROM information_schema.schemata WHERE schema_name = 'a'b'");
+    EXPECT_TRUE(families.Failures[0].startsWith("(1146) ")) << families.Failures[0].toStdString();
+    EXPECT_EQ(families.Failures[1], "SHOW CREATE TABLE `no such`.`table`");
     EXPECT_FALSE(families.Commands.Databases().ExecuteSelect().isEmpty());
+}
+
+void ExpectQuotesInNamesOn(TTestServer &server)
+{
+    TFamilies families(server);
+    TDbmDatabaseEntity database;
+    EXPECT_FALSE(families.Commands.Databases().ExecuteSelectRow("a'b", database));
+    const QString name = QString("it's %1\\").arg(server.Port());
+    server.Exec("CREATE DATABASE `" + name + "` COLLATE utf8mb4_bin");
+    ASSERT_TRUE(families.Commands.Databases().ExecuteSelectRow(name, database));
+    EXPECT_EQ(database.Collation, "utf8mb4_bin");
+    server.Exec("CREATE TABLE `t'\"\\` (a int) COMMENT 'it''s \\\\ \"x\"\n'", name);
+    TDbmTableEntity table;
+    ASSERT_TRUE(families.Commands.Tables().ExecuteSelectRow(name, "t'\"\\", table));
+    const QString comment = "SELECT HEX(table_comment) FROM information_schema.tables WHERE "
+                            "table_schema = DATABASE()";
+    const QString before = server.Value(comment, name);
+    families.Commands.Tables().ExecuteUpdate(name, "t'\"\\", table);
+    EXPECT_EQ(server.Value(comment, name), before);
+    server.Exec("DROP DATABASE `" + name + '`');
+    QString value;
+    families.Commands.Variables().ExecuteGetValue("it's", svoGlobal, value);
+    EXPECT_EQ(value, "");
+    EXPECT_TRUE(families.Failures.isEmpty()) << families.Failures.join('\n').toStdString();
+}
+
+TEST(TFamiliesOnMariaDB, FindNamesAndKeepCommentsWithQuotes)
+{
+    ExpectQuotesInNamesOn(TTestServer::Instance());
+}
+
+TEST(TFamiliesOnMySql9, FindNamesAndKeepCommentsWithQuotes)
+{
+    SKIP_WITHOUT_MYSQL9();
+    ExpectQuotesInNamesOn(*TTestServer::MySql9());
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "sql/uDbmFormatters.h"
+#include "sql/uDbmOtherUtils.h"
 #include "uTestPrint.h"
 
 #include <gtest/gtest.h>
@@ -40,6 +41,80 @@ TEST(TVariableTexts, FollowTheServer)
     // A number that a page delivers as text is quoted.
     EXPECT_EQ(formatters.FormatSetValue("max_connections", "100", svoSession),
               "SET SESSION max_connections = '100'");
+}
+
+using TOther = TDbmOtherFormatters;
+
+TEST(TControlTexts, FollowTheServer)
+{
+    const struct
+    {
+        QString (TOther::*Text)() const;
+        const char *Old;
+        const char *Now; // where the old one is no longer taken
+    } texts[] = {
+        {&TOther::FormatResetSlave, "RESET SLAVE", "RESET REPLICA"},
+        {&TOther::FormatResetMaster, "RESET MASTER", "RESET BINARY LOGS AND GTIDS"},
+        {&TOther::FormatFlushHosts, "FLUSH HOSTS", "TRUNCATE TABLE performance_schema.host_cache"},
+        {&TOther::FormatResetQueryCache, "RESET QUERY CACHE", nullptr},
+        {&TOther::FormatFlushDESKeyFile, "FLUSH DES_KEY_FILE", nullptr},
+        {&TOther::FormatFlushLogs, "FLUSH LOGS", nullptr},
+        {&TOther::FormatFlushPrivileges, "FLUSH PRIVILEGES", nullptr},
+        {&TOther::FormatFlushQueryCache, "FLUSH QUERY CACHE", nullptr},
+        {&TOther::FormatFlushStatus, "FLUSH STATUS", nullptr},
+        {&TOther::FormatFlushTablesWithReadLock, "FLUSH TABLES WITH READ LOCK", nullptr},
+        {&TOther::FormatFlushUserResources, "FLUSH USER_RESOURCES", nullptr},
+    };
+    TDbmServerFeatures features;
+    const TDbmOtherFormatters formatters(&features);
+    // What was renamed went on under its old name for years.
+    for (const char *version : {"5.1.30", "8.0.36", "8.2.0", "11.4.2-MariaDB"}) {
+        features.SetParams(version);
+        for (const auto &text : texts)
+            EXPECT_EQ((formatters.*text.Text)(), text.Old) << version;
+    }
+    features.SetParams("8.4.0");
+    for (const auto &text : texts)
+        EXPECT_EQ((formatters.*text.Text)(), text.Now ? text.Now : text.Old);
+    TDbmEventEntity event;
+    event.Status = evsDisableOnSlave;
+    EXPECT_TRUE(TDbmEventFormatters(&features)
+                    .FormatCreate("d", event, false)
+                    .contains("DISABLE ON SLAVE"));
+}
+
+TEST(TControlTexts, WriteWhatTheyAreGiven)
+{
+    const TDbmServerFeatures features;
+    EXPECT_EQ(TDbmProcessFormatters(&features).FormatKillQuery(-1),
+              "KILL QUERY 18446744073709551615");
+    const TDbmPluginFormatters plugins(&features);
+    EXPECT_EQ(plugins.FormatInstall("p", "ha_p.so"), "INSTALL PLUGIN `p` SONAME 'ha_p.so'");
+    EXPECT_EQ(plugins.FormatUninstall("p"), "UNINSTALL PLUGIN `p`");
+}
+
+// A text with nothing to escape goes out to the byte as it is; a quote never ends the literal.
+TEST(TQuotedTexts, AreEscapedOnlyWhereTheyMust)
+{
+    const TDbmServerFeatures features;
+    const TDbmFormatters formatters(&features);
+    const auto texts = [&](const QString &text) {
+        TDbmTableEntity table;
+        table.Comment = text;
+        return QStringList{formatters.Tables().FormatUpdate("d", "t", table),
+                           formatters.Databases().FormatFetchQuery(text),
+                           formatters.Tables().FormatSelectRow(text, text),
+                           formatters.Events().FormatSelect(text),
+                           formatters.Variables().FormatGetValue(text, svoGlobal),
+                           formatters.UsersPrivileges().FormatSetPassword(text, text, text),
+                           formatters.Plugins().FormatInstall("p", text),
+                           TDbmOtherUtils::FormatUser(text + '@' + text)};
+    };
+    const QString clean = QString::fromUtf8("Größe 100 %s_ `x` ’");
+    for (const QString &text : texts(clean))
+        EXPECT_TRUE(text.contains('\'' + clean + '\'')) << text.toStdString();
+    for (const QString &text : texts("it's \\"))
+        EXPECT_TRUE(text.contains("'it\\'s \\\\'")) << text.toStdString();
 }
 
 TEST(TControlTexts, LockOneTableAtATime)

@@ -1,9 +1,12 @@
 #include "pages/query/uQueryPageFrame.h"
 
 #include "core/uDbmErrorNames.h"
+#include "model/uDbmFieldList.h"
 #include "model/uDbmManager.h"
+#include "model/uDbmTableList.h"
 #include "pages/data/uDataFrame.h"
 #include "pages/data/uFieldKinds.h"
+#include "pages/data/uRecordValues.h"
 #include "pages/query/uEditorFrame.h"
 #include "pages/query/uQueryExplainFrame.h"
 #include "pages/query/uQueryLogFrame.h"
@@ -11,6 +14,7 @@
 #include "shell/uAppDialogs.h"
 #include "shell/uAppMessages.h"
 #include "shell/uGuard.h"
+#include "sql/uDbmRoutineGuard.h"
 #include "support/uFormat.h"
 #include "widgets/uDropDownCombo.h"
 #include "widgets/uTextEditor.h"
@@ -113,6 +117,9 @@ void TQueryPageFrame::FillDatabases()
 
 void TQueryPageFrame::ExecuteQuery(bool selectedOnly)
 {
+    // What is being typed into the result is written ahead of its end.
+    if (FDataFrame && !FDataFrame->CommitEdit())
+        return;
     DetachResult();
     try {
         UseDatabase();
@@ -157,11 +164,13 @@ void TQueryPageFrame::UseDatabase()
 
 void TQueryPageFrame::RunStatements(const QString &text)
 {
+    TDbmRoutineGuard guard(FManager->Commands().Routines(), text);
     try {
         FExecResult =
             FManager->Command().ExecQuery(text, {qoExplain, qoLongStrings, qoLog}, nullptr, ";");
     } catch (const EDacMySqlError &e) {
-        FMySqlError = std::make_unique<EDacMySqlError>(e);
+        FMySqlError = std::make_unique<EDacMySqlError>(
+            e.ErrorCode(), e.ErrorMessage() + guard.PutBack(), e.CommandText());
     }
 }
 
@@ -237,6 +246,7 @@ void TQueryPageFrame::PrepareDataTab(bool dirty)
             if (field)
                 color = TAppFieldTypeColors::Color(FieldKindOf(field->DataType()));
         });
+        FDataFrame->SetOnGetMembers([this](const TField &field) { return MembersOf(field); });
     }
     if (!dirty)
         return;
@@ -245,6 +255,18 @@ void TQueryPageFrame::PrepareDataTab(bool dirty)
     else
         FDataFrame->SetNullParams();
     FDataFrame->Process();
+}
+
+QStringList TQueryPageFrame::MembersOf(const TField &field) const
+{
+    QStringList members;
+    std::shared_ptr<TDbmTableItem> table;
+    if (FManager->TryGetTable(field.Info().Database, field.Info().OrgTable, table))
+        table->Fields().ForEach([&](TDbmFieldItem &item) {
+            if (item.Entity().FieldName == field.Info().OrgName)
+                members = TRecordValues::MembersOf(item.Entity().ServerText.Type);
+        });
+    return members;
 }
 
 void TQueryPageFrame::PrepareExplainTab(bool dirty)

@@ -138,6 +138,25 @@ TEST_F(TQueryPageTest, AFailureStandsInTheErrorBox)
     EXPECT_EQ(ErrorText(), "");
 }
 
+TEST_F(TQueryPageTest, ARoutineThatCannotBeReplacedIsPutBack)
+{
+    Exec("CREATE PROCEDURE p (a int) SELECT a");
+    OpenWorkspace().PageUtils().ShowRoutine(Database().Name(), "p", true);
+    TTextEditor &editor = *Find<TTextEditor>(&QueryPage(), "edEditor");
+    const QString name = '`' + Database().Name() + "`.`p`";
+    EXPECT_EQ(editor.Text().replace("\r\n", "\n"), "DROP PROCEDURE IF EXISTS " + name +
+                                                       ";\n\nDELIMITER $$\n\nCREATE PROCEDURE " +
+                                                       name + " (a int)\nSELECT a");
+    RunQuery(editor.Text() + " FROM");
+    EXPECT_TRUE(ErrorText().startsWith("ER_PARSE_ERROR (1064) - ")) << ErrorText().toStdString();
+    EXPECT_TRUE(ErrorText().endsWith("The old routine \"p\" was put back."));
+    EXPECT_EQ(Value("SELECT routine_definition FROM information_schema.routines WHERE "
+                    "routine_schema = DATABASE()"),
+              "SELECT a");
+    RunQuery(editor.Text().remove(" FROM") + " + 1 AS b");
+    EXPECT_EQ(ErrorText(), "");
+}
+
 TEST_F(TQueryPageTest, RunsTheSelectionAlone)
 {
     OpenWorkspace();

@@ -1,0 +1,242 @@
+#include "sql/uDbmIntervalUtils.h"
+#include "support/uException.h"
+#include "uFamilies.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const TDbmServerFeatures NoFeatures;
+const TDbmViewFormatters Views(&NoFeatures);
+const TDbmRoutineFormatters Routines(&NoFeatures);
+const TDbmTriggerFormatters Triggers(&NoFeatures);
+const TDbmEventFormatters Events(&NoFeatures);
+
+TEST(TViewTexts, HaveALineForWhatTheViewHas)
+{
+    TDbmViewEntity view;
+    view.ViewName = "v";
+    view.Definition = "select `d`.`t`.`a` from `d`.`t` where `D`.`t`.`b`";
+    EXPECT_EQ(Views.FormatCreate("x", view, true, true, false, "d"),
+              "CREATE\r\n  VIEW `x`.`v`\r\nAS\r\nselect `t`.`a` from `t` where `D`.`t`.`b`");
+    view.Definer = "root@%";
+    view.SecurityType = vsInvoker;
+    view.CheckOption = vcoCascaded;
+    view.Definition = "select 1";
+    EXPECT_EQ(Views.FormatCreate("d", view, false, true, true, {}),
+              "CREATE OR REPLACE\r\n  DEFINER = 'root'@'%'\r\n  SQL SECURITY INVOKER\r\n"
+              "  VIEW `d`.`v`\r\nAS\r\nselect 1\r\nWITH CASCADED CHECK OPTION");
+    EXPECT_EQ(Views.FormatDelete("d", "v", true), "DROP VIEW IF EXISTS `d`.`v`");
+}
+
+TEST(TRoutineTexts, NeverNameTheDefiner)
+{
+    TDbmRoutineEntity routine;
+    routine.RoutineName = "r";
+    routine.Definer = "root@localhost";
+    routine.Definition = "SELECT 1";
+    EXPECT_EQ(Routines.FormatCreate("d", routine, {}), "CREATE PROCEDURE `d`.`r` ()\r\nSELECT 1");
+    // Deliberate: ALTER always writes the comment, and takes the name of the entity alone.
+    EXPECT_EQ(Routines.FormatUpdate("d", "old", routine),
+              "ALTER PROCEDURE `d`.`r`\r\n  SQL SECURITY DEFINER\r\n  COMMENT ''");
+    routine.RoutineType = rtFunction;
+    routine.Returns = "varchar(10) CHARSET utf8";
+    routine.Deterministic = true;
+    routine.SecurityType = rsInvoker;
+    routine.Comment = "c";
+    EXPECT_EQ(Routines.FormatCreate("d", routine, "a int"),
+              "CREATE FUNCTION `d`.`r` (a int) RETURNS varchar(10) CHARSET utf8\r\n"
+              "DETERMINISTIC\r\nSQL SECURITY INVOKER\r\nCOMMENT 'c'\r\nSELECT 1");
+    EXPECT_EQ(Routines.FormatDelete("d", routine), "DROP FUNCTION IF EXISTS `d`.`r`");
+}
+
+TEST(TRoutineTexts, ParametersEndAtTheirParenthesis)
+{
+    TFamilies families(TTestServer::Instance());
+    const auto params = [&](const QString &text) {
+        return families.Parse<QString>("SELECT " + text + " AS `Create Procedure`",
+                                       [](const TDataSet &row) {
+                                           QString read;
+                                           Routines.ParseSelectParams(row, rtProcedure, read);
+                                           return read;
+                                       });
+    };
+    EXPECT_EQ(params("'CREATE PROCEDURE `p`(a DECIMAL(10,2)) SELECT (1)'"), "a DECIMAL(10,2)");
+    EXPECT_EQ(params("'CREATE PROCEDURE `p`() SELECT 1'"), "");
+    // Deliberate: parentheses in strings and comments count like any others.
+    EXPECT_EQ(params("'CREATE PROCEDURE `p`(a int /* :) */, b int) SELECT 1'"), "a int /* :");
+    EXPECT_EQ(params("'CREATE PROCEDURE `p`(a int /* :( */) SELECT 1'"), "");
+    EXPECT_EQ(params("NULL"), "");
+}
+
+TEST(TRoutineTexts, ATextThatIsPutBackNamesItsDatabase)
+{
+    TFamilies families(TTestServer::Instance());
+    for (const char *const head :
+         {"CREATE PROCEDURE ", "CREATE DEFINER=`a``b c`@`%` PROCEDURE ",
+          "CREATE DEFINER=\"r\"@\"PROCEDURE x\" PROCEDURE ", "CREATE DEFINER=role PROCEDURE "}) {
+        const auto text = families.Parse<TDbmRoutineText>(
+            QString("SELECT '") + head +
+                "`p`() SELECT 1' AS `Create Procedure`, 'ANSI' AS sql_mode",
+            [](const TDataSet &row) { return Routines.ParseSelectText(row, "d", rtProcedure); });
+        EXPECT_EQ(text.Statement, QString(head) + "`d`.`p`() SELECT 1");
+        EXPECT_EQ(text.Settings.SQLMode, "ANSI");
+    }
+}
+
+TEST(TTriggerTexts, AreTidiedAsTheyAreRead)
+{
+    TFamilies families(TTestServer::Instance());
+    const auto body = [&](const QString &statement) {
+        return families
+            .Parse<TDbmTriggerEntity>("SELECT 'tr' AS trigger_name, '" + statement +
+                                          "' AS ACTION_STATEMENT, 'after' AS ACTION_TIMING, "
+                                          "'delete' AS EVENT_MANIPULATION",
+                                      [](const TDataSet &row) {
+                                          const auto entity = Triggers.ParseSelectRow(row);
+                                          EXPECT_EQ(entity.Event, teAfterDelete);
+                                          return entity;
+                                      })
+            .Body;
+    };
+    EXPECT_EQ(body("  set new.a = 1"), "set new.a = 1\r\n");
+    EXPECT_EQ(body("  END  "), "END\r\n");
+    EXPECT_EQ(body(" BEGIN\\n  SELECT 1;\\n  end "), "BEGIN\r\n  SELECT 1;\r\nend\r\n");
+    EXPECT_EQ(body(" IF a THEN\\n  SELECT 1;\\n  END IF"),
+              "IF a THEN\r\n  SELECT 1;\r\n  END IF\r\n");
+}
+
+TEST(TTriggerTexts, TellThePlaceOnlyWhenPutBack)
+{
+    TDbmWholeTrigger first, second, third;
+    const auto fill = [](TDbmWholeTrigger &trigger, const char *name, int order) {
+        trigger.Entity.TriggerName = name;
+        trigger.Entity.Event = teBeforeInsert;
+        trigger.Entity.Body = "SET @a = 1";
+        trigger.ActionOrder = order;
+    };
+    fill(first, "a", 1);
+    fill(second, "b", 2);
+    fill(third, "c", 2);
+    third.Entity.Event = teAfterInsert;
+    EXPECT_EQ(Triggers.FormatCreate("d", "t", second.Entity),
+              "CREATE TRIGGER `d`.`b` BEFORE INSERT ON `d`.`t`\r\nFOR EACH ROW\r\nSET @a = 1");
+    const QList<TDbmWholeTrigger> all{first, second, third};
+    EXPECT_TRUE(Triggers.FormatRestore("d", "t", second, all).contains("FOLLOWS `a`"));
+    EXPECT_TRUE(Triggers.FormatRestore("d", "t", first, all).contains("PRECEDES `b`"));
+    third.Entity.Definer = "root@localhost";
+    EXPECT_EQ(Triggers.FormatRestore("d", "t", third, all),
+              "CREATE DEFINER = 'root'@'localhost' TRIGGER `d`.`c` AFTER INSERT ON `d`.`t`\r\n"
+              "FOR EACH ROW\r\nSET @a = 1");
+}
+
+TEST(TEventTexts, HaveAClauseForWhatIsSet)
+{
+    TDbmEventEntity event;
+    event.EventName = "e";
+    event.EventType = evtRecurring;
+    event.Interval.Days = 1;
+    event.Definition = "SELECT 1";
+    // Deliberate: the blank behind the interval stays.
+    EXPECT_EQ(Events.FormatCreate("d", event, true),
+              "CREATE\r\n  EVENT `d`.`e`\r\n  ON SCHEDULE EVERY 1 DAY \r\n"
+              "  ON COMPLETION NOT PRESERVE\r\n  COMMENT ''\r\nDO\r\nSELECT 1");
+    event.EventType = evtOneTime;
+    TDateTime::TryEncode(2001, 2, 3, 4, 5, 6, event.AtTimestamp); // passed long ago
+    event.OnCompletionPreserve = true;
+    event.Definer = "root@%";
+    event.Status = evsDisableOnSlave;
+    EXPECT_EQ(Events.FormatUpdate("d", "old", event),
+              "ALTER\r\n  DEFINER = 'root'@'%'\r\n  EVENT `d`.`old`\r\n"
+              "  ON SCHEDULE AT '2001-02-03 04:05:06'\r\n  ON COMPLETION PRESERVE\r\n"
+              "  RENAME TO `d`.`e`\r\n  DISABLE ON SLAVE\r\n  COMMENT ''\r\nDO\r\nSELECT 1");
+    EXPECT_FALSE(Events.FormatCreate("d", event, false).contains("DEFINER"));
+}
+
+TEST(TEventTexts, StatusWordsOfAllServersAreRead)
+{
+    TFamilies families(TTestServer::Instance());
+    const QPair<const char *, TDbmEventStatus> words[] = {
+        {"enabled", evsEnable},
+        {"DISABLED", evsDisable},
+        {"SLAVESIDE_DISABLED", evsDisableOnSlave},
+        {"REPLICA_SIDE_DISABLED", evsDisableOnSlave},
+        {"ENABLE", evsUnknown},
+    };
+    for (const auto &[word, status] : words)
+        EXPECT_EQ(families
+                      .Parse<TDbmEventEntity>(
+                          QString("SELECT 'e' AS EVENT_NAME, '") + word + "' AS STATUS",
+                          [](const TDataSet &row) { return Events.ParseSelectRow(row); })
+                      .Status,
+                  status)
+            << word;
+}
+
+struct TIntervalCase
+{
+    const char *Value;
+    const char *Unit;
+    const char *Written; // "" for what cannot be written
+    const char *Shown;
+};
+
+const TIntervalCase IntervalCases[] = {
+    {"1", "DAY", "1 DAY", "1d"},
+    {"2", "QUARTER", "2 QUARTER", "2q"},
+    {"3", "WEEK", "3 WEEK", "3w"},
+    {"4", "MICROSECOND", "4 MICROSECOND", "4ms"},
+    {"'1-6'", "YEAR_MONTH", "'1-6' YEAR_MONTH", "1y 6m"},
+    {"'1 6'", "DAY_HOUR", "'1 6' DAY_HOUR", "1d 6h"},
+    {"'1 0:5'", "DAY_MINUTE", "'1 0:5' DAY_MINUTE", "1d 5m"},
+    {"'1 0:0:5'", "DAY_SECOND", "'1 0:0:5' DAY_SECOND", "1d 5s"},
+    {"'2:3'", "HOUR_MINUTE", "'2:3' HOUR_MINUTE", "2h 3m"},
+    {"'2:3'", "MINUTE_SECOND", "'2:3' MINUTE_SECOND", "2m 3s"},
+    {"'1:2:3'", "HOUR_SECOND", "'1:2:3' HOUR_SECOND", "1h 2m 3s"},
+    {"'1:2:3.4'", "HOUR_MICROSECOND", "'1:2:3.4' HOUR_MICROSECOND", "1h 2m 3s 4ms"},
+    {"'2:3.4'", "MINUTE_MICROSECOND", "'2:3.4' MINUTE_MICROSECOND", "2m 3s 4ms"},
+    {"'3.4'", "SECOND_MICROSECOND", "'3.4' SECOND_MICROSECOND", "3s 4ms"},
+    // Deliberate: one value short, so that nothing but what was asked for reaches the server.
+    {"'1 2:3:4.5'", "DAY_MICROSECOND", "", "1d 2h 3m 4s 5ms"},
+    {"'1-0'", "YEAR_MONTH", "1 YEAR", "1y"}, // the unit follows the members
+};
+
+TEST(TIntervals, AreReadWrittenAndShown)
+{
+    for (const TIntervalCase &each : IntervalCases) {
+        TDbmInterval interval;
+        TDbmIntervalUtils::ParseValue(each.Value, each.Unit, interval);
+        EXPECT_EQ(TDbmIntervalUtils::IntervalToDisplayString(interval), each.Shown);
+        if (*each.Written)
+            EXPECT_EQ(TDbmIntervalUtils::FormatValue(interval), each.Written);
+        else
+            EXPECT_THROW(TDbmIntervalUtils::FormatValue(interval), EException);
+    }
+    TDbmInterval mixed;
+    mixed.Years = 1;
+    mixed.Weeks = 2;
+    EXPECT_EQ(TDbmIntervalUtils::FormatValue(mixed), "1 YEAR") << "smaller ones have no room";
+}
+
+TEST(TIntervals, SayWhatTheyCannotRead)
+{
+    const auto failure = [](const std::function<void()> &action) {
+        try {
+            action();
+        } catch (const EException &e) {
+            return e.Message();
+        }
+        return QString("no error");
+    };
+    TDbmInterval interval;
+    const auto parse = [&](const char *value, const char *unit) {
+        return failure([&] { TDbmIntervalUtils::ParseValue(value, unit, interval); });
+    };
+    EXPECT_EQ(parse("1", "FORTNIGHT"), "Parse interval error. Unknown type (FORTNIGHT).");
+    EXPECT_EQ(parse("1-6", "YEAR_MONTH"), "Parse YEAR_MONTH interval error.");
+    EXPECT_EQ(parse("'1:2'", "SECOND_MICROSECOND"), "Parse SECOND_MICROSECOND interval error.");
+    EXPECT_EQ(failure([] { TDbmIntervalUtils::FormatValue({}); }),
+              "Format interval error. Can not detect type.");
+}
+
+} // namespace

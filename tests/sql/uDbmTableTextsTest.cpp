@@ -1,0 +1,163 @@
+#include "uFamilies.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const TDbmServerFeatures NoFeatures;
+const TDbmTableFormatters Tables(&NoFeatures);
+const TDbmIndexFormatters Indexes(&NoFeatures);
+const TDbmReferenceFormatters References(&NoFeatures);
+
+TDbmTableEntity Table(const QString &name)
+{
+    TDbmTableEntity entity;
+    entity.TableName = name;
+    return entity;
+}
+
+TEST(TTableTexts, ANewTableHasAKeyAndSaysItsRowFormat)
+{
+    EXPECT_EQ(Tables.FormatCreate("d", Table("t"), {}),
+              "CREATE TABLE `d`.`t`(\r\n"
+              "  `id` INT UNSIGNED NOT NULL AUTO_INCREMENT,\r\n"
+              "  PRIMARY KEY (`id`)\r\n"
+              ")\r\n"
+              "ROW_FORMAT = DEFAULT");
+    TDbmFieldEntity field;
+    field.FieldName = "a";
+    field.FieldType.DataType = fdtInt;
+    TDbmIndexEntity none;
+    none.IndexName = "left out";
+    TDbmTableEntity full = Table("t");
+    full.Engine = "MyISAM";
+    full.AutoIncrement = 1;
+    full.Collation = "utf8mb4_bin";
+    full.RowFormat = rfFixed;
+    full.Checksum = full.DelayKeyWrite = true;
+    full.PackKeys = pkOff;
+    full.Comment = "it's";
+    EXPECT_EQ(Tables.FormatCreate("", full, "latin1_bin", {{}}, {none}, {field}),
+              "CREATE TABLE `t`(\r\n"
+              "  `a` INT NOT NULL\r\n"
+              ")\r\n"
+              "ENGINE = MyISAM\r\nAUTO_INCREMENT = 1\r\nCOLLATE = utf8mb4_bin\r\n"
+              "ROW_FORMAT = FIXED\r\nCHECKSUM = 1\r\nPACK_KEYS = 0\r\nDELAY_KEY_WRITE = 1\r\n"
+              "COMMENT = 'it\\'s'");
+    EXPECT_FALSE(Tables.FormatCreate("", full, "utf8mb4_bin").contains("COLLATE ="));
+}
+
+// Deliberate: what did not change is written too, without commas, and a line break ends it all.
+TEST(TTableTexts, AnUpdateWritesAllOptions)
+{
+    EXPECT_EQ(Tables.FormatUpdate("d", "old", Table("new")),
+              "ALTER TABLE `d`.`old`\r\nROW_FORMAT = DEFAULT\r\nCHECKSUM = 0\r\n"
+              "PACK_KEYS = DEFAULT\r\nDELAY_KEY_WRITE = 0\r\nCOMMENT = ''\r\n");
+    EXPECT_EQ(Tables.FormatDelete("d", "t"), "DROP TABLE IF EXISTS `d`.`t`");
+    EXPECT_EQ(Tables.FormatTruncate("", "t"), "TRUNCATE TABLE `t`");
+}
+
+TEST(TTableTexts, TheLastOptionLosesItsLastCharacter)
+{
+    TFamilies families(TTestServer::Instance());
+    const auto parse = [&](const QString &options) {
+        const auto entity = families.Parse<TDbmTableEntity>(
+            "SELECT 't' AS TABLE_NAME, '" + options + "' AS CREATE_OPTIONS",
+            [](const TDataSet &row) { return Tables.ParseSelectRow(row); });
+        return QString("%1 %2 %3")
+            .arg(entity.Checksum)
+            .arg(entity.PackKeys)
+            .arg(entity.DelayKeyWrite);
+    };
+    const QString isDefault = QString::number(pkDefault);
+    EXPECT_EQ(parse("checksum=1"), "0 " + isDefault + " 0");
+    EXPECT_EQ(parse("CHECKSUM=1 delay_key_write=1"), "1 " + isDefault + " 0");
+    EXPECT_EQ(parse("pack_keys=0 delay_key_write=1 checksum=1 "),
+              "1 " + QString::number(pkOff) + " 1");
+}
+
+TEST(TIndexTexts, OnlyTheExactWordIsThePrimaryKey)
+{
+    EXPECT_EQ(Indexes.FormatDropIndex("PRIMARY"), "DROP PRIMARY KEY");
+    EXPECT_EQ(Indexes.FormatDropIndex("primary"), "DROP INDEX `primary`");
+    TDbmIndexColumnEntity whole, prefix;
+    whole.ColumnName = "a";
+    prefix.ColumnName = "b";
+    prefix.Length = 5;
+    TDbmIndexEntity index;
+    index.IndexName = "k";
+    const QPair<TDbmIndexKind, const char *> texts[] = {
+        {ikPrimary, "ADD PRIMARY KEY (`a`, `b`(5))"},
+        {ikUnique, "ADD UNIQUE KEY `k` (`a`, `b`(5))"},
+        {ikIndex, "ADD KEY `k` (`a`, `b`(5))"},
+        {ikFulltext, "ADD FULLTEXT KEY `k` (`a`, `b`(5))"},
+        {ikSpatial, "ADD SPATIAL KEY `k` (`a`, `b`(5))"},
+    };
+    for (const auto &[kind, text] : texts) {
+        index.IndexKind = kind;
+        EXPECT_EQ(Indexes.FormatAddIndex(index, {whole, prefix}), text);
+    }
+}
+
+TEST(TIndexTexts, KindsAreReadFromTheCatalogue)
+{
+    TFamilies families(TTestServer::Instance());
+    const auto kind = [&](const QString &name, const QString &nonUnique, const QString &type) {
+        return families
+            .Parse<TDbmIndexEntity>("SELECT '" + name + "' AS index_name, " + nonUnique +
+                                        " AS non_unique, '" + type + "' AS index_type",
+                                    [](const TDataSet &row) { return Indexes.ParseSelectRow(row); })
+            .IndexKind;
+    };
+    EXPECT_EQ(kind("primary", "0", "BTREE"), ikPrimary);
+    EXPECT_EQ(kind("k", "0", "BTREE"), ikUnique);
+    EXPECT_EQ(kind("k", "1", "fulltext"), ikFulltext);
+    EXPECT_EQ(kind("k", "1", "SPATIAL"), ikIndex) << "deliberate: only the table's text tells";
+    EXPECT_EQ(kind("PRIMARY", "'x'", "BTREE"), ikIndex);
+}
+
+// Deliberate: the order of the rows carries the position, which is not among the columns.
+TEST(TIndexTexts, PositionsReadZero)
+{
+    TFamilies families(TTestServer::Instance());
+    const TTestDatabase database;
+    database.Exec("CREATE TABLE t (a int, b int, KEY k (b, a))");
+    const auto columns = families.Commands.IndexColumns().ExecuteSelectOnDatabase(database.Name());
+    ASSERT_EQ(columns.size(), 2);
+    EXPECT_EQ(columns[0].ColumnName + columns[1].ColumnName, "ba");
+    EXPECT_EQ(columns[1].Position, 0);
+}
+
+TEST(TReferenceTexts, NameAnotherDatabaseAlone)
+{
+    TDbmReferenceEntity reference;
+    reference.RefDatabaseName = "d";
+    reference.RefTableName = "p";
+    reference.OnDelete = roSetNull;
+    TDbmReferenceColumnEntity column;
+    column.SrcColumnName = "a";
+    column.RefColumnName = "b";
+    // Deliberate: the place of a missing name stays as a second blank.
+    EXPECT_EQ(References.FormatAddForeignKey(reference, {column}, "d"),
+              "ADD FOREIGN KEY  (`a`) REFERENCES `p` (`b`) ON DELETE SET NULL");
+    reference.ReferenceName = "fk";
+    reference.OnDelete = roUnknown;
+    reference.OnUpdate = roNoAction;
+    EXPECT_EQ(References.FormatAddForeignKey(reference, {column, column}, "other"),
+              "ADD FOREIGN KEY `fk` (`a`, `a`) REFERENCES `d`.`p` (`b`, `b`)  ON UPDATE NO ACTION");
+    EXPECT_EQ(References.FormatAlterTableDropForeignKey("d", "t", "fk"),
+              "ALTER TABLE `d`.`t` DROP FOREIGN KEY `fk`");
+}
+
+// Deliberate: the parser of a table's text tells an unknown rule as unknown instead.
+TEST(TReferenceTexts, AnUnknownRuleOfTheCatalogueIsRestrict)
+{
+    TFamilies families(TTestServer::Instance());
+    const auto entity = families.Parse<TDbmReferenceEntity>(
+        "SELECT 'fk' AS constraint_name, 'SET DEFAULT' AS update_rule, 'cascade' AS delete_rule",
+        [](const TDataSet &row) { return References.ParseSelectRow(row); });
+    EXPECT_EQ(entity.OnUpdate, roRestrict);
+    EXPECT_EQ(entity.OnDelete, roCascade);
+}
+
+} // namespace
