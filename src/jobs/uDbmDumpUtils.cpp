@@ -325,8 +325,8 @@ QString TDbmDumpUtils::DumpCreateRoutine(const QString &routine, TDbmRoutineType
         const QString words = QString(kind).toUpper();
         entity.Definition =
             FitProgram(ExactBody(words, routine, entity.Definition), words, routine);
-        return Carried(FFormatters->Routines().FormatCreate(Target(), entity, params), kind,
-                       routine);
+        const QString text = FFormatters->Routines().FormatCreate(Target(), entity, params);
+        return Carried(FitComment(text, entity.Comment, words, routine), kind, routine);
     }
     return {};
 }
@@ -349,7 +349,8 @@ QString TDbmDumpUtils::DumpCreateEvent(const QString &event)
         LeaveOut("time zone %s of event \"%s\"", {entity.TimeZone, event});
     entity.EventName = Escaped(event);
     entity.Definition = FitProgram(ExactBody("EVENT", event, entity.Definition), "EVENT", event);
-    return Carried(FFormatters->Events().FormatCreate(Target(), entity, false), "event", event);
+    const QString text = FFormatters->Events().FormatCreate(Target(), entity, false);
+    return Carried(FitComment(text, entity.Comment, "EVENT", event), "event", event);
 }
 
 QString TDbmDumpUtils::DumpDropEvent(const QString &event)
@@ -572,6 +573,16 @@ QString TDbmDumpUtils::ExactBody(const QString &kind, const QString &name, const
             });
     const QString body = TDbmProgramTexts::Body(kind, create);
     return body.isEmpty() ? listed : body;
+}
+
+// Where backslashes do not escape, only a doubled quote does not end the text.
+QString TDbmDumpUtils::FitComment(QString text, const QString &comment, const QString &kind,
+                                  const QString &name)
+{
+    if (!comment.isEmpty() && Program(kind, name).Mode.contains("NO_BACKSLASH_ESCAPES"))
+        text.replace("COMMENT '" + TDbmSqlStringFormatter::Format(comment) + '\'',
+                     "COMMENT '" + QString(comment).replace('\'', "''") + '\'');
+    return text;
 }
 
 QString TDbmDumpUtils::FitProgram(const QString &body, const QString &kind, const QString &name)

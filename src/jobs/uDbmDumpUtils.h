@@ -84,6 +84,8 @@ private:
     };
     TProgram Program(const QString &kind, const QString &name);
     QString ExactBody(const QString &kind, const QString &name, const QString &listed);
+    QString FitComment(QString text, const QString &comment, const QString &kind,
+                       const QString &name);
     QString FitProgram(const QString &body, const QString &kind, const QString &name);
     QString Carried(const QString &text, const char *kind, const QString &name);
     void FitIndex(TDbmWholeIndex &index, const QString &table);

@@ -56,12 +56,15 @@ TDbmSqlModes::TFit TDbmSqlModes::Fit(const QString &made, const QString &here, b
             known += word;
     }
     const QStringList wanted = Common(madeWords, known);
-    if (wanted == Common(hereWords, known))
-        return fit;
-    // A file changes modes only for what would not load otherwise, or as something else.
-    if (!intoFile || Common(madeWords, SyntaxModes) != Common(hereWords, SyntaxModes))
+    const QStringList syntax = Common(madeWords, SyntaxModes);
+    // A file changes modes only for what would not load otherwise, or as something else, on any
+    // server with modes of the usual kind.
+    const bool hasToBeSet =
+        intoFile && (!syntax.isEmpty() || !Common(hereWords, SyntaxModes).isEmpty());
+    const bool isOther = wanted != Common(hereWords, known);
+    if (hasToBeSet || (isOther && !intoFile))
         fit.Mode = wanted.isEmpty() ? QString("") : wanted.join(u',');
-    else
+    else if (isOther)
         fit.Lost += u'"' + wanted.join(u',') + u'"';
     return fit;
 }

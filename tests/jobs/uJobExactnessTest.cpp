@@ -329,7 +329,8 @@ TEST_P(TOtherServerTest, QuotesAndBackslashesAreReadAsTheyWereWritten)
          " COMMENT 'it''s \"\\n\"'");
     Exec("INSERT INTO t VALUES ('a\\', 1), ('it''s \"x\"', 2), ('\\''', NULL)");
     Exec("CREATE VIEW v AS SELECT v AS \"w\", 'it''s \\n' AS s FROM t");
-    Exec("CREATE FUNCTION f () RETURNS VARCHAR(20) DETERMINISTIC RETURN 'it''s\\n'");
+    Exec("CREATE FUNCTION f () RETURNS VARCHAR(20) DETERMINISTIC COMMENT 'it''s \\' RETURN"
+         " 'it''s\\n'");
     const QString values = "SELECT GROUP_CONCAT(HEX(v), e ORDER BY v) FROM t";
     const QString copy = Name() + "_copy";
     for (int run = 0; run < 2; ++run)
@@ -341,7 +342,18 @@ TEST_P(TOtherServerTest, QuotesAndBackslashesAreReadAsTheyWereWritten)
                            " 't' AND table_schema = DATABASE()",
                            copy),
               "it's \"\\n\"");
+    const QString comment = "SELECT routine_comment FROM information_schema.routines WHERE"
+                            " routine_schema = DATABASE()";
+    EXPECT_EQ(Other->Value(comment, copy), "it's \\");
     Other->Exec("DROP DATABASE " + copy);
+    EXPECT_EQ(Dump().Error, "");
+    TDbmExecuteSqlDumpWorker load;
+    load.FProfile = ServerProfile(TTestServer::Instance());
+    load.FFileName = File();
+    EXPECT_EQ(Run(load).Error.toStdString(), "");
+    EXPECT_EQ(TTestServer::Instance().Value("SELECT HEX(CONCAT(f(), MIN(s))) FROM v", Name()),
+              Value("SELECT HEX(CONCAT(f(), MIN(s))) FROM v"));
+    TTestServer::Instance().Exec("DROP DATABASE " + Name());
     const auto workspace = Workspace();
     Clone(*workspace, "t", "t_copy");
     EXPECT_EQ(Value("SELECT COUNT(*) FROM t JOIN t_copy USING (v)"), "3");
