@@ -13,7 +13,6 @@ class TDbmCommand;
 class TDbmFieldList;
 class TDbmManager;
 
-/// The one place from which dialogs are opened: one operation per user intention. Each gives
 /// The objects that have a dialog to make and to change them.
 enum TAppDialogKind {
     adkDatabase,
@@ -27,6 +26,7 @@ enum TAppDialogKind {
     adkUser
 };
 
+/// The one place from which dialogs are opened: one operation per user intention. Each gives
 /// whether the user confirmed; out arguments are set only then. Modal, main thread.
 class TAppDialogs
 {
@@ -65,7 +65,6 @@ public:
     static bool SelectFields(const QString &title, TDbmFieldList &fields, QStringList &names);
     static bool SelectCharset(TDbmManager &manager, QString &name);
 
-    /// Rename and delete do the change; an object that is no longer there is not asked about.
     /// What a dialog of an object is opened for: to change `Name`, or to make one when that is
     /// empty. An account without a name is told from none by its host.
     struct TObjectTask
@@ -113,6 +112,7 @@ public:
     static bool CreateUser(TDbmManager &manager);
     static bool UpdateUser(TDbmManager &manager, const QString &userName, const QString &hostName);
 
+    /// Rename and delete do the change; an object that is no longer there is not asked about.
     static bool RenameTable(TDbmManager &manager, const QString &databaseName, QString &newName,
                             const QString &tableName);
     static bool RenameView(TDbmManager &manager, const QString &databaseName, QString &newName,
@@ -139,11 +139,11 @@ public:
                                 const QString &tableName, const QString &referenceName);
     static bool DeleteTrigger(TDbmManager &manager, const QString &databaseName,
                               const QString &tableName, const QString &triggerName);
-
     static bool DeleteUser(TDbmManager &manager, const QString &userName, const QString &hostName);
+
     // The rows of a table. `whereFields` and `whereValues` are the whole key of one row.
     static bool TextEditor(const QString &title, const QString &value, QString &result);
-    /// `result` gets the dialog's bytes when it is confirmed, else the value; empty stands for
+    /// `result` gets the bytes that the dialog had at last, confirmed or not; empty stands for
     /// NULL.
     static bool BlobEditor(const QString &title, const QByteArray &value, QByteArray &result);
     static bool CreateDataRecord(TDbmManager &manager, const QString &databaseName,

@@ -6,6 +6,7 @@
 #include "pages/data/uDataRecordDialogFrame.h"
 #include "pages/data/uTextDialogFrame.h"
 #include "shell/uDialogForm.h"
+#include "support/uException.h"
 
 bool TAppDialogs::TextEditor(const QString &title, const QString &value, QString &result)
 {
@@ -16,10 +17,10 @@ bool TAppDialogs::TextEditor(const QString &title, const QString &value, QString
 
 bool TAppDialogs::BlobEditor(const QString &title, const QByteArray &value, QByteArray &result)
 {
-    result = value;
-    return TDialogForm::RunFrame<TBlobDialogFrame>(
-        Owner(), [&](TBlobDialogFrame &frame) { frame.SetParams(title, value); },
-        [&](TBlobDialogFrame &frame) { result = frame.GetResultValue(); });
+    return TDialogForm::RunFrame<TBlobDialogFrame>(Owner(), [&](TBlobDialogFrame &frame) {
+        frame.SetParams(title, value);
+        frame.SetOnValue([&result](const QByteArray &bytes) { result = bytes; });
+    });
 }
 
 bool TAppDialogs::CreateDataRecord(TDbmManager &manager, const QString &databaseName,
@@ -46,8 +47,9 @@ bool TAppDialogs::DeleteDataRecord(TDbmManager &manager, const QString &database
                                    const QString &tableName)
 {
     return Execute("Do you really want to delete this record?", [&] {
-        manager.Commands().Data().ExecuteDeleteRow(databaseName, tableName, whereValues,
-                                                   whereFields);
+        if (manager.Commands().Data().ExecuteDeleteRow(databaseName, tableName, whereValues,
+                                                       whereFields) == 0)
+            throw EException("The record was not deleted: it does not exist any more.");
     });
 }
 

@@ -51,8 +51,16 @@ void TBlobDialogFrame::SetParams(const QString &title, const QByteArray &value)
     Display();
 }
 
+void TBlobDialogFrame::SetOnValue(std::function<void(const QByteArray &value)> event)
+{
+    FOnValue = std::move(event);
+    FOnValue(FValue);
+}
+
 void TBlobDialogFrame::Display()
 {
+    if (FOnValue)
+        FOnValue(FValue);
     FImage = {};
     const char *format = TFileFormatUtils::IsPng(FValue)    ? "PNG"
                          : TFileFormatUtils::IsGif(FValue)  ? "GIF"

@@ -2,6 +2,8 @@
 
 #include "shell/uDialogFrame.h"
 
+#include <functional>
+
 class QLabel;
 class QStackedWidget;
 
@@ -14,7 +16,8 @@ public:
     explicit TBlobDialogFrame(QWidget *owner) : TDialogFrame(owner) {}
 
     void SetParams(const QString &title, const QByteArray &value);
-    const QByteArray &GetResultValue() const { return FValue; } // empty stands for NULL
+    /// Called with each value that the dialog takes; empty stands for NULL.
+    void SetOnValue(std::function<void(const QByteArray &value)> event);
 
 protected:
     void DoCreate() override;
@@ -29,6 +32,7 @@ private:
     void Clear();
 
     QString FTitle;
+    std::function<void(const QByteArray &value)> FOnValue;
     QByteArray FValue;
     QPixmap FImage;
     QStackedWidget *pcBlob = nullptr;

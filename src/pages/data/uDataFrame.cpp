@@ -1,6 +1,7 @@
 #include "pages/data/uDataFrame.h"
 
 #include "client/uDataSet.h"
+#include "shell/uAppDialogs.h"
 #include "widgets/uDataSetGrid.h"
 #include "widgets/uDataSetModel.h"
 
@@ -19,6 +20,12 @@ void TDataFrame::DoCreate()
     FGrid->setAccessibleName("Data");
     FModel = FGrid->DataModel();
     FModel->SetOnGetColumnColor([this](const QString &name) { return ColumnColor(name); });
+    FGrid->SetOnEditBytes([](const QString &name, QByteArray &bytes) {
+        QByteArray result;
+        const bool isConfirmed = TAppDialogs::BlobEditor(name, bytes, result);
+        bytes = result;
+        return isConfirmed;
+    });
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(FGrid);
@@ -95,6 +102,26 @@ void TDataFrame::SetEditMode(bool value)
     FGrid->SetEditMode(value);
 }
 
+bool TDataFrame::CommitEdit()
+{
+    return FGrid->CommitEdit();
+}
+
+void TDataFrame::ForgetPlace()
+{
+    FGrid->ForgetPlace();
+}
+
+void TDataFrame::SetOnGetMembers(TGetMembersEvent event)
+{
+    FModel->SetOnGetMembers(std::move(event));
+}
+
+void TDataFrame::SetOnEditWhole(std::function<void(const QString &FieldName)> event)
+{
+    FGrid->SetOnEditWhole(std::move(event));
+}
+
 void TDataFrame::SetSortByOwner(bool value)
 {
     FSortByOwner = value;
@@ -133,7 +160,7 @@ QColor TDataFrame::ColumnColor(const QString &fieldName)
 void TDataFrame::SortingChanged(int column, bool ascending)
 {
     FSortFieldName = FModel->FieldName(column);
-    FSortAscending = ascending;
+    FSortAscending = ascending && column >= 0;
     Q_EMIT OnSortingChanged();
 }
 

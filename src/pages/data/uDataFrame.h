@@ -11,6 +11,7 @@ class QMenu;
 class TDataSet;
 class TDataSetGrid;
 class TDataSetModel;
+class TField;
 
 /// The data grid of the query page and the table data page: one column per field of a dataset.
 class TDataFrame : public TBaseFrame
@@ -19,6 +20,7 @@ class TDataFrame : public TBaseFrame
 public:
     using TGetDisplayTextEvent = std::function<void(const QString &FieldName, QString &Text)>;
     using TGetColumnColorEvent = std::function<void(const QString &FieldName, QColor &Color)>;
+    using TGetMembersEvent = std::function<QStringList(const TField &Field)>;
     using TRecordEvent = std::function<void(TDataSet *Dataset)>;
 
     explicit TDataFrame(QWidget *owner);
@@ -37,6 +39,10 @@ public:
     /// whole rows are selected and the keys work.
     bool EditMode() const { return FEditMode; }
     void SetEditMode(bool value);
+    /// Writes what is being typed. False when the server refuses: the editor then stays as it is.
+    bool CommitEdit();
+    /// The next rows are others than those shown, so that the place goes to their top.
+    void ForgetPlace();
     /// Where the owner orders the rows itself; else a click on a header sorts the rows at hand.
     void SetSortByOwner(bool value);
     const QString &SortFieldName() const { return FSortFieldName; }
@@ -48,6 +54,10 @@ public:
 
     void SetOnGetDisplayText(TGetDisplayTextEvent event);
     void SetOnGetColumnColor(TGetColumnColorEvent event);
+    /// The values that an ENUM or SET column takes.
+    void SetOnGetMembers(TGetMembersEvent event);
+    /// Edits a value that the rows have only the length of.
+    void SetOnEditWhole(std::function<void(const QString &FieldName)> event);
     void SetOnAppendRecord(TRecordEvent event) { FOnAppendRecord = std::move(event); }
     void SetOnUpdateRecord(TRecordEvent event) { FOnUpdateRecord = std::move(event); }
     void SetOnDeleteRecord(TRecordEvent event) { FOnDeleteRecord = std::move(event); }

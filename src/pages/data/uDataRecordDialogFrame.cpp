@@ -34,12 +34,6 @@ bool FitsALine(const QString &text)
            !text.contains(QChar::Null);
 }
 
-bool IsLongText(const TDbmFieldEntity &field)
-{
-    const TDbmFieldDataType type = field.FieldType.DataType;
-    return TDbmFieldUtils::IsString(type) && !TDbmFieldUtils::HaveValues(type);
-}
-
 } // namespace
 
 void TDataRecordDialogFrame::DoCreate()
@@ -127,7 +121,7 @@ void TDataRecordDialogFrame::InitializeUpdate(TDbmManager &manager, const QStrin
     FMode = rmUpdate;
     FWhereFields = whereFields;
     FWhereValues = whereValues;
-    const bool found = manager.Commands().Data().ExecuteSelectRow(
+    const bool found = manager.Commands().Data().TrySelectRow(
         databaseName, tableName,
         [this](const TDataSet &row) {
             TakeRow(row);
@@ -143,12 +137,20 @@ void TDataRecordDialogFrame::TakeRow(const TDataSet &row)
 {
     for (TField &field : FFields) {
         const ::TField *column = row.FindField(field.Entity.FieldName);
-        FInitialValues[field.Entity.FieldName] = column ? column->Value() : TVariant();
-        if (column && !column->IsNull() && !FInitialValues[field.Entity.FieldName].IsBytes())
-            field.Shown = column->AsString();
-        else
-            field.Shown = TRecordValues::ToText(FInitialValues[field.Entity.FieldName]);
+        TVariant &value = FInitialValues[field.Entity.FieldName];
+        value = column ? ValueOf(field, *column) : TVariant();
+        field.Shown = column && !column->IsNull() && !value.IsBytes()
+                          ? column->AsString()
+                          : TRecordValues::ToText(value);
     }
+}
+
+// No bytes and no value are two things in the table, and only one of them here would be lost.
+TVariant TDataRecordDialogFrame::ValueOf(const TField &field, const ::TField &column)
+{
+    const TVariant value = column.Value();
+    const bool isBlob = TDbmFieldUtils::IsBlob(field.Entity.FieldType.DataType);
+    return isBlob && !value.IsNull() && !value.IsBytes() ? TVariant(column.AsBytes()) : value;
 }
 
 void TDataRecordDialogFrame::FillGrid()
@@ -157,8 +159,10 @@ void TDataRecordDialogFrame::FillGrid()
     for (const TField &field : FFields)
         AddRow(field);
     connect(vgRecord, &TVerticalGrid::OnRowChanged, this, [this](TVerticalRow *row) {
-        if (!FFilling)
-            FTyped.insert(row->Name());
+        if (FFilling)
+            return;
+        FTyped.insert(row->Name());
+        FWholeTexts.remove(row->Name());
     });
 }
 
@@ -167,24 +171,37 @@ TVerticalRow &TDataRecordDialogFrame::Row(const TField &field) const
     return *vgRecord->Row(field.Entity.FieldName);
 }
 
+TRowKind TDataRecordDialogFrame::KindOf(const TDbmFieldEntity &field)
+{
+    const TDbmFieldDataType type = field.FieldType.DataType;
+    switch (type) {
+    case fdtBool:
+        return rkCheck;
+    case fdtEnum:
+        return rkFixedCombo;
+    case fdtSet:
+        return rkSeveral;
+    case fdtDate:
+        return rkDayText;
+    case fdtDateTime:
+    case fdtTimeStamp:
+        return rkDateText;
+    default:
+        return TDbmFieldUtils::IsBlob(type)     ? rkReadOnlyButtons
+               : TDbmFieldUtils::IsString(type) ? rkTextButton
+                                                : rkText;
+    }
+}
+
 void TDataRecordDialogFrame::AddRow(const TField &field)
 {
     const TDbmFieldEntity &entity = field.Entity;
-    const TDbmFieldDataType type = entity.FieldType.DataType;
-    TRowKind kind = rkText;
-    if (TDbmFieldUtils::IsBlob(type))
-        kind = rkReadOnlyButtons;
-    else if (TDbmFieldUtils::IsBoolean(type))
-        kind = rkCheck;
-    else if (type == fdtEnum)
-        kind = rkFixedCombo;
-    else if (IsLongText(entity))
-        kind = rkTextButton;
+    const TRowKind kind = KindOf(entity);
     TVerticalRow *row = vgRecord->Add(kind, entity.FieldName, entity.FieldName);
-    row->SetColor(TAppFieldTypeColors::Color(TFieldItemKinds::KindOf(type)));
+    row->SetColor(TAppFieldTypeColors::Color(TFieldItemKinds::KindOf(entity.FieldType.DataType)));
     row->SetHint(entity.Comment.isEmpty() ? field.TypeText : entity.Comment);
-    if (kind == rkFixedCombo)
-        row->SetValues(entity.FieldType.Values);
+    if (kind == rkFixedCombo || kind == rkSeveral)
+        SetMembers(field, *row);
     if (kind == rkReadOnlyButtons || kind == rkTextButton) {
         row->SetButtons({EditCaption});
         connect(row, &TVerticalRow::OnButton, this, [this, &field, kind] {
@@ -194,6 +211,17 @@ void TDataRecordDialogFrame::AddRow(const TField &field)
     ShowValue(field);
 }
 
+void TDataRecordDialogFrame::SetMembers(const TField &field, TVerticalRow &row)
+{
+    QStringList members = TRecordValues::MembersOf(field.Entity.ServerText.Type);
+    // An ENUM that once took what it does not know has the empty text for it.
+    const TVariant &value = FInitialValues[field.Entity.FieldName];
+    if (row.Kind() == rkFixedCombo && value.IsString() && value.ToString().isEmpty() &&
+        !members.contains(QString()))
+        members.prepend("");
+    row.SetValues(members);
+}
+
 void TDataRecordDialogFrame::ShowValue(const TField &field)
 {
     const QScopedValueRollback hold(FFilling, true);
@@ -201,41 +229,62 @@ void TDataRecordDialogFrame::ShowValue(const TField &field)
     const TVariant &value = FProcessValues[name];
     TVerticalRow &row = Row(field);
     const bool isDefault = FMode == rmCreate && field.Entity.DefaultValue.ValueType != vtValue;
-    row.SetWhenEmpty(value.IsNull() ? (isDefault ? "CURRENT_TIMESTAMP" : "NULL") : "");
-    if (TDbmFieldUtils::IsBlob(field.Entity.FieldType.DataType)) {
-        row.SetValue(value.IsNull() ? "NULL" : "BLOB: " + TRecordValues::SizeText(value));
-        return;
+    // A list has NULL to choose, also while there is a value.
+    const bool isChoice = row.Kind() == rkFixedCombo && field.Entity.Nullable;
+    row.SetWhenEmpty(isDefault && value.IsNull()  ? "CURRENT_TIMESTAMP"
+                     : value.IsNull() || isChoice ? "NULL"
+                                                  : "");
+    if (row.Kind() == rkReadOnlyButtons)
+        return row.SetValue(value.IsNull() ? "NULL" : "BLOB: " + TRecordValues::SizeText(value));
+    if (value.IsNull()) {
+        row.SetReadOnly(false);
+        return row.SetValue(QVariant()); // a mark of its own, no text
     }
-    if (row.Kind() == rkCheck) {
-        row.SetValue(value.ToInt() != 0);
-        return;
-    }
-    const bool isInitial = value == FInitialValues[name];
-    const QString text = isInitial ? field.Shown : TRecordValues::ToText(value);
+    if (row.Kind() == rkCheck)
+        return row.SetValue(value.ToInt() != 0);
+    ShowText(field, TextOf(field));
+}
+
+// What a line would cut is shown in part, and changed by its button.
+void TDataRecordDialogFrame::ShowText(const TField &field, const QString &text)
+{
+    const QScopedValueRollback hold(FFilling, true);
+    TVerticalRow &row = Row(field);
     row.SetReadOnly(!FitsALine(text));
-    row.SetValue(FitsALine(text) ? text : text.left(100).simplified() + QChar(0x2026));
+    if (!FitsALine(text))
+        row.SetValue(text.left(100).simplified() + QChar(0x2026));
+    else
+        row.SetValue(text.isNull() ? QString("") : text); // null is for NULL
+}
+
+QString TDataRecordDialogFrame::TextOf(const TField &field) const
+{
+    const QString &name = field.Entity.FieldName;
+    if (FTyped.contains(name))
+        return FWholeTexts.contains(name) ? FWholeTexts.value(name) : Row(field).Text();
+    const TVariant value = FProcessValues.value(name);
+    return value == FInitialValues.value(name) ? field.Shown : TRecordValues::ToText(value);
 }
 
 void TDataRecordDialogFrame::EditText(const TField &field)
 {
     vgRecord->CommitEdit();
     const QString &name = field.Entity.FieldName;
-    const QString before =
-        FTyped.contains(name) ? Row(field).Text() : TRecordValues::ToText(FProcessValues[name]);
+    const QString before = TextOf(field);
     QString text;
     if (!TAppDialogs::TextEditor(name, before, text) || text == before)
         return;
-    FTyped.remove(name);
-    FProcessValues[name] = text;
-    ShowValue(field);
+    FTyped.insert(name);
+    FWholeTexts[name] = text;
+    ShowText(field, text);
 }
 
 void TDataRecordDialogFrame::EditBlob(const TField &field)
 {
     TVariant &value = FProcessValues[field.Entity.FieldName];
+    const QByteArray before = value.IsBytes() ? value.As<QByteArray>() : QByteArray();
     QByteArray bytes;
-    if (!TAppDialogs::BlobEditor(field.Entity.FieldName,
-                                 value.IsBytes() ? value.As<QByteArray>() : QByteArray(), bytes))
+    if (!TAppDialogs::BlobEditor(field.Entity.FieldName, before, bytes) || bytes == before)
         return;
     value = bytes.isEmpty() ? TVariant() : TVariant(bytes);
     ShowValue(field);
@@ -257,6 +306,7 @@ void TDataRecordDialogFrame::SetNull()
         return;
     Row(*field).Revert();
     FTyped.remove(field->Entity.FieldName);
+    FWholeTexts.remove(field->Entity.FieldName);
     FProcessValues[field->Entity.FieldName] = TVariant();
     ShowValue(*field);
 }
@@ -270,17 +320,25 @@ void TDataRecordDialogFrame::ShowFocusedType()
 void TDataRecordDialogFrame::TakeRows()
 {
     vgRecord->CommitEdit();
-    for (const TField &field : FFields) {
-        const QString &name = field.Entity.FieldName;
-        if (!FTyped.contains(name))
-            continue;
-        if (Row(field).Kind() == rkCheck)
-            FProcessValues[name] = Row(field).IsChecked();
-        else if (Row(field).Text() == field.Shown && !FInitialValues[name].IsNull())
-            FProcessValues[name] = FInitialValues[name]; // typed and taken back
-        else
-            FProcessValues[name] = TRecordValues::FromText(field.Entity, Row(field).Text());
-    }
+    for (const TField &field : FFields)
+        if (FTyped.contains(field.Entity.FieldName))
+            FProcessValues[field.Entity.FieldName] = TakeRow(field);
+}
+
+TVariant TDataRecordDialogFrame::TakeRow(const TField &field) const
+{
+    const TVerticalRow &row = Row(field);
+    const TVariant initial = FInitialValues.value(field.Entity.FieldName);
+    // What was touched and taken back is the value that was there, in its own kind.
+    if (row.Kind() == rkCheck)
+        return !initial.IsNull() && row.IsChecked() == (initial.ToInt() != 0)
+                   ? initial
+                   : TVariant(row.IsChecked());
+    const QString text = TextOf(field);
+    if (row.Kind() == rkFixedCombo)
+        return text.isNull() ? TVariant() : TVariant(text);
+    return text == field.Shown && !initial.IsNull() ? initial
+                                                    : TRecordValues::FromText(field.Entity, text);
 }
 
 void TDataRecordDialogFrame::GetEditedValues(QStringList &names, TVariantList &values)
@@ -303,7 +361,7 @@ void TDataRecordDialogFrame::DoProcess()
     TDbmDataCommands &commands = FManager->Commands().Data();
     if (FMode == rmCreate)
         commands.ExecuteInsertRow(FDatabaseName, FTableName, values, names);
-    else if (!names.isEmpty())
-        commands.ExecuteUpdateRow(FDatabaseName, FTableName, FWhereValues, FWhereFields, values,
-                                  names);
+    else if (!names.isEmpty() && commands.ExecuteUpdateRow(FDatabaseName, FTableName, FWhereValues,
+                                                           FWhereFields, values, names) == 0)
+        throw EException("The record was not changed: it does not exist any more.");
 }

@@ -3,6 +3,7 @@
 #include "model/uDbmEntities.h"
 #include "shell/uDialogFrame.h"
 #include "support/uVariant.h"
+#include "widgets/uVerticalGridEditors.h"
 
 #include <QHash>
 #include <QSet>
@@ -10,6 +11,7 @@
 class QLabel;
 class TDataSet;
 class TDbmFieldItem;
+class TField;
 class TDbmFieldList;
 class TDbmManager;
 class TVerticalGrid;
@@ -48,14 +50,20 @@ private:
     void Initialize(TDbmManager &manager, const QString &databaseName, const QString &tableName);
     void ReadFields(TDbmFieldList &fields);
     void TakeRow(const TDataSet &row);
+    static TVariant ValueOf(const TField &field, const ::TField &column);
     void FillGrid();
     void AddRow(const TField &field);
+    static TRowKind KindOf(const TDbmFieldEntity &field);
+    void SetMembers(const TField &field, TVerticalRow &row);
     void ShowValue(const TField &field);
+    void ShowText(const TField &field, const QString &text);
+    QString TextOf(const TField &field) const;
     void EditText(const TField &field);
     void EditBlob(const TField &field);
     void SetNull();
     void ShowFocusedType();
     void TakeRows();
+    TVariant TakeRow(const TField &field) const;
     void GetEditedValues(QStringList &names, TVariantList &values);
     const TField *FocusedField() const;
     TVerticalRow &Row(const TField &field) const;
@@ -70,6 +78,7 @@ private:
     QHash<QString, TVariant> FInitialValues;
     QHash<QString, TVariant> FProcessValues;
     QSet<QString> FTyped; // rows whose text the user changed; FProcessValues has the others
+    QHash<QString, QString> FWholeTexts; // of these, what came from the dialog of texts
     bool FFilling = false;
     TVerticalGrid *vgRecord = nullptr;
     QLabel *labType = nullptr;

@@ -6,6 +6,8 @@
 #include "support/uFormat.h"
 
 #include <QRegularExpression>
+#include <QtEndian>
+#include <cmath>
 
 namespace {
 
@@ -54,7 +56,7 @@ TVariant TRecordValues::Number(const TDbmFieldEntity &field, const QString &text
     if (isNumber && QString::number(whole) == text)
         return whole;
     const double number = text.toDouble(&isNumber);
-    if (!isNumber)
+    if (!isNumber || !std::isfinite(number)) // "nan" is a number to Qt
         Refuse(field, text);
     return QString::number(number, 'g', 15) == text ? TVariant(number) : TVariant(text);
 }
@@ -66,17 +68,17 @@ TVariant TRecordValues::Bit(const TDbmFieldEntity &field, const QString &text)
     const quint64 bits = text.toULongLong(&isNumber);
     if (!isNumber)
         Refuse(field, text);
-    return bits <= quint64(std::numeric_limits<qint64>::max()) ? TVariant(qint64(bits))
-                                                               : TVariant(bits);
+    if (bits <= quint64(std::numeric_limits<qint64>::max()))
+        return TVariant(qint64(bits));
+    // There is no literal for such a number; its bytes are the bits.
+    const quint64 bytes = qToBigEndian(bits);
+    return QByteArray(reinterpret_cast<const char *>(&bytes), sizeof(bytes));
 }
 
 TVariant TRecordValues::Date(const TDbmFieldEntity &field, const QString &text)
 {
     const bool isTime = field.FieldType.DataType == fdtTime;
-    const bool isYear = field.FieldType.DataType == fdtYear;
-    const QRegularExpression pattern(isYear   ? QStringLiteral(R"(^\d{1,4}$)")
-                                     : isTime ? TimePattern
-                                              : DatePattern);
+    const QRegularExpression pattern(isTime ? TimePattern : DatePattern);
     if (!pattern.match(text).hasMatch())
         Refuse(field, text);
     return text; // the server's own form says more than a date-time holds
@@ -85,9 +87,10 @@ TVariant TRecordValues::Date(const TDbmFieldEntity &field, const QString &text)
 TVariant TRecordValues::Bytes(const QString &text)
 {
     static const QRegularExpression hex(QStringLiteral("^0x([0-9a-fA-F]{2})*$"));
-    if (hex.match(text).hasMatch())
-        return QByteArray::fromHex(text.mid(2).toLatin1());
-    return text;
+    if (!hex.match(text).hasMatch())
+        return text;
+    const QByteArray bytes = QByteArray::fromHex(text.mid(2).toLatin1());
+    return bytes.isEmpty() ? TVariant("") : TVariant(bytes); // 0x alone is no literal
 }
 
 QString TRecordValues::ToText(const TVariant &value)
@@ -97,6 +100,22 @@ QString TRecordValues::ToText(const TVariant &value)
     if (value.IsBool())
         return value.As<bool>() ? "1" : "0";
     return value.ToString();
+}
+
+QStringList TRecordValues::MembersOf(const QString &typeText)
+{
+    static const QRegularExpression member(QStringLiteral(R"('((?:[^'\\]|''|\\.)*+)')"),
+                                           QRegularExpression::DotMatchesEverythingOption);
+    QStringList members;
+    for (auto all = member.globalMatch(typeText); all.hasNext();) {
+        QString text = all.next().captured(1).replace("''", "'");
+        for (qsizetype at = text.indexOf(u'\\'); at >= 0; at = text.indexOf(u'\\', at + 1)) {
+            const QChar c = text.size() > at + 1 ? text[at + 1] : QChar(u'\\');
+            text.replace(at, 2, c == u'n' ? u'\n' : c == u'r' ? u'\r' : c == u'0' ? QChar(0) : c);
+        }
+        members += text;
+    }
+    return members;
 }
 
 QString TRecordValues::SizeText(const TVariant &value)

@@ -14,6 +14,8 @@ public:
     /// no value of the field.
     static TVariant FromText(const TDbmFieldEntity &field, const QString &text);
     static QString ToText(const TVariant &value);
+    /// Of an ENUM or SET, by its type as the server writes it.
+    static QStringList MembersOf(const QString &typeText);
     static QString SizeText(const TVariant &value); // of a blob: its size, or NULL
 
 private:

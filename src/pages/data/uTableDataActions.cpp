@@ -6,21 +6,55 @@
 #include "pages/data/uDataFrame.h"
 #include "pages/data/uTableDataControls.h"
 #include "shell/uAppDialogs.h"
+#include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppMessages.h"
+#include "shell/uAppUtils.h"
+#include "shell/uGuard.h"
+#include "shell/uManagerFrame.h"
 #include "support/uException.h"
+#include "support/uFormat.h"
 
 #include <QAction>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QSignalBlocker>
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+// What is no number is 0. As far as the session keeps such a number.
+qint64 NumberOf(const QString &text)
+{
+    return std::min<qint64>(text.toLongLong(), std::numeric_limits<qint32>::max());
+}
+
+} // namespace
 
 // What the user does to a page of rows. A change asks for a fetch; several in a row lead to one.
 
 void TTableDataFrame::Refresh()
 {
-    if (FDisableProcess)
+    if (FDisableProcess || !CommitEdit())
         return;
     FData->RequestProcess();
     TAppMessages::SendRedrawUI();
+}
+
+// What is being typed into a cell is written ahead of whatever takes the cell away; when the server
+// refuses it, the cell stays and nothing else is done.
+bool TTableDataFrame::CommitEdit()
+{
+    return FDataFrame->CommitEdit();
+}
+
+void TTableDataFrame::Toggle(QAction *action, const std::function<void(bool checked)> &work)
+{
+    const bool checked = action->isChecked();
+    if (CommitEdit())
+        return work(checked);
+    const QSignalBlocker blocker(action);
+    action->setChecked(!checked);
 }
 
 void TTableDataFrame::GotoPage(qint64 page)
@@ -34,8 +68,10 @@ void TTableDataFrame::PageTyped()
 {
     if (FDisableProcess)
         return;
+    if (!CommitEdit())
+        return UpdateControls();
     const qint64 before = FData->CurrentPage();
-    FData->SetCurrentPage(FControls->edPageNum->text().toLongLong());
+    FData->SetCurrentPage(NumberOf(FControls->edPageNum->text()));
     if (FData->CurrentPage() == before)
         UpdateControls();
     else
@@ -46,8 +82,10 @@ void TTableDataFrame::RowsTyped()
 {
     if (FDisableProcess)
         return;
+    if (!CommitEdit())
+        return UpdateControls();
     const qint64 before = FData->RowsPerPage();
-    FData->SetRowsPerPage(FControls->cbxRows->currentText().toLongLong());
+    FData->SetRowsPerPage(NumberOf(FControls->cbxRows->currentText()));
     if (FData->RowsPerPage() == before)
         UpdateControls();
     else
@@ -70,7 +108,7 @@ void TTableDataFrame::ShowText(bool checked)
 void TTableDataFrame::SetFilterVisible(bool visible)
 {
     FControls->panFilter->setVisible(visible);
-    if (visible)
+    if (visible && !FDisableProcess)
         FDataFilterFrame->setFocus();
     Refresh();
 }
@@ -84,12 +122,14 @@ void TTableDataFrame::SortingChanged()
 
 void TTableDataFrame::CreateRecord()
 {
-    if (TAppDialogs::CreateDataRecord(*FManager, FDatabaseName, FTableName))
+    if (CommitEdit() && TAppDialogs::CreateDataRecord(*FManager, FDatabaseName, FTableName))
         Refresh();
 }
 
 void TTableDataFrame::UpdateRecord()
 {
+    if (!CommitEdit())
+        return;
     QStringList names;
     TVariantList values;
     GetRowKey(names, values);
@@ -99,6 +139,8 @@ void TTableDataFrame::UpdateRecord()
 
 void TTableDataFrame::DeleteRecord()
 {
+    if (!CommitEdit())
+        return;
     QStringList names;
     TVariantList values;
     GetRowKey(names, values);
@@ -106,10 +148,77 @@ void TTableDataFrame::DeleteRecord()
         Refresh();
 }
 
+void TTableDataFrame::OpenObject()
+{
+    TAppUtils::Instance().GetActiveManager()->PageUtils().ShowTable(FDatabaseName, FTableName,
+                                                                    true);
+}
+
 void TTableDataFrame::Truncate()
 {
     if (TAppDialogs::TruncateTable(*FManager, FDatabaseName, FTableName))
         Refresh();
+}
+
+// A value that came as its length is read when it is edited. A refusal leads back to the dialog,
+// with what was typed.
+void TTableDataFrame::EditWhole(const QString &fieldName)
+{
+    QStringList names;
+    TVariantList values;
+    GetRowKey(names, values);
+    const TVariant before = ReadWhole(fieldName, names, values);
+    TVariant value = before;
+    const auto write = [&] {
+        if (FManager->Commands().Data().ExecuteUpdateRow(FDatabaseName, FTableName, values, names,
+                                                         {value}, {fieldName}) == 0)
+            throw EException("The record was not changed: it does not exist any more.");
+    };
+    while (EditValue(fieldName, before, value))
+        if (TGuard::Run(write))
+            return Refresh();
+}
+
+TVariant TTableDataFrame::ReadWhole(const QString &fieldName, const QStringList &names,
+                                    const TVariantList &values) const
+{
+    TVariant value;
+    const bool found = FManager->Commands().Data().TrySelectRow(
+        FDatabaseName, FTableName,
+        [&](const TDataSet &row) {
+            const TField &field = row.FieldByName(fieldName);
+            const bool isBlob = FFieldKinds.value(fieldName).IsBlob;
+            if (!isBlob && field.Value().IsBytes())
+                throw EException(TFormat::Format(
+                    "The value of \"%s\" is no text in its character set.", {fieldName}));
+            if (!field.IsNull())
+                value = isBlob ? TVariant(field.AsBytes()) : TVariant(field.AsString());
+            return true;
+        },
+        values, names);
+    if (!found)
+        throw EException("The record is not found: it was changed or deleted meanwhile.");
+    return value;
+}
+
+// False when nothing is to be written. As everywhere, no bytes stand for NULL; a text that was NULL
+// and got none stays NULL.
+bool TTableDataFrame::EditValue(const QString &fieldName, const TVariant &before,
+                                TVariant &value) const
+{
+    if (!FFieldKinds.value(fieldName).IsBlob) {
+        QString text;
+        const bool isConfirmed = TAppDialogs::TextEditor(fieldName, value.ToString(), text);
+        value = text;
+        return isConfirmed && text != before.ToString();
+    }
+    const auto bytesOf = [](const TVariant &from) {
+        return from.IsBytes() ? from.As<QByteArray>() : QByteArray();
+    };
+    QByteArray bytes;
+    const bool isConfirmed = TAppDialogs::BlobEditor(fieldName, bytesOf(value), bytes);
+    value = bytes.isEmpty() ? TVariant() : TVariant(bytes);
+    return isConfirmed && bytes != bytesOf(before);
 }
 
 // The whole key or none: a part of it would meet other rows too.
@@ -127,6 +236,10 @@ void TTableDataFrame::GetRowKey(QStringList &names, TVariantList &values) const
         const bool isLength = kind.IsBlob || (kind.IsText && !FData->ShowTextColumns());
         if (!field || isLength || dataset.RecNo() < 0)
             throw EException("Failed to get primary values for the record.");
+        if (field->Info().IsSinglePrecision())
+            throw EException(TFormat::Format("The key column \"%s\" of \"%s\" is a FLOAT, by which "
+                                             "no row can be found exactly.",
+                                             {name, FTableName}));
         values.append(field->Value());
     }
 }

@@ -116,6 +116,7 @@ void TTableDataControls::AddPageControls(QToolBar &toolBar)
     cbxRows->setAccessibleName("Rows:");
     cbxRows->setEditable(true);
     cbxRows->setInsertPolicy(QComboBox::NoInsert);
+    cbxRows->setCompleter(nullptr); // it would make 500 of 50
     cbxRows->addItems({"100", "500", "1000", "5000", "10000"});
     cbxRows->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     cbxRows->setMinimumContentsLength(6);

@@ -8,6 +8,7 @@
 #include "pages/data/uDataFilterFrame.h"
 #include "pages/data/uDataFrame.h"
 #include "pages/data/uFieldItemKinds.h"
+#include "pages/data/uRecordValues.h"
 #include "pages/data/uTableDataControls.h"
 #include "shell/uAppMessages.h"
 #include "shell/uGuard.h"
@@ -19,8 +20,9 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMenu>
-#include <QUrl>
+#include <QScopeGuard>
 #include <QScopedValueRollback>
+#include <QUrl>
 
 namespace {
 
@@ -78,6 +80,9 @@ void TTableDataFrame::Initialize(TDbmManager *manager)
 
 void TTableDataFrame::SetParams(const QString &databaseName, const QString &tableName)
 {
+    // Rows of the name before are none of the renamed table's to be changed.
+    if (!FTableName.isEmpty() && (FTableName != tableName || FDatabaseName != databaseName))
+        FData->RequestProcess();
     FDatabaseName = databaseName;
     FTableName = tableName;
     FData->SetParams(databaseName, tableName);
@@ -99,11 +104,22 @@ void TTableDataFrame::ConnectDataFrame()
     FDataFrame->SetOnGetColumnColor([this](const QString &name, QColor &color) {
         color = TAppFieldTypeColors::Color(FFieldKinds.value(name).Kind);
     });
+    FDataFrame->SetOnGetMembers([this](const TField &field) {
+        return TRecordValues::MembersOf(FFieldKinds.value(field.FieldName()).TypeText);
+    });
+    FDataFrame->SetOnEditWhole(
+        [this](const QString &name) { TGuard::Run([&] { EditWhole(name); }); });
     FDataFrame->SetOnAppendRecord([this](TDataSet *) { FControls->actCreate->trigger(); });
     FDataFrame->SetOnUpdateRecord([this](TDataSet *) { FControls->actUpdate->trigger(); });
     FDataFrame->SetOnDeleteRecord([this](TDataSet *) { FControls->actDelete->trigger(); });
     connect(FDataFrame, &TDataFrame::OnSortingChanged, this, &TTableDataFrame::SortingChanged);
+    connect(FDataFrame, &TDataFrame::OnDataChange, this, [this] {
+        if (!FDisableProcess)
+            UpdateUI();
+    });
     FDataFilterFrame->SetOnApply([this] {
+        if (!CommitEdit())
+            return;
         FWhereCommandText = FDataFilterFrame->Text();
         Refresh();
     });
@@ -118,16 +134,19 @@ void TTableDataFrame::ConnectActions()
     on(FControls->actUpdate, [this] { UpdateRecord(); });
     on(FControls->actDelete, [this] { DeleteRecord(); });
     on(FControls->actTruncate, [this] { Truncate(); });
+    on(FControls->actOpenObject, [this] { OpenObject(); });
     on(FControls->actRefresh, [this] { Refresh(); });
     on(FControls->actFirstPage, [this] { GotoPage(1); });
     on(FControls->actPrevPage, [this] { GotoPage(FData->CurrentPage() - 1); });
     on(FControls->actNextPage, [this] { GotoPage(FData->CurrentPage() + 1); });
     on(FControls->actLastPage, [this] { GotoPage(FData->PageCount()); });
-    connect(FControls->actEditMode, &QAction::toggled, FDataFrame, &TDataFrame::SetEditMode);
-    connect(FControls->actShowText, &QAction::toggled, this,
-            [this](bool checked) { TGuard::Run([=, this] { ShowText(checked); }); });
-    connect(FControls->actFilter, &QAction::toggled, this,
-            [this](bool checked) { TGuard::Run([=, this] { SetFilterVisible(checked); }); });
+    const auto toggles = [this](QAction *action, const std::function<void(bool)> &work) {
+        connect(action, &QAction::toggled, this,
+                [=, this] { TGuard::Run([=, this] { Toggle(action, work); }); });
+    };
+    toggles(FControls->actEditMode, [this](bool checked) { FDataFrame->SetEditMode(checked); });
+    toggles(FControls->actShowText, [this](bool checked) { ShowText(checked); });
+    toggles(FControls->actFilter, [this](bool checked) { SetFilterVisible(checked); });
 }
 
 void TTableDataFrame::ConnectPageControls()
@@ -142,6 +161,9 @@ void TTableDataFrame::ConnectPageControls()
 
 void TTableDataFrame::Process()
 {
+    // Rows that somebody is typing into go on once that is written.
+    if (!FData->IsProcessed() && !CommitEdit())
+        return;
     const QScopedValueRollback hold(FDisableProcess, true);
     FetchPage();
 }
@@ -154,9 +176,10 @@ void TTableDataFrame::FetchPage()
         return;
     TWaitCursor::Show();
     FFailed = true;
+    const auto update = qScopeGuard([this] { UpdateUI(); });
     try {
         ReadFieldKinds();
-        TDataSet &dataset = FData->GetDataset();
+        TDataSet &dataset = ReadPage();
         FFailed = false;
         FControls->ShowData();
         FDataFrame->SetParams(&dataset);
@@ -164,8 +187,40 @@ void TTableDataFrame::FetchPage()
         FDataFrame->Process();
     } catch (const EDacMySqlError &error) {
         ShowFetchError(error);
+    } catch (...) {
+        FDataFrame->SetNullParams();
+        FDataFrame->Process();
+        throw;
     }
-    UpdateUI();
+}
+
+/// Holds back what the rows tell the grid until they stand where they are to be seen.
+class TTableDataFrame::TQuietRows
+{
+public:
+    explicit TQuietRows(TDataSet &dataset) : FDataset(dataset) { FDataset.DisableControls(); }
+    ~TQuietRows() { FDataset.EnableControls(); }
+    TQuietRows(const TQuietRows &) = delete;
+    TQuietRows &operator=(const TQuietRows &) = delete;
+
+private:
+    TDataSet &FDataset;
+};
+
+// The same rows with other columns, as with or without texts, leave the user where they were.
+TDataSet &TTableDataFrame::ReadPage()
+{
+    const TPlace place{FData->CurrentPage(), FData->RowsPerPage(), FData->OrderFieldName(),
+                       FData->OrderAscending(), FData->WhereCommandText()};
+    const qint64 row = FData->Dataset().RecNo();
+    const TQuietRows quiet(FData->Dataset());
+    TDataSet &dataset = FData->GetDataset();
+    if (place != FPlace)
+        FDataFrame->ForgetPlace();
+    else if (row >= 0)
+        dataset.SetRecNo(row);
+    FPlace = place;
+    return dataset;
 }
 
 void TTableDataFrame::ShowFetchError(const EDacMySqlError &error)
@@ -187,7 +242,7 @@ void TTableDataFrame::ReadFieldKinds()
         fields.ForEach([this](TDbmFieldItem &field) {
             FFieldKinds.insert(field.Entity().FieldName,
                                {TFieldItemKinds::KindOf(field.Entity().FieldType.DataType),
-                                field.IsText(), field.IsBlob()});
+                                field.IsText(), field.IsBlob(), field.Entity().ServerText.Type});
         });
     };
     if (const auto table = FindTable(*FManager, FDatabaseName, FTableName))

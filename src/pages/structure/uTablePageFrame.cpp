@@ -53,6 +53,12 @@ QString TTablePageFrame::DoGetTitle() const
                                             : FDatabaseName + '.' + FTableOrViewName;
 }
 
+bool TTablePageFrame::DoCloseQuery()
+{
+    auto *data = findChild<TTableDataFrame *>();
+    return !data || data->CommitEdit();
+}
+
 void TTablePageFrame::SetDataSessionData(const TTableDataSessionData &data)
 {
     FDataSessionData = data;
@@ -66,17 +72,17 @@ TTableDataSessionData TTablePageFrame::GetDataSessionData() const
     return frame ? frame->GetDataSessionData() : FDataSessionData;
 }
 
+bool TTablePageFrame::IsDataShown() const
+{
+    return findChild<TTableDataFrame *>() != nullptr;
+}
+
 void TTablePageFrame::DoProcess()
 {
     std::shared_ptr<TDbmTableItem> table;
     std::shared_ptr<TDbmViewItem> view;
     const bool isTable = FManager->TryGetTable(FDatabaseName, FTableOrViewName, table);
     const bool isView = !isTable && FManager->TryGetView(FDatabaseName, FTableOrViewName, view);
-bool TTablePageFrame::IsDataShown() const
-{
-    return findChild<TTableDataFrame *>() != nullptr;
-}
-
     Q_EMIT OnUpdateImage(isTable  ? ImageOf(table->Entity().Info.TableType)
                          : isView ? QString("view")
                                   : QString("text-page"));

@@ -31,6 +31,8 @@ Q_SIGNALS:
 protected:
     QString DoGetTitle() const override;
     void DoCreate() override;
+    /// Writes a cell that is being edited.
+    bool DoCloseQuery() override;
     void DoProcess() override;
 
 private:

@@ -1,93 +1,6 @@
-#include "pages/data/uTableDataFrame.h"
-
-#include "model/uDbmManager.h"
-#include "pages/data/uDataFrame.h"
-#include "pages/structure/uTablePageFrame.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
-#include "shell/uPageManagerFrame.h"
-#include "shell/uWorkbenchFixture.h"
-#include "widgets/uDataSetGrid.h"
-#include "widgets/uTextEditor.h"
-#include "widgets/uVerticalGrid.h"
-
-#include <QAction>
-#include <QComboBox>
-#include <QHeaderView>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QStackedWidget>
-#include <QTest>
-#include <gtest/gtest.h>
+#include "pages/data/uTableDataFixture.h"
 
 namespace {
-
-class TTableDataTest : public TWorkbenchTest
-{
-protected:
-    TTableDataFrame &Open(const QString &table)
-    {
-        if (!Window->GetActiveManagerFrame())
-            OpenWorkspace();
-        TManagerFrame &workspace = *Window->GetActiveManagerFrame();
-        FStatements.clear();
-        QObject::connect(&workspace, &TManagerFrame::OnCommandBeforeExecute, &workspace,
-                         [this](const QString &text) { FStatements += text; });
-        workspace.PageUtils().ShowTable(Database().Name(), table, true);
-        FFrame = workspace.PageUtils().GetActivePage()->findChild<TTableDataFrame *>();
-        return *FFrame;
-    }
-
-    template <typename T>
-    T *Part(const char *name)
-    {
-        return Find<T>(FFrame, name);
-    }
-    TDataSetGrid &Grid() { return *Part<TDataSetGrid>("grdData"); }
-    QString Cell(int row, int column)
-    {
-        return Grid().model()->index(row, column).data().toString();
-    }
-    int RowCount() { return Grid().model()->rowCount(); }
-    void Run(const char *action) { Part<QAction>(action)->trigger(); }
-    bool Can(const char *action) { return Part<QAction>(action)->isEnabled(); }
-    QString Status() { return Part<QLabel>("labRows")->text(); }
-
-    void TypePage(const QString &text)
-    {
-        auto *edit = Part<QLineEdit>("edPageNum");
-        edit->selectAll();
-        QTest::keyClicks(edit, text);
-        QTest::keyClick(edit, Qt::Key_Return);
-    }
-    void Filter(const QString &text)
-    {
-        auto *editor = Find<TTextEditor>(Part<QWidget>("panFilter"), "edEditor");
-        editor->SelectAll();
-        editor->PasteText(text);
-        Run("actApply");
-    }
-    /// Works on the next record dialog, then presses OK.
-    void OnRecord(const std::function<void(TVerticalGrid &)> &work)
-    {
-        Driver.Expect([work](QWidget *dialog) {
-            work(*Find<TVerticalGrid>(dialog, "vgRecord"));
-            TGuiTools::Click(dialog, "butOK");
-        });
-    }
-    static void Type(TVerticalGrid &grid, const QString &row, const QString &text)
-    {
-        auto *control = Find<QLineEdit>(&grid, row);
-        control->selectAll();
-        QTest::keyClick(control, Qt::Key_Delete);
-        QTest::keyClicks(control, text);
-        QTest::keyClick(control, Qt::Key_Tab);
-    }
-
-    QStringList FStatements;
-    TTableDataFrame *FFrame = nullptr;
-};
 
 TEST_F(TTableDataTest, TurnsPages)
 {
@@ -115,16 +28,30 @@ TEST_F(TTableDataTest, TurnsPages)
     rows->setEditText("40");
     QTest::keyClick(rows->lineEdit(), Qt::Key_Return);
     EXPECT_EQ(RowCount(), 40);
+    rows->lineEdit()->selectAll();
+    QTest::keyClicks(rows->lineEdit(), "50"); // and not the 500 of the list
+    QTest::keyClick(rows->lineEdit(), Qt::Key_Return);
+    EXPECT_EQ(RowCount(), 50);
+    rows->setEditText("40");
+    QTest::keyClick(rows->lineEdit(), Qt::Key_Return);
     rows->setEditText("0");
     QTest::keyClick(rows->lineEdit(), Qt::Key_Return);
     EXPECT_EQ(RowCount(), 40);
 
-    // The server sorts, not the rows at hand.
+    // The server sorts, not the rows at hand; the third click takes the order off.
     QHeaderView *header = Grid().horizontalHeader();
-    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
-                      {header->sectionViewportPosition(1) + 5, header->height() / 2});
+    const auto click = [header] {
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                          {header->sectionViewportPosition(1) + 5, header->height() / 2});
+    };
+    click();
     EXPECT_EQ(Cell(0, 1), "750");
     EXPECT_EQ(header->sortIndicatorSection(), 1);
+    click();
+    EXPECT_EQ(Cell(0, 1), "999");
+    click();
+    EXPECT_FALSE(header->isSortIndicatorShown());
+    EXPECT_FALSE(FStatements.filter("SELECT `id`").last().contains("ORDER BY"));
 }
 
 TEST_F(TTableDataTest, FiltersAndShowsWhatTheServerSaysOfAFilter)
@@ -154,6 +81,62 @@ TEST_F(TTableDataTest, FiltersAndShowsWhatTheServerSaysOfAFilter)
     EXPECT_EQ(RowCount(), 20);
     Run("actFilter");
     EXPECT_EQ(RowCount(), 1);
+}
+
+TEST_F(TTableDataTest, NoRowsAreAPageToo)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY)");
+    Open("t");
+    EXPECT_TRUE(Can("actCreate"));
+    EXPECT_FALSE(Can("actUpdate"));
+    EXPECT_FALSE(Can("actDelete"));
+    EXPECT_EQ(Part<QLineEdit>("edPageNum")->text(), "1");
+    EXPECT_EQ(Part<QLineEdit>("edPageCount")->text(), "1");
+    EXPECT_EQ(Status(), "Rows: 0");
+    Exec("INSERT INTO t SELECT seq FROM seq_1_to_800");
+    Run("actRefresh");
+    TypePage("7");
+    EXPECT_EQ(Cell(0, 0), "601");
+    Run("actFilter");
+    Filter("id < 50");
+    EXPECT_EQ(RowCount(), 0) << "the page of the filter's rows that there is comes next";
+    EXPECT_FALSE(Can("actUpdate"));
+    EXPECT_EQ(Part<QLineEdit>("edPageNum")->text(), "1");
+    Run("actRefresh");
+    EXPECT_EQ(RowCount(), 49);
+
+    Trigger("actQueryNew");
+    Run("actOpenObject");
+    EXPECT_EQ(Window->GetActiveManagerFrame()
+                  ->PageUtils()
+                  .GetActivePage()
+                  ->findChild<TTableDataFrame *>(),
+              FFrame);
+}
+
+TEST_F(TTableDataTest, ARefreshLeavesTheRowThatTheUserIsIn)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, s TEXT)");
+    Exec("INSERT INTO t SELECT seq, seq FROM seq_1_to_250");
+    Open("t");
+    EXPECT_TRUE(Grid().selectionModel()->isRowSelected(0));
+    Grid().setCurrentIndex(Grid().model()->index(60, 1));
+    const auto isAt = [this](int row, int column) {
+        return Grid().currentIndex() == Grid().model()->index(row, column) &&
+               Grid().selectionModel()->isRowSelected(row);
+    };
+    Run("actRefresh");
+    EXPECT_TRUE(isAt(60, 1));
+    Run("actShowText"); // the same rows by another statement
+    EXPECT_TRUE(isAt(60, 1));
+    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+    Run("actDelete");
+    EXPECT_TRUE(isAt(60, 1));
+    EXPECT_EQ(Cell(60, 0), "62");
+    QTest::keyClick(&Grid(), Qt::Key_Down);
+    EXPECT_TRUE(isAt(61, 1));
+    Run("actNextPage");
+    EXPECT_TRUE(isAt(0, 1)) << "other rows begin at their top";
 }
 
 TEST_F(TTableDataTest, WidthsOfColumnsAreKeptForTheTable)

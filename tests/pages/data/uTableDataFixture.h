@@ -1,0 +1,87 @@
+#pragma once
+
+#include "pages/data/uTableDataFrame.h"
+#include "pages/structure/uTablePageFrame.h"
+#include "shell/uAppManagerPageUtils.h"
+#include "shell/uManagerFrame.h"
+#include "shell/uPageManagerFrame.h"
+#include "shell/uWorkbenchFixture.h"
+#include "widgets/uDataSetGrid.h"
+#include "widgets/uTextEditor.h"
+#include "widgets/uVerticalGrid.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTest>
+#include <gtest/gtest.h>
+
+/// The data page of a table in the real window. `FStatements` has what was sent since Open.
+class TTableDataTest : public TWorkbenchTest
+{
+protected:
+    TTableDataFrame &Open(const QString &table)
+    {
+        if (!Window->GetActiveManagerFrame())
+            OpenWorkspace();
+        TManagerFrame &workspace = *Window->GetActiveManagerFrame();
+        FStatements.clear();
+        QObject::connect(&workspace, &TManagerFrame::OnCommandBeforeExecute, &workspace,
+                         [this](const QString &text) { FStatements += text; });
+        workspace.PageUtils().ShowTable(Database().Name(), table, true);
+        FFrame = workspace.PageUtils().GetActivePage()->findChild<TTableDataFrame *>();
+        return *FFrame;
+    }
+
+    template <typename T>
+    T *Part(const char *name)
+    {
+        return Find<T>(FFrame, name);
+    }
+    TDataSetGrid &Grid() { return *Part<TDataSetGrid>("grdData"); }
+    QString Cell(int row, int column)
+    {
+        return Grid().model()->index(row, column).data().toString();
+    }
+    int RowCount() { return Grid().model()->rowCount(); }
+    void Run(const char *action) { Part<QAction>(action)->trigger(); }
+    bool Can(const char *action) { return Part<QAction>(action)->isEnabled(); }
+    QString Status() { return Part<QLabel>("labRows")->text(); }
+
+    void TypePage(const QString &text)
+    {
+        auto *edit = Part<QLineEdit>("edPageNum");
+        edit->selectAll();
+        QTest::keyClicks(edit, text);
+        QTest::keyClick(edit, Qt::Key_Return);
+    }
+    void Filter(const QString &text)
+    {
+        auto *editor = Find<TTextEditor>(Part<QWidget>("panFilter"), "edEditor");
+        editor->SelectAll();
+        editor->PasteText(text);
+        Run("actApply");
+    }
+    /// Works on the next record dialog, then presses OK.
+    void OnRecord(const std::function<void(TVerticalGrid &)> &work)
+    {
+        Driver.Expect([work](QWidget *dialog) {
+            work(*Find<TVerticalGrid>(dialog, "vgRecord"));
+            TGuiTools::Click(dialog, "butOK");
+        });
+    }
+    static void Type(TVerticalGrid &grid, const QString &row, const QString &text)
+    {
+        auto *control = Find<QLineEdit>(&grid, row);
+        control->selectAll();
+        QTest::keyClick(control, Qt::Key_Delete);
+        QTest::keyClicks(control, text);
+        QTest::keyClick(control, Qt::Key_Tab);
+    }
+
+    QStringList FStatements;
+    TTableDataFrame *FFrame = nullptr;
+};
