@@ -27,11 +27,16 @@ protected:
     {
         if (!Window->GetActiveManagerFrame())
             OpenWorkspace();
+        return Show(Database(), table);
+    }
+    /// The same in the workspace that is open.
+    TTableDataFrame &Show(const TTestDatabase &database, const QString &table)
+    {
         TManagerFrame &workspace = *Window->GetActiveManagerFrame();
         FStatements.clear();
         QObject::connect(&workspace, &TManagerFrame::OnCommandBeforeExecute, &workspace,
                          [this](const QString &text) { FStatements += text; });
-        workspace.PageUtils().ShowTable(Database().Name(), table, true);
+        workspace.PageUtils().ShowTable(database.Name(), table, true);
         FFrame = workspace.PageUtils().GetActivePage()->findChild<TTableDataFrame *>();
         return *FFrame;
     }
