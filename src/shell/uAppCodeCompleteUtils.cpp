@@ -32,10 +32,29 @@ QStringList PartsOf(const QString &path)
     return parts;
 }
 
-QString Quoted(QString name)
+bool IsPlain(const QString &name)
 {
     static const QRegularExpression plain("^[A-Za-z_$\\x{80}-\\x{ffff}][\\w$\\x{80}-\\x{ffff}]*$");
-    return plain.match(name).hasMatch() ? name : u'`' + name.replace("`", "``") + u'`';
+    return plain.match(name).hasMatch();
+}
+
+QString Quoted(QString name)
+{
+    return u'`' + name.replace("`", "``") + u'`';
+}
+
+// Words of the list of words that name a column or a table on every server as they are.
+bool IsFreeWord(const QString &word)
+{
+    static const QStringList words =
+        QString("AUTO_INCREMENT BEGIN COMMENT COMMIT DATE DATETIME DEFINER DELIMITER DUPLICATE END "
+                "ENGINE ENUM EVENT EXECUTE FLUSH FOLLOWING GLOBAL HANDLER IDENTIFIED INVISIBLE "
+                "INVOKER JSON LANGUAGE MODIFY OPEN PRECEDING PREPARE PRIVILEGES PROCESSLIST REPAIR "
+                "RETURNS ROLE ROLLBACK SAVEPOINT SCHEDULE SECURITY SESSION START STATUS TABLES "
+                "TEMPORARY TEXT TIME TIMESTAMP TRANSACTION TRIGGERS TRUNCATE UNBOUNDED UNTIL USER "
+                "VARIABLES VIEW WARNINGS WORK YEAR")
+            .split(u' ');
+    return words.contains(word);
 }
 
 // As it was last read: nothing is read for it.
@@ -56,11 +75,12 @@ bool Is(const QString &name, const QString &other)
 class TAppLoadedNamesCodeCompleteSource::TNames
 {
 public:
-    TNames(const QStringList &parts, QList<TCodeCompleteItem> &items)
-        : FPrefix(parts.last()), FItems(items)
+    TNames(const QStringList &parts, QList<TCodeCompleteItem> &items,
+           TCodeCompleteBaseManager &words)
+        : FPrefix(parts.last()), FWords(words), FItems(items)
     {
         for (const QString &part : parts.first(parts.size() - 1))
-            FQualifier += Quoted(part) + u'.';
+            FQualifier += Written(part) + u'.';
     }
 
     void Add(const QString &name)
@@ -68,7 +88,7 @@ public:
         if (!name.startsWith(FPrefix, Qt::CaseInsensitive) || FSeen.contains(name))
             return;
         FSeen.insert(name);
-        FItems.append({name, FQualifier + Quoted(name)});
+        FItems.append({name, FQualifier + Written(name)});
     }
     void AddObjects(TDbmDatabaseItem &database)
     {
@@ -96,8 +116,23 @@ public:
     }
 
 private:
+    // Behind a point every plain word is a name.
+    QString Written(const QString &name) const
+    {
+        return IsPlain(name) && (!FQualifier.isEmpty() || !IsReserved(name)) ? name : Quoted(name);
+    }
+    bool IsReserved(const QString &name) const
+    {
+        const QString word = name.toUpper();
+        for (const TCodeCompleteItem &item : FWords.Items())
+            if (item.DisplayValue == word)
+                return !IsFreeWord(word);
+        return false;
+    }
+
     const QString FPrefix;
     QString FQualifier;
+    TCodeCompleteBaseManager &FWords;
     QList<TCodeCompleteItem> &FItems;
     QSet<QString> FSeen;
 };
@@ -114,9 +149,10 @@ TAppFunctionsCodeCompleteManager::TAppFunctionsCodeCompleteManager()
     : TJsonCodeCompleteManager(TAppPathUtils::FunctionsCompletionFile())
 {}
 
-TAppLoadedNamesCodeCompleteSource::TAppLoadedNamesCodeCompleteSource(TDbmManager *manager,
-                                                                     TText usedDatabase, TText text)
-    : FManager(manager), FUsedDatabase(std::move(usedDatabase)), FText(std::move(text))
+TAppLoadedNamesCodeCompleteSource::TAppLoadedNamesCodeCompleteSource(
+    TDbmManager *manager, TText usedDatabase, TText text, TCodeCompleteBaseManager *reservedWords)
+    : FManager(manager), FReservedWords(reservedWords), FUsedDatabase(std::move(usedDatabase)),
+      FText(std::move(text))
 {}
 
 void TAppLoadedNamesCodeCompleteSource::Suggest(const QString &path,
@@ -125,7 +161,7 @@ void TAppLoadedNamesCodeCompleteSource::Suggest(const QString &path,
     if (!FManager->Databases().IsProcessed())
         return;
     const QStringList parts = PartsOf(path);
-    TNames names(parts, items);
+    TNames names(parts, items, *FReservedWords);
     const QString used = FUsedDatabase();
     const auto each = [&](const std::function<void(TDbmDatabaseItem &, const QString &)> &action) {
         FManager->Databases().ForEach([&](TDbmDatabaseItem &item) {
@@ -146,29 +182,39 @@ void TAppLoadedNamesCodeCompleteSource::Suggest(const QString &path,
         return;
     }
     const QString &owner = parts[parts.size() - 2];
-    const QString aliased = parts.size() == 2 ? TableOfAlias(owner) : QString();
-    each([&](TDbmDatabaseItem &item, const QString &name) {
-        if (parts.size() > 2 ? Is(name, parts[parts.size() - 3]) : isNear(name)) {
-            names.AddColumns(item, owner);
-            if (!aliased.isEmpty())
-                names.AddColumns(item, aliased);
-        }
-    });
+    const QString database = parts.size() > 2 ? parts[parts.size() - 3] : QString();
+    QList<TTableName> tables{{database, owner}};
+    if (database.isEmpty())
+        tables = TablesOf(owner) + tables;
+    for (const TTableName &table : std::as_const(tables))
+        each([&](TDbmDatabaseItem &item, const QString &name) {
+            if (table.Database.isEmpty() ? isNear(name) : Is(name, table.Database))
+                names.AddColumns(item, table.Table);
+        });
     each([&](TDbmDatabaseItem &item, const QString &name) {
         if (parts.size() == 2 && Is(name, owner))
             names.AddObjects(item);
     });
 }
 
-// What the name stands for in a FROM or a JOIN; empty when it is none of theirs.
-QString TAppLoadedNamesCodeCompleteSource::TableOfAlias(const QString &alias) const
+// What the name stands for in the FROM or the JOIN of a statement: another name of a table, or a
+// table that is written with its database there.
+QList<TAppLoadedNamesCodeCompleteSource::TTableName>
+TAppLoadedNamesCodeCompleteSource::TablesOf(const QString &owner) const
 {
+    const QString name = "`?" + QRegularExpression::escape(owner) + "`?(?![\\w$`.])";
+    const QString any = "(`[^`]+`|[\\w$]+)";
     const QRegularExpression table(
-        "(?:\\bFROM|\\bJOIN|\\bUPDATE|\\bINTO|,)\\s+(?:[`\\w$]+\\.)?(`[^`]+`|[\\w$]+)\\s+"
-        "(?:AS\\s+)?`?" +
-            QRegularExpression::escape(alias) + "`?(?![\\w$`.])",
-        QRegularExpression::CaseInsensitiveOption);
-    return table.match(FText()).captured(1).remove(u'`');
+        "(?:\\b(?:FROM|JOIN|UPDATE|INTO)\\s+|,\\s*)(?:" + any + "\\s*\\.\\s*)?(?:" + any +
+            "\\s+(?:AS\\s+)?" + name + "|" + name + ")",
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
+    QList<TTableName> tables;
+    for (auto it = table.globalMatch(FText()); it.hasNext();) {
+        const QRegularExpressionMatch match = it.next();
+        const QString aliased = match.captured(2).remove(u'`');
+        tables.append({match.captured(1).remove(u'`'), aliased.isEmpty() ? owner : aliased});
+    }
+    return tables;
 }
 
 TAppCodeCompleteUtils::TAppCodeCompleteUtils(TDbmManager *manager) : FManager(manager) {}
@@ -184,6 +230,6 @@ TAppCodeCompleteUtils::CreateSynEditCodeCompleteManager(TTextEditor *editor,
     manager.AppendManager(&FReservedWords);
     manager.AppendManager(&FFunctions);
     manager.AppendLiveSource(std::make_unique<TAppLoadedNamesCodeCompleteSource>(
-        FManager, std::move(usedDatabase), [editor] { return editor->Text(); }));
+        FManager, std::move(usedDatabase), [editor] { return editor->Text(); }, &FReservedWords));
     return completion;
 }

@@ -42,17 +42,25 @@ class TAppLoadedNamesCodeCompleteSource : public TCodeCompleteLiveSource
 public:
     using TText = std::function<QString()>;
 
-    /// `manager` is not owned. `usedDatabase` gives the database that names without one belong to,
+    /// `manager` and `reservedWords` are not owned; a name that is one of the words comes in
+    /// backticks where it must. `usedDatabase` gives the database that names without one belong to,
     /// or nothing; `text` that of the editor.
-    TAppLoadedNamesCodeCompleteSource(TDbmManager *manager, TText usedDatabase, TText text);
+    TAppLoadedNamesCodeCompleteSource(TDbmManager *manager, TText usedDatabase, TText text,
+                                      TCodeCompleteBaseManager *reservedWords);
 
     void Suggest(const QString &path, QList<TCodeCompleteItem> &items) override;
 
 private:
     class TNames;
-    QString TableOfAlias(const QString &alias) const;
+    struct TTableName
+    {
+        QString Database; // empty when it is written without one
+        QString Table;
+    };
+    QList<TTableName> TablesOf(const QString &owner) const;
 
     TDbmManager *FManager;
+    TCodeCompleteBaseManager *FReservedWords;
     const TText FUsedDatabase, FText;
 };
 

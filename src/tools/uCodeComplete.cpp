@@ -49,6 +49,9 @@ QJsonObject TCodeCompleteJsonReader::ToJson(const QByteArray &text) const
     if (error.error != QJsonParseError::NoError)
         throw EException(TFormat::Format("Cannot read file \"%s\": %s at byte %d.",
                                          {FFileName, error.errorString(), error.offset}));
+    if (!document.object().value("items").isArray())
+        throw EException(
+            TFormat::Format("Cannot read file \"%s\": it has no list of items.", {FFileName}));
     return document.object();
 }
 
@@ -81,17 +84,18 @@ QList<TCodeCompleteMatch> TSynEditCodeCompleteManager::Matches()
     for (const TCodeCompleteItem &item : FItems)
         if (item.DisplayValue.startsWith(input, Qt::CaseInsensitive))
             matches.append({item, input.size()});
+    if (!matches.isEmpty() && IsQuiet(input.size()))
+        matches.clear();
     QList<TCodeCompleteItem> names;
     for (const auto &source : FLiveSources)
         source->Suggest(path, names);
     QList<TCodeCompleteMatch> live;
     for (const TCodeCompleteItem &item : names)
         live.append({item, path.size()});
-    if (path.contains(u'.'))
-        matches = live + matches;
-    else
-        matches += live;
-    return matches.isEmpty() || IsQuiet(input.size()) ? QList<TCodeCompleteMatch>() : matches;
+    // A word may begin ahead of the quote that its end stands behind; a name begins where it does.
+    if (!live.isEmpty() && IsQuiet(path.size()))
+        live.clear();
+    return path.contains(u'.') ? live + matches : matches + live;
 }
 
 void TSynEditCodeCompleteManager::ProcessItems()

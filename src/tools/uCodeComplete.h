@@ -99,8 +99,8 @@ public:
     /// To be called on every change of the text.
     void DataModified() { FSpuManager.RequestProcess(); }
 
-    /// What begins with the word before the caret, blind to letter case. Empty where the word
-    /// begins inside a string or a comment. Raises what a source raises.
+    /// What begins with the word before the caret, blind to letter case. No word where it begins
+    /// inside a string or a comment, and no name where the path does. Raises what a source raises.
     QList<TCodeCompleteMatch> Matches();
     /// The word before the caret. It begins behind white space: brackets and points belong to it.
     static QString InputOf(const QString &lineBeforeCaret);

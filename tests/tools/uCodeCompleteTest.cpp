@@ -45,13 +45,20 @@ class TCodeCompleteTest : public testing::Test, public TCodeCompleteEditor
 {
 protected:
     QString Text() const override { return FText; }
-    QString LineBeforeCaret() const override { return FText.mid(FText.lastIndexOf('\n') + 1); }
-    qint32 CaretLine() const override { return static_cast<qint32>(FText.count('\n')) + 1; }
+    QString LineBeforeCaret() const override
+    {
+        return FText.left(FCaret).mid(FText.left(FCaret).lastIndexOf('\n') + 1);
+    }
+    qint32 CaretLine() const override
+    {
+        return static_cast<qint32>(FText.left(FCaret).count('\n')) + 1;
+    }
     qint32 CaretChar() const override { return static_cast<qint32>(LineBeforeCaret().size()) + 1; }
-    /// What the list would show for a text with the caret at its end.
+    /// What the list would show for a text with the caret at its end, or where a bar stands.
     QStringList Shown(const QString &text)
     {
-        FText = text;
+        FCaret = text.contains('|') ? text.indexOf('|') : text.size();
+        FText = QString(text).remove('|');
         FManager.DataModified();
         QStringList shown;
         for (const TCodeCompleteMatch &match : FManager.Matches())
@@ -60,6 +67,7 @@ protected:
     }
 
     QString FText;
+    qsizetype FCaret = 0;
     TSynEditCodeCompleteManager FManager{*this};
 };
 
@@ -89,9 +97,7 @@ TEST_F(TCodeCompleteTest, StringsAndCommentsAreLeftInPeace)
     for (const char *text : {"-- se", "a # se", "/* a\nse"})
         EXPECT_EQ(Shown(text).size(), 0) << text;
     // A string counts where it is closed: behind the caret it may be.
-    FText = "'a se";
-    FManager.DataModified();
-    EXPECT_EQ(FManager.Matches().size(), 1);
+    EXPECT_EQ(Shown("'a se").size(), 1);
 }
 
 TEST_F(TCodeCompleteTest, NamesFollowThePathBeforeTheCaret)
@@ -114,6 +120,11 @@ TEST_F(TCodeCompleteTest, NamesFollowThePathBeforeTheCaret)
     EXPECT_EQ(path, "таблица.п");
     Shown("x ");
     EXPECT_EQ(path, "");
+    // The caret stands ahead of what the text ends in.
+    for (const char *text : {"a='|x'", "IN('t.|'", "f(/*t.|*/1)"})
+        EXPECT_EQ(Shown(text).size(), 0) << text << ": a word that began ahead of a quote";
+    for (const char *text : {"a='x'+|", "a=''+t.|"})
+        EXPECT_EQ(Shown(text), QStringList{"name"}) << text;
 }
 
 TEST_F(TCodeCompleteTest, FilesAreReadInTheirOrderOrRefusedByName)
@@ -131,8 +142,10 @@ TEST_F(TCodeCompleteTest, FilesAreReadInTheirOrderOrRefusedByName)
     ASSERT_EQ(words.Items().size(), 2);
     EXPECT_EQ(words.Items()[0].DisplayValue + words.Items()[0].InsertValue, "bb(");
     EXPECT_EQ(words.Items()[1].DisplayValue + words.Items()[1].InsertValue, "a");
-    write("{\"items\": [");
-    EXPECT_THROW(TJsonCodeCompleteManager(name).Items(), EException);
+    for (const char *malformed : {"{\"items\": [", "[]", "{\"item\": []}"}) {
+        write(malformed);
+        EXPECT_THROW(TJsonCodeCompleteManager(name).Items(), EException) << malformed;
+    }
     EXPECT_THROW(TJsonCodeCompleteManager(name + "x").Items(), EException);
     // The files that come with the program.
     for (const char *file : {"reserved-words.json", "functions.json", "query-statements.json"}) {

@@ -1,9 +1,12 @@
 #include "app/uAppConfig.h"
+#include "core/uServerProfile.h"
 #include "model/uDbmFieldList.h"
 #include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
 #include "pages/query/uEditorPageFrame.h"
 #include "pages/query/uQueryPageFrame.h"
+#include "shell/uAppCodeCompleteUtils.h"
+#include "shell/uAppManagerPageUtils.h"
 #include "shell/uManagerFrame.h"
 #include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
@@ -121,6 +124,79 @@ TEST_F(TCodeCompletionTest, NamesThatAreLoadedFollowAndNothingIsAsked)
     Type(" " + Database().Name() + ".custom_");
     EXPECT_EQ(Shown(), QStringList{"custom_prices"});
     EXPECT_EQ(statements, 0);
+}
+
+TEST_F(TCodeCompletionTest, ColumnsOfTablesWrittenWithAnotherDatabaseComeFirst)
+{
+    TTestDatabase other(Server());
+    other.Exec("CREATE TABLE orders (far INT)");
+    Exec("CREATE TABLE orders (near INT)");
+    Exec("CREATE TABLE `key` (`order` INT)");
+    TManagerFrame &workspace = OpenWorkspace();
+    workspace.Manager().Databases().ForEach([&](TDbmDatabaseItem &database) {
+        const QString name = database.Name();
+        if (name == other.Name() || name == Database().Name())
+            database.Tables().ForEach([](TDbmTableItem &table) { table.Fields().Count(); });
+    });
+    workspace.PageUtils().ShowQueryFromText({}, Database().Name(), 0, true);
+    const auto shown = [&](const QString &text) {
+        Editor().SetText(text);
+        Press(Qt::Key_End, Qt::ControlModifier);
+        Press(Qt::Key_Space, Qt::ControlModifier);
+        const QStringList names = Shown();
+        Press(Qt::Key_Escape);
+        return names;
+    };
+    const QString from = "SELECT 1 FROM " + other.Name() + ".orders";
+    EXPECT_EQ(shown(from + " WHERE orders."), (QStringList{"far", "near"}));
+    EXPECT_EQ(shown(from + " AS o WHERE o."), QStringList{"far"});
+    EXPECT_EQ(shown("SELECT 1 FROM orders o,`" + other.Name() + "`.`orders` p WHERE p."),
+              QStringList{"far"});
+    EXPECT_EQ(shown("SELECT 1 FROM orders WHERE orders."), QStringList{"near"});
+
+    // A name that is a word of the language is a name in backticks, where it must be.
+    const qsizetype last = shown("SELECT orde").size() - 1;
+    Press(Qt::Key_Space, Qt::ControlModifier);
+    for (qsizetype i = 0; i < last; ++i)
+        Press(Qt::Key_Down);
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Editor().Text(), "SELECT `order`");
+    shown("SELECT key.or");
+    Press(Qt::Key_Space, Qt::ControlModifier);
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Editor().Text(), "SELECT `key`.order");
+}
+
+TEST_F(TCodeCompletionTest, EveryWordThatIsANameCanBeRun)
+{
+    TAppReservedWordsCodeCompleteManager words;
+    QStringList columns;
+    for (const TCodeCompleteItem &item : words.Items())
+        columns += '`' + item.DisplayValue + "` INT";
+    for (TTestServer *server : {&TTestServer::Instance(), TTestServer::MySql9()}) {
+        if (!server)
+            continue;
+        TTestDatabase database(*server);
+        database.Exec("CREATE TABLE words (" + columns.join(',') + ')');
+        const auto manager = TDbmManager::Create();
+        TDbmConnectionProfile profile = ServerProfile(*server);
+        profile.Database = database.Name();
+        manager->SetParams(profile);
+        manager->Connect();
+        manager->GetUsedDatabase()->Tables().ForEach(
+            [](TDbmTableItem &table) { table.Fields().Count(); });
+        TAppLoadedNamesCodeCompleteSource source(
+            manager.get(), [&] { return database.Name(); }, [] { return QString(); }, &words);
+        QList<TCodeCompleteItem> items;
+        source.Suggest("", items);
+        QStringList names;
+        for (const TCodeCompleteItem &item : items)
+            if (item.DisplayValue.toUpper() == item.DisplayValue)
+                names += item.InsertValue;
+        EXPECT_EQ(names.size(), columns.size());
+        EXPECT_TRUE(names.contains("STATUS")) << "no backticks where none are needed";
+        database.Exec("SELECT " + names.join(',') + " FROM words");
+    }
 }
 
 TEST_F(TCodeCompletionTest, AResultIsExportedByTheOptionsOfTheDialog)
