@@ -1,0 +1,216 @@
+#include "jobs/uDbmTableCloner.h"
+#include "model/uDbmManager.h"
+#include "support/uTextCoding.h"
+#include "uJobRuns.h"
+#include "uTestPrint.h"
+
+#include <QProcess>
+
+namespace {
+
+using testing::HasSubstr;
+
+class TDumpFilesTest : public TJobRunsTest
+{};
+
+TEST_P(TDumpFilesTest, AFileOfAnyOriginRunsAsItLies)
+{
+    // The table x is there and empty; what it holds at the end, and the error.
+    const struct
+    {
+        const char *Name;
+        QByteArray Text;
+        QString Rows;
+        const char *Error;
+    } files[] = {
+        {"windows line ends", "INSERT INTO x\r\n\r\nVALUES ('a');\r\nINSERT INTO x VALUES ('b');",
+         "a,b", ""},
+        {"mixed line ends", "INSERT INTO x\r\nVALUES\n('a');\nINSERT INTO x VALUES ('b');\r\n",
+         "a,b", ""},
+        {"no line end", "INSERT INTO x VALUES ('a')", "a", ""},
+        {"no line end between two statements",
+         "INSERT INTO x VALUES ('a'); INSERT INTO x VALUES ('b');", "", "(1064)"},
+        {"line ends of old Macs", "INSERT INTO x VALUES ('a');\rINSERT INTO x VALUES ('b');\r", "",
+         "(1064)"},
+        {"with a mark", "\xEF\xBB\xBFINSERT INTO x VALUES ('Gr\xC3\xBC\xC3\x9F\x65');", "Grüße",
+         ""},
+        {"without a mark", "INSERT INTO x VALUES ('Grüße 東京 😀');", "Grüße 東京 😀", ""},
+        {"in a code page", "INSERT INTO x VALUES ('\xCF\xF0\xE8\xEC\xE5\xF0');", "Пример", ""},
+        {"tabs in texts", "INSERT\tINTO x\n\tVALUES ('a\tb'); \t\n", "a\tb", ""},
+        {"comments", "-- one;\n  # two;\n--three;\nINSERT INTO x -- four\nVALUES ('a' /* ; */);",
+         "a", ""},
+        {"a broken statement",
+         "INSERT INTO x VALUES ('a');\nINSERT INTO x VALUE S ('b');\nINSERT INTO x VALUES ('c');",
+         "a", "(1064)"},
+        {"a cut file", "INSERT INTO x VALUES ('a');\nINSERT INTO x VALUES ('b'), ('c", "a",
+         "(1064)"},
+    };
+    Exec("CREATE TABLE x (v VARCHAR(20) CHARACTER SET utf8mb4)");
+    TTextCoding::SetLegacyCodePage("windows-1251");
+    for (const auto &file : files) {
+        Exec("DELETE FROM x");
+        const TJobRun run = LoadText(file.Text);
+        EXPECT_EQ(run.Error.left(6), file.Error) << file.Name << ": " << run.Error.toStdString();
+        EXPECT_EQ(Value("SELECT IFNULL(GROUP_CONCAT(v ORDER BY v), '') FROM x"), file.Rows)
+            << file.Name;
+    }
+    TTextCoding::SetLegacyCodePage({});
+}
+
+TEST_P(TDumpFilesTest, AnErrorBearsTheWholeStatement)
+{
+    const QString rows = QString("('%1'), ").arg(QString(3000, 'x')).repeated(3);
+    TDbmExecuteSqlDumpWorker worker;
+    worker.FProfile = ServerProfile(Server());
+    worker.FFileName = File();
+    QFile file(File());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("SET @a = 1;\nINSERT INTO\n" + (Name() + ".gone VALUES " + rows).toUtf8() + "(1);");
+    file.close();
+    QString statement;
+    TWorkerEvents events;
+    events.OnException = [&](TWorker *, const std::exception &e) {
+        if (const auto *error = dynamic_cast<const EDacMySqlError *>(&e))
+            statement = error->CommandText();
+    };
+    worker.SetEvents(events);
+    RunJob(worker);
+    EXPECT_EQ(statement, "INSERT INTO\r\n" + Name() + ".gone VALUES " + rows + "(1)");
+}
+
+// The client's own tool writes tabs into texts as they are, a sandbox comment without a delimiter
+// at its head, conditional comments over lines and delimiters of its own.
+TEST_P(TDumpFilesTest, AFileOfTheServersOwnToolComesBackWhole)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, v VARCHAR(200) CHARACTER SET utf8mb4, b BLOB)");
+    Exec(R"(INSERT INTO t VALUES (1, 'a	b', NULL), (2, 'it''s \\ "x"\r\n-- no\n', x'00FF1A27'),
+        (3, 'Пример 東京 😀', ''), (4, '/*M!999999\\- x */;', 'DELIMITER ;;'))");
+    Exec("CREATE TABLE child (id INT, CONSTRAINT up FOREIGN KEY (id) REFERENCES t (id))");
+    Exec("INSERT INTO child VALUES (4), (NULL)");
+    Exec("CREATE VIEW v AS SELECT id, v FROM t WHERE id > 1");
+    Exec("CREATE VIEW a_view AS SELECT v.id FROM v");
+    Exec("CREATE TRIGGER tr BEFORE INSERT ON child FOR EACH ROW BEGIN\n  SET @a = ';';\n"
+         "  SET @b = 'x;;';\nEND");
+    Exec("CREATE PROCEDURE p (a INT) BEGIN\n  SELECT ';' AS s;\nEND");
+    Exec("CREATE EVENT e ON SCHEDULE EVERY 1 DAY STARTS '2037-01-01 00:00:00' DISABLE DO SET @c ="
+         " 1");
+    QProcess tool;
+    tool.setStandardOutputFile(File());
+    tool.start("mariadb-dump", {"--no-defaults", "--host=" + Server().Host(),
+                                "--port=" + QString::number(Server().Port()), "--user=root",
+                                "--hex-blob", "--routines", "--events", Name()});
+    ASSERT_TRUE(tool.waitForFinished() && tool.exitCode() == 0)
+        << tool.readAllStandardError().toStdString();
+    QFile file(File());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const std::string text = file.readAll().toStdString();
+    ASSERT_THAT(text, HasSubstr("enable the sandbox mode"));
+    ASSERT_THAT(text, HasSubstr("a\tb"));
+
+    const QStringList before = Contents();
+    Server().Exec("DROP DATABASE " + Name() + "; CREATE DATABASE " + Name() +
+                  " CHARACTER SET utf8mb4");
+    EXPECT_EQ(Load(true).Error, "");
+    ExpectSame(before, Contents());
+}
+
+/// Names, texts and values that would be statements of their own wherever they are not escaped.
+class TForeignTextTest : public TJobRunsTest
+{
+protected:
+    void SetUp() override
+    {
+        TJobRunsTest::SetUp();
+        if (!FDatabase)
+            return;
+        FVictim = std::make_unique<TTestDatabase>(Server());
+        FVictim->Exec("CREATE TABLE victim (id INT)");
+        Fill();
+    }
+    void TearDown() override
+    {
+        if (FVictim) {
+            EXPECT_EQ(FVictim->Value("SHOW TABLES"), "victim");
+        }
+    }
+    /// Ends whatever is open, drops the victim and makes the rest a comment.
+    QString Attack(const QString &end) const
+    {
+        return end + ";DROP TABLE " + FVictim->Name() + ".victim;-- x";
+    }
+    static QString Text(QString text)
+    {
+        return '\'' + text.replace('\\', "\\\\").replace('\'', "''").replace('\n', "\\n") + '\'';
+    }
+    static QString Quoted(QString name) { return '`' + name.replace('`', "``") + '`'; }
+    void Fill() const
+    {
+        const QString name = Quoted(Attack("`"));
+        const QString lines = "'\n" + Attack("\n;\n") + "\n$$\n" + Attack("\\'");
+        Exec("CREATE TABLE " + name + " (" + Quoted(Attack("` INT)")) +
+             " INT PRIMARY KEY COMMENT " + Text(Attack("')")) + ", e ENUM(" + Text(Attack("')")) +
+             ", 'b') DEFAULT " + Text(Attack("')")) + ", s SET(" + Text(Attack("\\')")) +
+             "), d VARCHAR(99)" + " DEFAULT " + Text(Attack("\\'")) + ", t TEXT, KEY " +
+             Quoted(Attack("`)")) + " (e)) COMMENT " + Text(lines));
+        Exec("INSERT INTO " + name + " VALUES (1, 1, 1, DEFAULT, " + Text(lines) + ")");
+        Exec("ALTER TABLE " + name + " ADD up INT, ADD CONSTRAINT " + Quoted(Attack("` f")) +
+             " FOREIGN KEY (up) REFERENCES " + name + " (" + Quoted(Attack("` INT)")) + ")");
+        Exec("CREATE VIEW " + Quoted(Attack("` v")) + " AS SELECT e AS " + Quoted(Attack("` e")) +
+             ", " + Text(Attack("'")) + " AS s FROM " + name);
+        Exec("CREATE PROCEDURE " + Quoted(Attack("` p")) + " (" + Quoted(Attack("` a")) +
+             " INT) COMMENT " + Text(Attack("'")) + " SELECT " + Text(Attack("'")));
+        Exec("CREATE TRIGGER " + Quoted(Attack("` t")) + " BEFORE INSERT ON " + name +
+             " FOR EACH ROW SET @x = " + Text(Attack("'")));
+        Exec("CREATE EVENT " + Quoted(Attack("` e")) +
+             " ON SCHEDULE EVERY 1 DAY STARTS"
+             " '2037-01-01 00:00:00' DISABLE COMMENT " +
+             Text(lines) + " DO SET @x = 1");
+    }
+
+    std::unique_ptr<TTestDatabase> FVictim;
+};
+
+TEST_P(TForeignTextTest, IsOnlyTextInADumpAndInAMigration)
+{
+    const QStringList before = Contents();
+    EXPECT_EQ(Dump().Error, "");
+    const TTestDatabase copy(Server());
+    EXPECT_EQ(Migrate(copy).Error, "");
+    ExpectSame(before, DumpDatabase::Contents(Server(), copy.Name()));
+    EXPECT_EQ(Migrate(copy).Error, "") << "with drops ahead";
+    EXPECT_EQ(Checksum(copy).Lines, Checksum().Lines);
+    Server().Exec("DROP DATABASE " + Name());
+    EXPECT_EQ(Load().Error, "");
+    ExpectSame(before, Contents());
+}
+
+TEST_P(TForeignTextTest, IsOnlyTextInTheCopyOfATable)
+{
+    const auto manager = TDbmManager::Create();
+    manager->SetParams(ServerProfile(Server()));
+    manager->Connect();
+    TDbmTableCloner cloner;
+    cloner.Initialize(*manager, Name(), Attack("`2"), Name(), Attack("`"));
+    cloner.Execute();
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM " + Quoted(Attack("`2"))), "1");
+}
+
+// In a file a line that is cut off would be a statement, or the rest of one.
+TEST_P(TForeignTextTest, NamesWithLineEndsAreLeftOutAndNamed)
+{
+    const QString name = Quoted(Attack("a\n"));
+    Exec("CREATE TABLE plain (" + name + " INT)");
+    Exec("CREATE TABLE keyed (id INT, KEY " + name + " (id))");
+    Exec("CREATE VIEW " + Quoted(Attack("v\n")) + " AS SELECT 1 AS one");
+    const TJobRun run = Dump();
+    EXPECT_EQ(run.Error, "");
+    for (const char *part : {"\"plain\"", "\"keyed\"", "view \"v"})
+        EXPECT_THAT(run.LeftOut().join('\n').toStdString(), HasSubstr(part));
+    Server().Exec("DROP DATABASE " + Name());
+    EXPECT_EQ(Load().Error, "");
+}
+
+ON_BOTH_SERVERS(TDumpFilesTest);
+ON_BOTH_SERVERS(TForeignTextTest);
+
+} // namespace
