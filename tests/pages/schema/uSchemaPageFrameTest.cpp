@@ -8,12 +8,16 @@
 #include "shell/uAppMessages.h"
 #include "shell/uManagerFrame.h"
 #include "shell/uPageManagerFrame.h"
+#include "shell/uRecordedDialogs.h"
 #include "shell/uWorkbenchFixture.h"
+#include "widgets/uVerticalGrid.h"
 
 #include <QAction>
+#include <QFile>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <gmock/gmock.h>
 
 namespace {
@@ -107,6 +111,108 @@ TEST_F(TSchemaPageTest, ANewRoutineOpensAQueryAndItsTab)
     ASSERT_NE(query, nullptr);
     EXPECT_TRUE(query->GetText().contains("FUNCTION"));
     EXPECT_EQ(Tabs(page).currentIndex(), ttFunctions);
+    EXPECT_EQ(Tabs(page).Frame(ttFunctions), nullptr) << "nobody has seen it yet";
+    Pages().SelectPrevPage(); // no redraw in between
+    ASSERT_EQ(Pages().GetActivePage(), &page);
+    ASSERT_NE(Tabs(page).Frame(ttFunctions), nullptr);
+    EXPECT_EQ(Tabs(page).widget(ttFunctions)->findChild<TGridView *>()->model()->rowCount(), 1);
+}
+
+TEST_F(TSchemaPageTest, AJobLeavesTheTabAlone)
+{
+    TSchemaPageFrame &page = Open();
+    Tabs(page).setCurrentIndex(ttViews);
+    const QString file = FilePath("dump.sql");
+    Driver.Expect([&](QWidget *dialog) {
+        Driver.ExpectFile(file);
+        auto *row = dialog->findChild<TVerticalGrid *>()->Row("rowFileName");
+        Q_EMIT row->OnButton(row, "Select");
+        Driver.Expect("frmWorker", [](QWidget *job) {
+            EXPECT_TRUE(
+                TTestLoop::RunUntil([&] { return job->windowTitle().endsWith("- Finished"); }));
+            Find<QPushButton>(job, "butClose")->click();
+        });
+        Find<QPushButton>(dialog, "butOK")->click();
+    });
+    Find<QAction>(&page, "actCreateSqlDump")->trigger();
+    EXPECT_TRUE(QFile::exists(file));
+    EXPECT_EQ(Tabs(page).currentIndex(), ttViews);
+}
+
+TEST_F(TSchemaPageTest, ANewObjectTurnsToItsTabOnlyWhenItWasMade)
+{
+    TRecordedDialogs dialogs;
+    TSchemaPageFrame &page = Open();
+    Tabs(page).setCurrentIndex(ttFunctions);
+    dialogs.Confirms = false;
+    Find<QAction>(&page, "actCreateTable")->trigger();
+    EXPECT_EQ(Tabs(page).currentIndex(), ttFunctions);
+    dialogs.Confirms = true;
+    dialogs.NewName = "b";
+    Find<QAction>(&page, "actCreateTable")->trigger();
+    EXPECT_EQ(Tabs(page).currentIndex(), ttTables);
+    Open();
+    Tabs(page).setCurrentIndex(ttInfo);
+    Find<QAction>(&page, "actUpdate")->trigger();
+    EXPECT_EQ(Tabs(page).currentIndex(), ttInfo);
+    dialogs.Take();
+
+    dialogs.NewName = "v";
+    Action(page, ttViews, 0, "actUpdate")->trigger();
+    Action(page, ttEvents, 0, "actUpdate")->trigger();
+    Action(page, ttEvents, 0, "actCreate")->trigger();
+    const QString on = Database().Name();
+    EXPECT_EQ(dialogs.Take(),
+              (QStringList{"view|" + on + "||v|", "event|" + on + "||e|", "event|" + on + "|||"}));
+}
+
+TEST_F(TSchemaPageTest, ListsHaveTheirMenusAndHints)
+{
+    TSchemaPageFrame &page = Open();
+    const QList<QStringList> menus = {{"Open", "Create...", "Modify...", "Rename...", "Delete..."},
+                                      {"Open", "Create...", "Modify...", "Rename...", "Delete..."},
+                                      {"Open", "Create", "Rename...", "Delete..."},
+                                      {"Open", "Create", "Rename...", "Delete..."},
+                                      {"Create", "Modify...", "Rename...", "Delete..."}};
+    QStringList hints;
+    for (int tab = ttTables; tab <= ttEvents; ++tab) {
+        Tabs(page).setCurrentIndex(tab);
+        auto *grid = Tabs(page).widget(tab)->findChild<TGridView *>();
+        QStringList entries;
+        for (const QAction *action : grid->actions())
+            if (action->parent() == Tabs(page).Frame(tab))
+                entries += action->text();
+        EXPECT_EQ(entries, menus[tab]);
+        EXPECT_EQ(Find<QAction>(Tabs(page).widget(tab), "actDelete")->toolTip(), "Delete field");
+        EXPECT_FALSE(grid->accessibleName().isEmpty());
+        for (int column = 0; column < grid->model()->columnCount(); ++column) {
+            const QString hint =
+                grid->model()->headerData(column, Qt::Horizontal, Qt::ToolTipRole).toString();
+            if (!hint.isEmpty())
+                hints += grid->model()->headerData(column, Qt::Horizontal).toString() + '=' + hint;
+        }
+    }
+    EXPECT_EQ(hints, (QStringList{"CHK=Checksum", "DKW=Delay key write", "ARL=Average row length",
+                                  "Index=Index length", "UPD=Updatable", "DTR=Deterministic",
+                                  "DTR=Deterministic", "PRS=On completion preserve"}));
+}
+
+TEST_F(TSchemaPageTest, ARefreshKeepsThePlaceInAList)
+{
+    for (int i = 0; i < 60; ++i)
+        Exec(QString("CREATE TABLE many_%1 (id INT)").arg(i, 2, 10, QChar('0')));
+    TSchemaPageFrame &page = Open();
+    auto *grid = Tabs(page).widget(ttTables)->findChild<TGridView *>();
+    grid->SetFocusedRow(50);
+    const auto focused = [&] { return grid->currentIndex().siblingAtColumn(0).data().toString(); };
+    const QString before = focused();
+    const int scrolled = grid->verticalScrollBar()->value();
+    ASSERT_GT(scrolled, 0);
+    Exec("CREATE TABLE many_later (id INT)");
+    Find<QAction>(&page, "actRefresh")->trigger();
+    EXPECT_EQ(Tabs(page).tabText(ttTables), "Tables: 63");
+    EXPECT_EQ(focused(), before);
+    EXPECT_EQ(grid->verticalScrollBar()->value(), scrolled);
 }
 
 TEST_F(TSchemaPageTest, ADroppedDatabaseLeavesAnEmptyPage)

@@ -1,21 +1,40 @@
 #include "pages/structure/uTablePageFrame.h"
 
 #include "model/uDbmManager.h"
-#include "pages/tree/uManagerObjectsFrame.h"
+#include "pages/structure/uTableFrame.h"
+#include "pages/structure/uTableListFrames.h"
+#include "pages/structure/uTableStructureFrame.h"
 #include "pages/uTabTools.h"
 #include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppManagerUtils.h"
+#include "shell/uAppMessages.h"
 #include "shell/uManagerFrame.h"
 #include "shell/uPageManagerFrame.h"
+#include "shell/uRecordedDialogs.h"
 #include "shell/uWorkbenchFixture.h"
 #include "widgets/uGridView.h"
 #include "widgets/uTextEditor.h"
 
 #include <QAction>
 #include <QLineEdit>
+#include <QTabBar>
+#include <QToolBar>
 #include <gtest/gtest.h>
 
 namespace {
+
+enum TTab {
+    ttData,
+    ttStructure,
+    ttFields,
+    ttIndexes,
+    ttReferences,
+    ttDependencies,
+    ttTriggers,
+    ttInfo,
+    ttDDL
+};
+enum TViewTab { vtData, vtFields, vtInfo };
 
 class TTablePageTest : public TWorkbenchTest
 {
@@ -51,32 +70,34 @@ TEST_F(TTablePageTest, ShowsHowATableIsMade)
     EXPECT_EQ(page.GetTitle(), Database().Name() + ".t");
     EXPECT_EQ(Captions(page), (QStringList{"Data", "Fields: 3", "Indexes: 3", "References: 1",
                                            "Triggers: 1", "Info", "DDL"}));
-    EXPECT_EQ(Tabs(page).Frame(1), nullptr) << "a tab costs nothing before it is seen";
-    const QStringList fields = List(page, 1);
+    EXPECT_EQ(Tabs(page).Frame(ttFields), nullptr) << "a tab costs nothing before it is seen";
+    const QStringList fields = List(page, ttFields);
     ASSERT_EQ(fields.size(), 3);
     EXPECT_EQ(fields[1], "2|name|varchar(20)|||x|unique||||what it is called");
     EXPECT_TRUE(fields[2].contains("parent.id|")) << fields[2].toStdString();
-    EXPECT_TRUE(List(page, 2).contains("by_name|unique|name"))
-        << List(page, 2).join('\n').toStdString();
-    EXPECT_EQ(List(page, 3), QStringList{"to_parent|parent_id|parent(id)|cascade|restrict"});
-    EXPECT_EQ(List(page, 4), QStringList{"on_t|before insert"});
-    const QStringList info = List(page, 5);
+    EXPECT_TRUE(List(page, ttIndexes).contains("by_name|unique|name"))
+        << List(page, ttIndexes).join('\n').toStdString();
+    EXPECT_EQ(List(page, ttReferences),
+              QStringList{"to_parent|parent_id|parent(id)|cascade|restrict"});
+    EXPECT_EQ(List(page, ttTriggers), QStringList{"on_t|before insert"});
+    const QStringList info = List(page, ttInfo);
     EXPECT_EQ(info.size(), 14);
     EXPECT_EQ(info.mid(0, 2), (QStringList{"Table name|t", "Engine|InnoDB"}));
-    Tabs(page).setCurrentIndex(6);
-    EXPECT_TRUE(
-        Find<TTextEditor>(Tabs(page).widget(6), "edEditor")->Text().startsWith("CREATE TABLE `t`"));
+    Tabs(page).setCurrentIndex(ttDDL);
+    EXPECT_TRUE(Find<TTextEditor>(Tabs(page).widget(ttDDL), "edEditor")
+                    ->Text()
+                    .startsWith("CREATE TABLE `t`"));
 }
 
 TEST_F(TTablePageTest, AViewHasRowsColumnsAndProperties)
 {
     TTablePageFrame &page = Open("v");
     EXPECT_EQ(Captions(page), (QStringList{"Data", "Fields: 2", "Info"}));
-    List(page, 1);
-    const auto *grid = Tabs(page).widget(1)->findChild<TGridView *>();
+    List(page, vtFields);
+    const auto *grid = Tabs(page).widget(vtFields)->findChild<TGridView *>();
     EXPECT_TRUE(grid->isColumnHidden(6));
-    EXPECT_FALSE(Find<QAction>(Tabs(page).widget(1), "actDelete")->isEnabled());
-    EXPECT_EQ(List(page, 2).first(), "View name|v");
+    EXPECT_FALSE(Find<QAction>(Tabs(page).widget(vtFields), "actDelete")->isEnabled());
+    EXPECT_EQ(List(page, vtInfo).first(), "View name|v");
     TTablePageFrame &system = Open("parent");
     EXPECT_NE(&system, &page);
     Pages().ShowTable("information_schema", "TABLES", true);
@@ -99,16 +120,177 @@ TEST_F(TTablePageTest, ThePageFollowsItsTable)
     EXPECT_EQ(Captions(page).value(1), "Fields: 3");
 
     // Deleting a key from its list.
-    List(page, 3);
-    Tabs(page).widget(3)->findChild<TGridView *>()->SetFocusedRow(0);
+    List(page, ttReferences);
+    Tabs(page).widget(ttReferences)->findChild<TGridView *>()->SetFocusedRow(0);
     Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
-    Find<QAction>(Tabs(page).widget(3), "actDelete")->trigger();
-    EXPECT_EQ(List(page, 3), QStringList());
+    Find<QAction>(Tabs(page).widget(ttReferences), "actDelete")->trigger();
+    EXPECT_EQ(List(page, ttReferences), QStringList());
     EXPECT_EQ(Captions(page).value(3), "References: 0");
 
     Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
     utils.DeleteTable(Database().Name(), "renamed");
     EXPECT_EQ(Window->GetActiveManagerFrame()->GetPagesCaption(), QStringList());
+}
+
+TEST_F(TTablePageTest, AKindWithoutKeysTurnsToItsFields)
+{
+    TTablePageFrame &page = Open("t");
+    List(page, ttIndexes);
+    const auto show = [&](const QString &database, const QString &name) {
+        page.SetParams(&Window->GetActiveManagerFrame()->Manager(), database, name);
+        page.RequestProcess();
+        page.Process();
+    };
+    show("information_schema", "TABLES");
+    EXPECT_EQ(Tabs(page).currentIndex(), ttFields);
+    for (const TTab tab : {ttReferences, ttTriggers, ttInfo})
+        EXPECT_EQ(Tabs(page).Frame(tab), nullptr) << "no neighbour was looked at on the way";
+    EXPECT_FALSE(Captions(page).join(' ').contains("Indexes"));
+    EXPECT_GT(List(page, ttFields).size(), 10);
+    show(Database().Name(), "t");
+    EXPECT_TRUE(Captions(page).contains("Indexes: 3"));
+}
+
+TEST_F(TTablePageTest, TheTextIsReadOnceAndKeepsItsPlace)
+{
+    TTablePageFrame &page = Open("t");
+    Tabs(page).setCurrentIndex(ttDDL);
+    auto *editor = Find<TTextEditor>(Tabs(page).widget(ttDDL), "edEditor");
+    editor->SetCaret(3, 5);
+    int statements = 0;
+    QObject::connect(Window->GetActiveManagerFrame(), &TManagerFrame::OnCommandBeforeExecute, &page,
+                     [&] { ++statements; });
+    Tabs(page).setCurrentIndex(ttInfo);
+    Tabs(page).setCurrentIndex(ttDDL);
+    TAppMessages::SendRedrawUI();
+    EXPECT_EQ(statements, 0);
+    EXPECT_EQ(editor->CaretLine(), 3);
+    EXPECT_EQ(editor->CaretColumn(), 5);
+    Exec("ALTER TABLE t COMMENT 'changed'");
+    Find<QAction>(&page, "actRefresh")->trigger();
+    EXPECT_TRUE(editor->Text().contains("COMMENT='changed'"));
+    EXPECT_EQ(editor->CaretLine(), 3);
+}
+
+TEST_F(TTablePageTest, TheTabShowsWhatItHolds)
+{
+    const auto icon = [this](const TPageFrame &page) {
+        const TPageManagerFrame &pages = Window->GetActiveManagerFrame()->PageManager();
+        for (int i = 0; i < pages.PageCount(); ++i)
+            if (pages.GetPageByIndex(i) == &page)
+                return Find<QTabBar>(&pages, "tabBar")->tabIcon(i).name();
+        return QString();
+    };
+    EXPECT_EQ(icon(Open("t")), "table");
+    EXPECT_EQ(icon(Open("v")), "view");
+    EXPECT_EQ(icon(Open("nothing")), "text-page");
+    Pages().ShowTable("information_schema", "TABLES", true);
+    EXPECT_EQ(icon(*Pages().GetActivePage()), "table-system");
+}
+
+TEST_F(TTablePageTest, AViewWithoutItsTableIsShownAsFarAsItGoes)
+{
+    Exec("CREATE TABLE base (id INT)");
+    Exec("CREATE VIEW on_base AS SELECT id FROM base");
+    Exec("DROP TABLE base");
+    OpenWorkspace();
+    Driver.Allow("frmErrorBox");
+    TTablePageFrame &page = Open("on_base");
+    EXPECT_EQ(List(page, vtInfo).first(), "View name|on_base");
+    EXPECT_LE(List(page, vtFields).size(), 1);
+    EXPECT_EQ(Captions(Open("t")).size(), 7) << "the workspace goes on";
+}
+
+TEST_F(TTablePageTest, ListsOpenTheirDialogs)
+{
+    TRecordedDialogs dialogs;
+    const QString on = '|' + Database().Name() + "|t|";
+    TTablePageFrame &page = Open("t");
+    struct TCase
+    {
+        TTab Tab;
+        QString Kind, Name, Modify;
+    };
+    const TCase cases[] = {{ttFields, "field", "id", "Modify"},
+                           {ttIndexes, "index", "by_name", "Modify"},
+                           {ttReferences, "reference", "to_parent", "Modify"},
+                           {ttTriggers, "trigger", "on_t", "Recreate"}};
+    for (const TCase &each : cases) {
+        SCOPED_TRACE(each.Kind.toStdString());
+        const QStringList rows = List(page, each.Tab);
+        auto *grid = Tabs(page).widget(each.Tab)->findChild<TGridView *>();
+        const auto action = [&](const char *name) {
+            return Find<QAction>(Tabs(page).widget(each.Tab), name);
+        };
+        action("actNew")->trigger();
+        EXPECT_EQ(dialogs.Take(), QStringList{each.Kind + on + '|'});
+        grid->SetFocusedRow(-1);
+        EXPECT_FALSE(action("actModify")->isEnabled());
+        EXPECT_FALSE(action("actDelete")->isEnabled());
+        for (int row = 0; row < rows.size(); ++row)
+            if (rows[row].split('|').contains(each.Name))
+                grid->SetFocusedRow(row);
+        EXPECT_EQ(action("actModify")->text(), each.Modify);
+        action("actModify")->trigger();
+        EXPECT_EQ(dialogs.Take(), QStringList{each.Kind + on + each.Name + '|'});
+    }
+    EXPECT_EQ(Find<QAction>(Tabs(page).widget(ttFields), "actNew")->toolTip(), "Create field");
+    dialogs.NewName = "t";
+    Find<QAction>(&page, "actOptions")->trigger();
+    EXPECT_EQ(dialogs.Take(), QStringList{"table|" + Database().Name() + "||t|"});
+
+    auto *frame = page.findChild<TTableFrame *>();
+    dialogs.Confirms = false;
+    EXPECT_FALSE(frame->CreateIndex());
+    EXPECT_EQ(Tabs(page).currentIndex(), ttTriggers);
+    dialogs.Confirms = true;
+    EXPECT_TRUE(frame->CreateIndex());
+    EXPECT_EQ(Tabs(page).currentIndex(), ttIndexes);
+    dialogs.Take();
+
+    TTablePageFrame &view = Open("v");
+    dialogs.NewName = "v";
+    Find<QAction>(&view, "actOptions")->trigger();
+    EXPECT_EQ(dialogs.Take(), QStringList{"view|" + Database().Name() + "||v|"});
+    List(view, vtFields);
+    EXPECT_FALSE(Find<QAction>(Tabs(view).widget(vtFields), "actNew")->isEnabled());
+}
+
+TEST_F(TTablePageTest, TheHiddenListsAreWhole)
+{
+    TTablePageFrame &page = Open("parent");
+    EXPECT_FALSE(Tabs(page).isTabVisible(ttStructure));
+    EXPECT_FALSE(Tabs(page).isTabVisible(ttDependencies));
+    EXPECT_EQ(Tabs(page).tabText(ttDependencies), "Dependencies: 0") << "it was not read";
+    QWidget owner;
+    auto *frame = TBaseFrame::New<TTableStructureFrame>(&owner);
+    frame->SetParams(&Window->GetActiveManagerFrame()->Manager(), Database().Name(), "parent");
+    frame->Process();
+    const auto *list = frame->findChild<TTableDependenciesFrame *>();
+    const QAbstractItemModel *model = list->findChild<TGridView *>()->model();
+    ASSERT_EQ(model->rowCount(), 1);
+    QStringList cells;
+    for (int column = 0; column < model->columnCount(); ++column)
+        cells += model->index(0, column).data().toString();
+    EXPECT_EQ(cells.join('|'), "to_parent|t(parent_id)|id|cascade|restrict");
+    EXPECT_EQ(list->height(), list->GetWorkHeight());
+
+    list->findChild<TGridView *>()->SetFocusedRow(0);
+    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+    Find<QAction>(list, "actDelete")->trigger();
+    EXPECT_EQ(model->rowCount(), 0);
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM information_schema.REFERENTIAL_CONSTRAINTS WHERE "
+                    "CONSTRAINT_SCHEMA = DATABASE()"),
+              "0");
+}
+
+TEST_F(TTablePageTest, ButtonsAreReachedByTheKeyboard)
+{
+    auto *toolBar = Find<QToolBar>(&Open("t"), "tbrTable");
+    ASSERT_GE(toolBar->actions().size(), 3);
+    for (QAction *action : toolBar->actions())
+        EXPECT_EQ(toolBar->widgetForAction(action)->focusPolicy(), Qt::TabFocus)
+            << action->text().toStdString();
 }
 
 } // namespace

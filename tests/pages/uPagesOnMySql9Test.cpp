@@ -1,0 +1,171 @@
+#include "core/uServerProfile.h"
+#include "model/uDbmManager.h"
+#include "pages/schema/uSchemaPageFrame.h"
+#include "pages/structure/uTablePageFrame.h"
+#include "pages/tree/uManagerObjectsFrame.h"
+#include "pages/uTabTools.h"
+#include "shell/uAppManagerPageUtils.h"
+#include "shell/uManagerFrame.h"
+#include "shell/uWorkbenchFixture.h"
+#include "widgets/uVTDataManager.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QTest>
+#include <gmock/gmock.h>
+
+namespace {
+
+/// One walk over tree, table page and schema page on the other kind of server: its catalogues and
+/// its texts of objects are not those of the first.
+class TPagesOnMySql9Test : public TWorkbenchTest
+{
+protected:
+    void SetUp() override
+    {
+        SKIP_WITHOUT_MYSQL9();
+        FOther = std::make_unique<TTestDatabase>(*TTestServer::MySql9());
+        for (const char *sql :
+             {"CREATE TABLE parent (id INT PRIMARY KEY)",
+              "CREATE TABLE t (id INT AUTO_INCREMENT PRIMARY KEY, name VARCHAR(20) NOT NULL "
+              "DEFAULT "
+              "'x', parent_id INT, KEY by_name (name), CONSTRAINT to_parent FOREIGN KEY "
+              "(parent_id) REFERENCES parent (id) ON DELETE CASCADE)",
+              "CREATE TRIGGER on_t BEFORE INSERT ON t FOR EACH ROW SET NEW.name = 'y'",
+              "CREATE VIEW v AS SELECT id, name FROM t", "CREATE PROCEDURE p() SELECT 1",
+              "CREATE FUNCTION f() RETURNS INT DETERMINISTIC RETURN 1",
+              "CREATE EVENT e ON SCHEDULE EVERY 2 DAY DISABLE DO SELECT 1"})
+            FOther->Exec(sql);
+        FFrame = OpenWorkspaceOn(ServerProfile(*TTestServer::MySql9()))
+                     .findChild<TManagerObjectsFrame *>();
+        FFrame->SelectDatabase(FOther->Name());
+        FTree = Find<TVTTreeView>(FFrame, "lvTree");
+        FData = FTree->findChild<TVTDataManager *>();
+    }
+
+    TVTDataItem &Node(const QString &id)
+    {
+        TVTDataItem *item = FData->FindNode(id);
+        if (!item)
+            throw std::runtime_error("no node " + id.toStdString());
+        return *item;
+    }
+    QString Id(const char *kind, const char *name) const
+    {
+        return QString("%1 %2.%3").arg(kind, FOther->Name(), name);
+    }
+    void Press(int key, TVTDataItem &item)
+    {
+        FData->SetFocusedItem(&item);
+        QTest::keyClick(FTree, Qt::Key(key));
+    }
+    template <typename TPage>
+    TPage &Page()
+    {
+        auto *page =
+            qobject_cast<TPage *>(Window->GetActiveManagerFrame()->PageUtils().GetActivePage());
+        if (!page)
+            throw std::runtime_error("another page is active");
+        return *page;
+    }
+    TPreparedTabs &Tabs(QWidget &page) { return *Find<TPreparedTabs>(&page, "pcTabs"); }
+
+    std::unique_ptr<TTestDatabase> FOther;
+    TManagerObjectsFrame *FFrame = nullptr;
+    TVTTreeView *FTree = nullptr;
+    TVTDataManager *FData = nullptr;
+};
+
+TEST_F(TPagesOnMySql9Test, TheTreeShowsAndChangesObjects)
+{
+    QStringList captions;
+    for (int i = 0; i < FData->DataList()->Count(); ++i)
+        captions += FData->DataList()->Items(i)->Caption();
+    EXPECT_EQ(captions, (QStringList{"Tables (2)", "Views (1)", "Procedures (1)", "Functions (1)",
+                                     "Events (1)"}));
+    Node(Id("table", "t")).SetExpanded(true);
+    captions.clear();
+    const TVTDataList &lists = *Node(Id("table", "t")).DataList();
+    for (int i = 0; i < lists.Count(); ++i)
+        captions += lists.Items(i)->Caption();
+    EXPECT_EQ(captions,
+              (QStringList{"Fields (3)", "Indexes (3)", "References (1)", "Triggers (1)"}));
+
+    for (const auto &[kind, name] :
+         {std::pair{"table", "parent"}, std::pair{"view", "v"}, std::pair{"event", "e"}}) {
+        const QString newName = QString(name) + "_renamed";
+        Driver.Expect([&](QWidget *dialog) {
+            Find<QLineEdit>(dialog, "edName")->setText(newName);
+            TGuiTools::Click(dialog, "butOK");
+        });
+        Press(Qt::Key_F2, Node(Id(kind, name)));
+        EXPECT_NO_THROW(Node(Id(kind, qPrintable(newName)))) << kind;
+    }
+    // The foreign key has made an index of the same name.
+    const std::pair<const char *, const char *> items[] = {
+        {"triggers", "on_t"}, {"references", "to_parent"}, {"indexes", "by_name"}};
+    for (const auto &[folder, name] : items) {
+        const auto find = [&] {
+            return Node(Id("table", "t"))
+                .DataList()
+                ->FindNode(QString("folder.") + folder)
+                ->DataList()
+                ->FindNode(name);
+        };
+        ASSERT_NE(find(), nullptr) << name;
+        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+        Press(Qt::Key_Delete, *find());
+        EXPECT_EQ(find(), nullptr) << name;
+    }
+    const std::pair<const char *, const char *> objects[] = {
+        {"view", "v_renamed"}, {"proc", "p"}, {"func", "f"}, {"event", "e_renamed"}};
+    for (const auto &[kind, name] : objects) {
+        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+        Press(Qt::Key_Delete, Node(Id(kind, name)));
+        EXPECT_EQ(FData->FindNode(Id(kind, name)), nullptr) << name;
+    }
+    EXPECT_EQ(FOther->Rows("SHOW TABLES").size(), 2);
+    EXPECT_EQ(FOther->Rows("SHOW TRIGGERS").size(), 0);
+    EXPECT_EQ(FOther->Value("SELECT COUNT(*) FROM information_schema.REFERENTIAL_CONSTRAINTS WHERE "
+                            "CONSTRAINT_SCHEMA = DATABASE()"),
+              "0");
+}
+
+TEST_F(TPagesOnMySql9Test, PagesShowHowATableAndAViewAreMade)
+{
+    FOther->Exec("INSERT INTO parent VALUES (1), (2)");
+    Press(Qt::Key_Return, Node(Id("table", "t")));
+    TPreparedTabs &table = Tabs(Page<TTablePageFrame>());
+    EXPECT_EQ(TTabTools::Captions(table),
+              (QStringList{"Data", "Fields: 3", "Indexes: 3", "References: 1", "Triggers: 1",
+                           "Info", "DDL"}));
+    EXPECT_EQ(TTabTools::Rows(table, 2)[1], "2|name|varchar(20)|||x|index||||");
+    EXPECT_EQ(TTabTools::Rows(table, 4),
+              QStringList{"to_parent|parent_id|parent(id)|cascade|restrict"});
+    EXPECT_EQ(TTabTools::Rows(table, 6), QStringList{"on_t|before insert"});
+    EXPECT_EQ(TTabTools::Rows(table, 7).mid(0, 2), (QStringList{"Table name|t", "Engine|InnoDB"}));
+    Press(Qt::Key_Return, Node(Id("view", "v")));
+    TPreparedTabs &view = Tabs(Page<TTablePageFrame>());
+    EXPECT_EQ(TTabTools::Captions(view), (QStringList{"Data", "Fields: 2", "Info"}));
+    EXPECT_EQ(TTabTools::Rows(view, 2).mid(0, 4),
+              (QStringList{"View name|v", "Check option|None", "Updatable|Yes",
+                           "Security type|Definer"}));
+}
+
+TEST_F(TPagesOnMySql9Test, TheSchemaPageShowsTheDatabase)
+{
+    Find<QAction>(FFrame, "actDatabaseOpen")->trigger();
+    TPreparedTabs &tabs = Tabs(Page<TSchemaPageFrame>());
+    EXPECT_EQ(TTabTools::Captions(tabs), (QStringList{"Tables: 2", "Views: 1", "Procedures: 1",
+                                                      "Functions: 1", "Events: 1", "Info"}));
+    const std::pair<int, const char *> starts[] = {{0, "parent|InnoDB|"},
+                                                   {1, "v|None|Yes|Definer|"},
+                                                   {2, "p|No|Definer|"},
+                                                   {3, "f|Yes|Definer|"},
+                                                   {4, "e|Disabled|No|Recurring|"}};
+    for (const auto &[tab, start] : starts)
+        EXPECT_THAT(TTabTools::Rows(tabs, tab).first().toStdString(), testing::StartsWith(start));
+    EXPECT_EQ(TTabTools::Rows(tabs, 5).first(), "Name|" + FOther->Name());
+}
+
+} // namespace
