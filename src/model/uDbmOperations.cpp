@@ -127,8 +127,10 @@ void TDbmOperations::RenameView(TDbmViewItem &view, const QString &newName)
 
 void TDbmOperations::RenameRoutine(TDbmRoutineItem &routine, const QString &newName)
 {
-    FCommands->Routines().ExecuteRename(routine.Database().Name(), routine.Entity(), newName,
-                                        routine.Params().GetValue());
+    const QString database = routine.Database().Name();
+    FCommands->Routines().ExecuteRename(
+        database, routine.Entity(), newName,
+        FCommands->Routines().ExecuteSelectWholeParams(database, routine.Entity()));
     routine.RequestProcessOfOwner();
 }
 
