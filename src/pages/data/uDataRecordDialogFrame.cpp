@@ -139,6 +139,9 @@ void TDataRecordDialogFrame::TakeRow(const TDataSet &row)
         const ::TField *column = row.FindField(field.Entity.FieldName);
         TVariant &value = FInitialValues[field.Entity.FieldName];
         value = column ? ValueOf(field, *column) : TVariant();
+        // A blob shows its size; all of its digits would be twice as much again.
+        if (TDbmFieldUtils::IsBlob(field.Entity.FieldType.DataType))
+            continue;
         field.Shown = column && !column->IsNull() && !value.IsBytes()
                           ? column->AsString()
                           : TRecordValues::ToText(value);

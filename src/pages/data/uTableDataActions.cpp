@@ -68,10 +68,12 @@ void TTableDataFrame::PageTyped()
 {
     if (FDisableProcess)
         return;
+    const qint64 page =
+        NumberOf(FControls->edPageNum->text()); // a cell that is written shows the old
     if (!CommitEdit())
         return UpdateControls();
     const qint64 before = FData->CurrentPage();
-    FData->SetCurrentPage(NumberOf(FControls->edPageNum->text()));
+    FData->SetCurrentPage(page);
     if (FData->CurrentPage() == before)
         UpdateControls();
     else
@@ -82,10 +84,11 @@ void TTableDataFrame::RowsTyped()
 {
     if (FDisableProcess)
         return;
+    const qint64 rows = NumberOf(FControls->cbxRows->currentText());
     if (!CommitEdit())
         return UpdateControls();
     const qint64 before = FData->RowsPerPage();
-    FData->SetRowsPerPage(NumberOf(FControls->cbxRows->currentText()));
+    FData->SetRowsPerPage(rows);
     if (FData->RowsPerPage() == before)
         UpdateControls();
     else
