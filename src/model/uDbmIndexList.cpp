@@ -87,8 +87,7 @@ QList<TDbmIndexEntity> TDbmIndexList::SelectEntities()
 
 QList<TDbmDatabaseIndexColumnEntity> TDbmDatabaseIndexColumnList::SelectEntities()
 {
-    return FCommands->IndexColumns().ExecuteSelectOnDatabase(
-        OwnerAs<TDbmDatabaseItem>().Name());
+    return FCommands->IndexColumns().ExecuteSelectOnDatabase(OwnerAs<TDbmDatabaseItem>().Name());
 }
 
 QString TDbmDatabaseIndexColumnList::GetEntityKey(const TDbmDatabaseIndexColumnEntity &entity) const
