@@ -58,6 +58,6 @@ private:
     const std::vector<TColumn> FColumns;
     std::vector<TKind> FKinds;
     std::shared_ptr<const TCharsetCodec> FCodec; // nullptr when statements hold everything
-    qint64 FExtraBytes = 0; // of the row at hand, over its UTF-16 units
+    qint64 FExtraBytes = 0;                      // of the row at hand, over its UTF-16 units
     int FNeeds = 0;
 };

@@ -211,6 +211,7 @@ TEST_P(TDacConnectionLost, WhatWouldBeDoneTwiceIsNotRepeated)
         [&] { FQuery->Post(); },
     };
     for (const auto &operation : operations) {
+        FConnection.Execute("SELECT 1"); // what was lost before is open again
         Lose();
         const int code = CodeOf(operation);
         EXPECT_TRUE(EDacMySqlError(code, "", "").IsLostConnection()) << code;
