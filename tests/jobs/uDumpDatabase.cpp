@@ -154,10 +154,12 @@ QStringList DumpDatabase::Contents(const TTestServer &server, const QString &dat
                                               " check_option FROM information_schema.views WHERE"
                                               " table" +
                                               where))
-        lines += row.join('|').replace(database, "@");
+        lines += row.join('|').replace(database, "@") + '|' +
+                 Definition(server, "VIEW", Quoted(database, row.first()), 1).section(' ', 1, 1);
     for (const QStringList &row :
          server.Rows("SELECT routine_name, routine_type, routine_definition, routine_comment,"
-                     " is_deterministic, sql_data_access, dtd_identifier FROM"
+                     " is_deterministic, sql_data_access, dtd_identifier, character_set_name,"
+                     " collation_name FROM"
                      " information_schema.routines WHERE routine" +
                      where))
         lines += row.join('|').replace("\r\n", "\n");

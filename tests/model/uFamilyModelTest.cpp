@@ -34,29 +34,6 @@ protected:
     }
 };
 
-TEST_P(TFamilyModelTest, ChecksAndPartitionsStayWithTheirTable)
-{
-    Exec("CREATE TABLE t (id int NOT NULL, a int, PRIMARY KEY (id), "
-         "CONSTRAINT positive CHECK (a > 0 AND a <> 7)) ENGINE=InnoDB "
-         "PARTITION BY RANGE (id) (PARTITION p0 VALUES LESS THAN (10), "
-         "PARTITION p1 VALUES LESS THAN MAXVALUE)");
-    TDbmTableEntity entity = Table("t").Entity();
-    Manager->Operations().UpdateTable(Table("t"), entity);
-    const QString before = TableText("t");
-    EXPECT_TRUE(before.contains("positive") && before.contains("p1"));
-    entity.Comment = "new";
-    Manager->Operations().UpdateTable(Table("t"), entity);
-    EXPECT_NE(TableText("t"), before);
-    entity.Comment.clear();
-    entity.TableName = "t2";
-    Manager->Operations().UpdateTable(Table("t"), entity);
-    Manager->Operations().RenameTable(Table("t2"), "t");
-    TDbmFieldList::TItemPtr field;
-    ASSERT_TRUE(Table("t").Fields().TryGetByName("a", field));
-    Manager->Commands().Fields().ExecuteUpdate(Name(), "t", field->Entity(), {}, "a", {});
-    EXPECT_EQ(TableText("t").toStdString(), before.toStdString());
-}
-
 TEST_P(TFamilyModelTest, ATableIsMadeWithItsColumnsAndKeys)
 {
     TDbmTableEntity entity;
