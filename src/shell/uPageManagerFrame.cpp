@@ -141,7 +141,9 @@ TPageFrame *TPageManagerFrame::CreatePage(const QString &id, const TCreateAction
                                           const QIcon &image)
 {
     const QScopedValueRollback hold(FDisableProcess, FDisableProcess + 1);
-    auto newSheet = std::make_unique<QWidget>(stack);
+    // A window of its own while the page is made: in the main window each widget that finds its
+    // place would walk over all widgets of all pages.
+    auto newSheet = std::make_unique<QWidget>();
     TPageFrame *page = createAction(newSheet.get());
     QWidget *sheet = newSheet.release(); // the stack's from here on
     const int active = tabBar->currentIndex();

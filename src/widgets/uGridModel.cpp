@@ -35,6 +35,58 @@ std::vector<int> NaturalOrder(size_t count)
     return order;
 }
 
+/// Most comparisons of texts are decided by four characters that lie beside the item's number.
+struct TTextKey
+{
+    quint64 Prefix;
+    int Item;
+};
+
+quint64 PrefixOf(QStringView text)
+{
+    quint64 prefix = 0;
+    for (qsizetype i = 0; i < 4; ++i)
+        prefix = prefix << 16 | (i < text.size() ? text[i].unicode() : 0);
+    return prefix;
+}
+
+// Characters at the start that all texts have in common: they decide nothing, and names that are
+// numbered differ only behind them.
+qsizetype CommonStart(const std::vector<TGridValue> &values)
+{
+    const QString first = values.front().Text();
+    qsizetype common = first.size();
+    for (const TGridValue &value : values) {
+        const QString text = value.Text();
+        common = std::min(common, text.size());
+        common = std::mismatch(first.begin(), first.begin() + common, text.begin()).first -
+                 first.begin();
+    }
+    return common;
+}
+
+std::vector<int> OrderOfTexts(const std::vector<TGridValue> &values, bool ascending)
+{
+    const qsizetype start = CommonStart(values);
+    std::vector<TTextKey> keys;
+    keys.reserve(values.size());
+    for (size_t item = 0; item < values.size(); ++item)
+        keys.push_back({PrefixOf(QStringView(values[item].Text()).mid(start)), int(item)});
+    std::sort(keys.begin(), keys.end(), [&](const TTextKey &a, const TTextKey &b) {
+        if (a.Prefix != b.Prefix)
+            return (a.Prefix < b.Prefix) == ascending;
+        const int order = values[size_t(a.Item)].Compare(values[size_t(b.Item)]);
+        if (order != 0)
+            return (order < 0) == ascending;
+        return a.Item < b.Item;
+    });
+    std::vector<int> order;
+    order.reserve(keys.size());
+    for (const TTextKey &key : keys)
+        order.push_back(key.Item);
+    return order;
+}
+
 } // namespace
 
 int TGridValue::Compare(const TGridValue &other) const
@@ -204,7 +256,11 @@ std::vector<int> TGridModelBase::SortedOrder(size_t count) const
     values.reserve(count);
     for (const int item : order)
         values.push_back(SortValueOf(item, FSortColumn));
-    const TCompareValues compare = Comparer(ColumnInfo(FSortColumn).Compare);
+    const TGridCompare kind = ColumnInfo(FSortColumn).Compare;
+    const auto isText = [](const TGridValue &value) { return value.IsText(); };
+    if (kind == gcCodeUnit && count > 0 && std::all_of(values.begin(), values.end(), isText))
+        return OrderOfTexts(values, FSortOrder == Qt::AscendingOrder);
+    const TCompareValues compare = Comparer(kind);
     const int sign = FSortOrder == Qt::AscendingOrder ? 1 : -1;
     std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
         return sign * compare(values[size_t(a)], values[size_t(b)]) < 0;
