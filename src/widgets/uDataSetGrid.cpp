@@ -5,6 +5,7 @@
 #include "widgets/uDataSetModel.h"
 #include "widgets/uGridCopy.h"
 #include "widgets/uGridSearchBar.h"
+#include "widgets/uKeptMenu.h"
 #include "widgets/uLayoutStore.h"
 #include "widgets/uStylePalette.h"
 
@@ -14,7 +15,6 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QMenu>
 #include <QScrollBar>
 #include <QTimer>
 #include <algorithm>
@@ -429,8 +429,7 @@ void TDataSetGrid::mouseDoubleClickEvent(QMouseEvent *event)
 
 void TDataSetGrid::contextMenuEvent(QContextMenuEvent *event)
 {
-    QMenu menu(this);
-    menu.setObjectName("pmGrid");
+    QMenu &menu = KeptMenu(*this, "pmGrid");
     for (QAction *action : actions())
         if (!FOwnActions.contains(action))
             menu.addAction(action);

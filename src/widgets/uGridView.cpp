@@ -3,6 +3,7 @@
 #include "widgets/uGridCopy.h"
 #include "widgets/uGridModel.h"
 #include "widgets/uGridSearchBar.h"
+#include "widgets/uKeptMenu.h"
 #include "widgets/uLayoutStore.h"
 #include "widgets/uStylePalette.h"
 
@@ -11,7 +12,6 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
 #include <QSet>
@@ -307,8 +307,7 @@ void TGridView::mouseDoubleClickEvent(QMouseEvent *event)
 
 void TGridView::contextMenuEvent(QContextMenuEvent *event)
 {
-    QMenu menu(this);
-    menu.setObjectName("pmGrid");
+    QMenu &menu = KeptMenu(*this, "pmGrid");
     for (QAction *action : actions())
         if (!FOwnActions.contains(action))
             menu.addAction(action);

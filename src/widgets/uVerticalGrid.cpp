@@ -1,6 +1,7 @@
 #include "widgets/uVerticalGrid.h"
 
 #include "support/uException.h"
+#include "widgets/uKeptMenu.h"
 #include "widgets/uStylePalette.h"
 
 #include <QAbstractButton>
@@ -9,7 +10,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QPainter>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -227,10 +227,12 @@ bool TVerticalGrid::ShowMenu(QObject *watched, const QPoint &at)
     auto *line = qobject_cast<QLineEdit *>(watched);
     if (line == nullptr || actions().isEmpty())
         return false;
-    const std::unique_ptr<QMenu> menu(line->createStandardContextMenu());
-    menu->addSeparator();
-    menu->addActions(actions());
-    menu->exec(at);
+    const std::unique_ptr<QMenu> standard(line->createStandardContextMenu());
+    QMenu &menu = KeptMenu(*this, "pmLine");
+    menu.addActions(standard->actions());
+    menu.addSeparator();
+    menu.addActions(actions());
+    menu.exec(at);
     return true;
 }
 
