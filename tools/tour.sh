@@ -1,14 +1,19 @@
 #!/usr/bin/env bash
 # Plays a tour of the real workbench on a display of its own and saves pictures of it:
 #
-#   tour.sh BINARY OUTDIR
+#   tour.sh BINARY OUTDIR [--server mariadb|mysql] [--part WORD]
+#
+# The whole tour is played on the demo server. With "--server mysql" the scenes of a workspace (tree,
+# rows, records, tables, schemas) are played on a MySQL 9 of the tour's own, which is fetched once;
+# where it cannot be had, a line says so and nothing is played. With --part only the scenes play
+# that are of a file of this name in tour/, and those that lead there.
 #
 # Mouse and keyboard are real input events; every step is checked by what assistive technology reads
 # from the screen. The first failed check ends it with an exit code other than 0 and a last picture.
 set -euo pipefail
 
-[[ $# == 2 && -x $1 ]] || {
-    echo "Usage: $0 BINARY OUTDIR" >&2
+[[ $# -ge 2 && -x $1 ]] || {
+    echo "Usage: $0 BINARY OUTDIR [--server mariadb|mysql] [--part WORD]" >&2
     exit 2
 }
 here=$(cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")" && pwd)

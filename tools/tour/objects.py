@@ -43,7 +43,7 @@ def choose(t, name):
 
 def browse(t):
     t.stage.sql(
-        "CREATE OR REPLACE DATABASE korvane_tour;"
+        "DROP DATABASE IF EXISTS korvane_tour; CREATE DATABASE korvane_tour;"
         "CREATE TABLE korvane_tour.first (id INT PRIMARY KEY, name TEXT);"
         "CREATE VIEW korvane_tour.all_names AS SELECT name FROM korvane_tour.first;"
         "CREATE FUNCTION korvane_tour.two () RETURNS INT RETURN 2"

@@ -8,20 +8,37 @@ import jobs
 import objects
 import profiles
 import queries
+import rows
+import schemas
 import sessions
 import tables
+import tree
 import windows
 
-SCENES = (
+# What leads into a workspace.
+WAY_IN = (
     ("The profiles come up by themselves", profiles.opening),
+    ("A profile is connected", profiles.connect),
+)
+
+# What is played on either server. Each of these parts can be played alone.
+WORKSPACE = {
+    "objects": (("The objects of a database", objects.browse),),
+    "tables": tables.SCENES,
+    "tree": tree.SCENES,
+    "schemas": schemas.SCENES,
+    "rows": rows.SCENES,
+}
+
+WHOLE = (
+    WAY_IN[0],
     ("The menu of the profiles", profiles.menu),
     ("A profile is looked at", profiles.edit),
     ("Its database is chosen from the server's", profiles.select_database),
     ("A profile is made, tested and deleted", profiles.create_and_delete),
-    ("A profile is connected", profiles.connect),
+    WAY_IN[1],
     ("The entries of the menu", windows.menus),
-    ("The objects of a database", objects.browse),
-    *tables.SCENES,
+    *(scene for scenes_of_part in WORKSPACE.values() for scene in scenes_of_part),
     *jobs.SCENES,
     *helpers.SCENES,
     ("A query and its rows", queries.run),
@@ -48,3 +65,13 @@ SCENES = (
     ("A workbench that is killed", sessions.killed),
     ("The end", windows.leave),
 )
+
+
+def scenes(server, part):
+    """What is played on a server; all of it, or only the part of a name."""
+    if part:
+        return (*WAY_IN, *WORKSPACE[part])
+    if server == "mariadb":
+        return WHOLE
+    workspace = (scene for scenes_of_part in WORKSPACE.values() for scene in scenes_of_part)
+    return (*WAY_IN, *workspace, ("The end", windows.leave))

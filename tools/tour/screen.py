@@ -175,6 +175,19 @@ class Screen:
         return picture
 
 
+def png(width, lines):
+    """A picture file of lines of three bytes a pixel."""
+
+    def chunk(kind, data):
+        body = kind + data
+        return struct.pack(">I", len(data)) + body + struct.pack(">I", zlib.crc32(body))
+
+    size = struct.pack(">IIBBBBB", width, len(lines), 8, 2, 0, 0, 0)
+    pixels = zlib.compress(b"".join(b"\0" + line for line in lines), 9)
+    start = b"\x89PNG\r\n\x1a\n"
+    return start + chunk(b"IHDR", size) + chunk(b"IDAT", pixels) + chunk(b"IEND", b"")
+
+
 class Picture:
     """Pixels of the screen, from the file in which Xvfb keeps them (an X window dump)."""
 
@@ -195,16 +208,8 @@ class Picture:
 
     def save(self, file_name):
         """As PNG; under its name there is always a whole picture."""
-
-        def chunk(kind, data):
-            body = kind + data
-            return struct.pack(">I", len(data)) + body + struct.pack(">I", zlib.crc32(body))
-
-        size = struct.pack(">IIBBBBB", self.width, self.height, 8, 2, 0, 0, 0)
         with open(f"{file_name}.new", "wb") as file:
-            file.write(b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", size))
-            pixels = b"".join(b"\0" + line for line in self._lines)
-            file.write(chunk(b"IDAT", zlib.compress(pixels, 9)) + chunk(b"IEND", b""))
+            file.write(png(self.width, self._lines))
         os.replace(f"{file_name}.new", file_name)
 
     def colours(self, rect):

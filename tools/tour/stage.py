@@ -4,6 +4,7 @@ started here ends with the tour, by its own number, however the tour ends."""
 
 import ctypes
 import os
+import secrets
 import shutil
 import signal
 import socket
@@ -37,6 +38,10 @@ FOREIGN = (
 
 class StageError(Exception):
     """The stage could not be set up; the text says what is missing."""
+
+
+class NoServerError(StageError):
+    """The server that was asked for cannot be had on this machine."""
 
 
 class CheckError(Exception):
@@ -77,8 +82,9 @@ def children():
 class Stage:
     """`program` is the workbench's binary; the demo's tool is looked for beside it."""
 
-    def __init__(self, program):
+    def __init__(self, program, server="mariadb"):
         self.program = os.path.abspath(program)
+        self.server = server
         self.tool = os.path.join(os.path.dirname(self.program), "korvane-demo-profile")
         self.root = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
         self.folder = tempfile.mkdtemp(prefix="korvane-tour-")
@@ -88,6 +94,7 @@ class Stage:
         self.workbench = None
         self._processes = []
         self._demo = None
+        self._mysql = None
 
     def _private_environment(self):
         environment = {k: v for k, v in os.environ.items() if k not in FOREIGN}
@@ -200,13 +207,11 @@ class Stage:
         self._spawn("at-spi", launcher, "--launch-immediately")
 
     def _start_server(self):
-        """The user's demo server if it runs, else one in the tour's own folder. The profile is made
-        in the tour's folder from copies, so that the user's own stays what it is."""
-        users = self._tool_paths(self.users_environment).get("demo", "")
-        is_running = users and self._server("status", users, quiet=True)
-        self._demo = users if is_running else self.path("demo")
-        if not self._server("start", self._demo, str(os.getpid())):
-            raise StageError(f"the demo server did not start: {self._last_words('server')}")
+        if self.server == "mysql":
+            self._start_mysql()
+        else:
+            self._start_demo()
+        # From copies: the user's own profile stays what it is.
         copies = self.path("profile")
         os.makedirs(copies, exist_ok=True)
         for name in ("port", "password"):
@@ -217,6 +222,56 @@ class Stage:
         )  # fmt: skip
         if stored.returncode != 0:
             raise StageError(f"the demo profile could not be stored: {stored.stderr.strip()}")
+
+    def _start_demo(self):
+        """The user's demo server if it runs, else one in the tour's own folder."""
+        users = self._tool_paths(self.users_environment).get("demo", "")
+        is_running = users and self._server("status", users, quiet=True)
+        self._demo = users if is_running else self.path("demo")
+        if not self._server("start", self._demo, str(os.getpid())):
+            raise StageError(f"the demo server did not start: {self._last_words('server')}")
+
+    def _start_mysql(self):
+        """A server of the tests, with an account and a database named as those of the demo. It ends
+        with its standard input, so with this process at the latest."""
+        support = os.path.join(self.root, "tests", "support")
+        fetch = subprocess.run(
+            [os.path.join(support, "fetch-mysql.sh")],
+            env=self.users_environment, capture_output=True, text=True, check=False,
+        )  # fmt: skip
+        if fetch.returncode != 0:
+            raise NoServerError("no MySQL 9 can be had here (it is fetched from Debian's mirror)")
+        self._demo = self.path("mysql")
+        log = open(self.path("server.log"), "wb")
+        self._mysql = subprocess.Popen(
+            [os.path.join(support, "test-server.sh"), "serve", "mysql", self._demo,
+             "--event-scheduler=ON", "--max-allowed-packet=256M"],
+            env=self.users_environment, start_new_session=True,
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=log,
+        )  # fmt: skip
+        log.close()
+        answer = self._mysql.stdout.readline().decode().split()
+        if answer[:1] != ["ready"]:
+            raise StageError(f"MySQL did not start: {self._last_words('server')}")
+        password = secrets.token_urlsafe(12)
+        for name, text in (("port", answer[1]), ("password", password)):
+            with open(os.path.join(self._demo, name), "w", encoding="utf-8") as file:
+                file.write(text)
+        self._write_client_options(answer[1], "korvane", "secret")
+        self.sql(
+            f"CREATE USER demo@'%' IDENTIFIED BY '{password}';"
+            "GRANT ALL PRIVILEGES ON *.* TO demo@'%' WITH GRANT OPTION;"
+            "CREATE DATABASE shop;"
+            "CREATE TABLE shop.customers (id INT PRIMARY KEY, name VARCHAR(40))"
+        )
+        self._write_client_options(answer[1], "demo", password)
+
+    def _write_client_options(self, port, user, password):
+        with open(os.path.join(self._demo, "client.cnf"), "w", encoding="utf-8") as file:
+            file.write(
+                f"[client]\nprotocol=tcp\nhost=127.0.0.1\nport={port}\nssl\n"
+                f"user={user}\npassword={password}\n"
+            )
 
     def _tool_paths(self, environment):
         answer = subprocess.run(
@@ -273,8 +328,14 @@ class Stage:
                 self.sql(clean_up)
             except StageError as error:
                 print(f"tour: {error}", file=sys.stderr)
-            self._server("stop", self._demo, str(os.getpid()))
+            if self.server == "mariadb":
+                self._server("stop", self._demo, str(os.getpid()))
             self._demo = None
+        if self._mysql:
+            self._mysql.stdin.close()
+            self._mysql.wait()
+            self._mysql.stdout.close()
+            self._mysql = None
         self._end_orphans()
         shutil.rmtree(self.folder, ignore_errors=True)
 

@@ -1,16 +1,17 @@
 """The pages of a table and of a database."""
 
 from objects import choose, node
-from profiles import click_button
+from profiles import buttons, click_button
 from queries import result
 
 MAKE = (
-    "CREATE OR REPLACE DATABASE korvane_tour CHARACTER SET utf8mb4;"
+    "DROP DATABASE IF EXISTS korvane_tour; CREATE DATABASE korvane_tour CHARACTER SET utf8mb4;"
     "CREATE TABLE korvane_tour.goods (id INT AUTO_INCREMENT PRIMARY KEY, name VARCHAR(40) NOT NULL,"
     " price DECIMAL(30,2), made DATE, kind ENUM('new','used') DEFAULT 'new', picture BLOB,"
     " KEY by_name (name)) COMMENT 'what is sold';"
-    "USE korvane_tour;INSERT INTO korvane_tour.goods (name, price, made) SELECT CONCAT('good ', seq), seq / 4,"
-    " '2024-02-29' FROM seq_1_to_250;"
+    "USE korvane_tour; INSERT INTO goods (name, price, made)"
+    " WITH RECURSIVE n (i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 250)"
+    " SELECT CONCAT('good ', i), i / 4, '2024-02-29' FROM n;"
     "CREATE VIEW korvane_tour.cheap AS SELECT id, name FROM korvane_tour.goods WHERE price < 1"
 )
 
@@ -40,8 +41,10 @@ def rows(t):
     return control(t, "table", "Data")
 
 
-def page_box(t, name):
-    return next(each for each in t.main().all("text", name) if each.showing)
+def refresh(t):
+    """Presses the button of what is in view; that of the tree stands further to the left."""
+    found = sorted(buttons(t.main(), "Refresh"), key=lambda node: node.rect[0])
+    t.screen.click(found[-1])
 
 
 def data(t):

@@ -1,12 +1,14 @@
-"""Plays the whole tour of one workbench: `tour.py BINARY OUTDIR`. Ends with 0 only when every step
+"""Plays a tour of one workbench; see tour.sh for the arguments. Ends with 0 only when every step
 showed what it should."""
 
+import argparse
 import os
 import signal
 import sys
 import traceback
 
 import stage
+from scenes import WORKSPACE, scenes
 
 # What the scenes may have left on the server.
 CLEAN_UP = "DROP DATABASE IF EXISTS korvane_tour; DROP DATABASE IF EXISTS korvane_tour_new"
@@ -86,7 +88,9 @@ class Tour:
         if rest:
             self.screen.rest_mouse()
         self._number += 1
-        file_name = os.path.join(self.folder, f"{self._number:02}-{name}.png")
+        file_name = os.path.join(
+            self.folder, f"{self._number:02}-{self.stage.server}-{name}.png"
+        )
         places = [(str(node), node.rect) for node in nodes]  # some are gone in a second
         picture = self.screen.picture(file_name, settled)
         for node, rect in places:
@@ -95,7 +99,7 @@ class Tour:
         self.say(f"{os.path.basename(file_name)}")
 
     def failure_shot(self):
-        file_name = os.path.join(self.folder, f"{self._number + 1:02}-failure.png")
+        file_name = os.path.join(self.folder, f"{self._number + 1:02}-{self.stage.server}-failure.png")
         self.screen.picture(file_name, settled=False)
         return file_name
 
@@ -108,8 +112,7 @@ def empty_folder(folder):
             os.remove(os.path.join(folder, name))
 
 
-def play(the_stage, folder):
-    from scenes import SCENES
+def play(the_stage, folder, part):
     from screen import Screen
 
     tour = Tour(the_stage, Screen(the_stage), folder)
@@ -117,7 +120,7 @@ def play(the_stage, folder):
     try:
         the_stage.start_workbench()
         tour.screen.connect()
-        for title, scene in SCENES:
+        for title, scene in scenes(the_stage.server, part):
             print(title, flush=True)
             scene(tour)
     except Exception as error:
@@ -136,17 +139,27 @@ def play(the_stage, folder):
     return 0
 
 
+def arguments():
+    parser = argparse.ArgumentParser(prog="tour.sh")
+    parser.add_argument("binary")
+    parser.add_argument("folder", metavar="outdir")
+    parser.add_argument("--server", choices=("mariadb", "mysql"), default="mariadb")
+    parser.add_argument("--part", choices=tuple(WORKSPACE))
+    return parser.parse_args()
+
+
 def main():
-    if len(sys.argv) != 3:
-        print("Usage: tour.sh BINARY OUTDIR", file=sys.stderr)
-        return 2
-    folder = os.path.abspath(sys.argv[2])
+    asked = arguments()
+    folder = os.path.abspath(asked.folder)
     on_signals(interrupt)
-    the_stage = stage.Stage(sys.argv[1])
+    the_stage = stage.Stage(asked.binary, asked.server)
     try:
         empty_folder(folder)
         the_stage.start()
-        return play(the_stage, folder)
+        return play(the_stage, folder, asked.part)
+    except stage.NoServerError as error:
+        print(f"tour: skipped: {error}", file=sys.stderr)
+        return 0
     except stage.StageError as error:
         print(f"tour: {error}", file=sys.stderr)
         return 1

@@ -107,6 +107,18 @@ def pages_of(t):
     return [node for node in t.main().all("page tab") if node.name != DEMO]
 
 
+def close_page(t):
+    """By key; the page is gone before anything else is done."""
+
+    def count():
+        heights = [node.rect[1] for node in pages_of(t)]  # the sheets of a page lie lower
+        return sum(height < min(heights) + 10 for height in heights)
+
+    before = count()
+    t.screen.keys("ctrl+F4")
+    t.screen.wait(lambda: count() == before - 1, "the page does not close")
+
+
 def pages(t):
     tabs = pages_of(t)
     t.check(len(tabs) > 2, "there are too few pages to turn")
@@ -157,15 +169,24 @@ def refresh_and_close_pages(t):
     t.screen.wait(lambda: len(pages_of(t)) == count - 1, "the page does not close")
     t.screen.click(pages_of(t)[0], button=2)
     t.screen.wait(lambda: len(pages_of(t)) == count - 2, "the middle button does not close")
-    t.screen.click(pages_of(t)[0], button=3)
-    menu = t.screen.popup()
-    t.equal([node.name for node in menu.children], ["Close", "Close All"], "the menu of a tab")
+    new_page(t)
+    count = len(pages_of(t))
+    menu = tab_menu(t)
     t.shot("tab-menu", menu, rest=False)
-    t.screen.click(menu.children[1])
+    t.screen.click(menu.children[0])
+    t.screen.wait(lambda: len(pages_of(t)) == count - 1, "the menu of a tab does not close it")
+    t.screen.click(tab_menu(t).children[1])
     t.screen.wait(lambda: not pages_of(t), "not all pages close")
     new_page(t)
     t.screen.keys("ctrl+shift+F4")
     t.screen.wait(lambda: not pages_of(t), "not all pages close")
+
+
+def tab_menu(t):
+    t.screen.click(pages_of(t)[0], button=3)
+    menu = t.screen.popup()
+    t.equal([node.name for node in menu.children], ["Close", "Close All"], "the menu of a tab")
+    return menu
 
 
 def one_database(t):
