@@ -13,6 +13,7 @@ class TDataSetGridEditTest : public TDataSetGridTest
 protected:
     void Edit(int row, int column)
     {
+        TGuiTools::Show(&Grid); // a popup that went gives the focus back a moment later
         Grid.setCurrentIndex(Cell(row, column));
         QTest::keyClick(&Grid, Qt::Key_F2);
     }

@@ -53,6 +53,8 @@ protected:
     TVerticalRow *Row(const QString &name) const { return Grid->Row(name); }
     void Press(int key, Qt::KeyboardModifiers modifiers = {})
     {
+        if (!QApplication::focusWidget()) // a popup that went gives it back a moment later
+            TGuiTools::Show(&Dialog);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key(key), modifiers);
     }
     void Type(const QString &text) { QTest::keyClicks(QApplication::focusWidget(), text); }
