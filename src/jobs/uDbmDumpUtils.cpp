@@ -22,6 +22,7 @@
 namespace {
 
 constexpr auto IgnoreCase = QRegularExpression::CaseInsensitiveOption;
+constexpr qsizetype MostKept = 8 * 1024 * 1024; // characters of definitions
 
 QString Escaped(const QString &name)
 {
@@ -127,13 +128,20 @@ const QString &TDbmDumpUtils::DDL(const QString &table)
     if (FDDLTable == table && !FDDL.isEmpty())
         return FDDL;
     FDDLTable = table;
-    FManager->Commands().Tables().ExecuteSelectDDL(Escaped(FSourceDatabaseName), Escaped(table),
-                                                   FDDL);
-    CheckReads();
-    // A table without its keys is another table.
-    if (FDDL.isEmpty())
-        throw EException(
-            TFormat::Format("The definition of table \"%s\" cannot be read.", {table}));
+    FDDL = FDDLs.value(table);
+    if (FDDL.isEmpty()) {
+        FManager->Commands().Tables().ExecuteSelectDDL(Escaped(FSourceDatabaseName), Escaped(table),
+                                                       FDDL);
+        CheckReads();
+        // A table without its keys is another table.
+        if (FDDL.isEmpty())
+            throw EException(
+                TFormat::Format("The definition of table \"%s\" cannot be read.", {table}));
+        if (FKeptSize + FDDL.size() <= MostKept) {
+            FDDLs.insert(table, FDDL);
+            FKeptSize += FDDL.size();
+        }
+    }
     FKeys = TDbmTableKeys::Parse(FSourceDatabaseName, FDDL);
     return FDDL;
 }
@@ -466,11 +474,28 @@ QStringList TDbmDumpUtils::References(const QString &table)
     return names;
 }
 
+// One statement tells of thousands of tables that they have none.
+bool TDbmDumpUtils::MayHaveTriggers(const QString &table)
+{
+    if (!FTriggerTables) {
+        FTriggerTables.emplace();
+        FManager->Command().ExecuteQuery(
+            TFormat::Format("SELECT DISTINCT event_object_table FROM information_schema.triggers "
+                            "WHERE event_object_schema = '%s'",
+                            {TDbmSqlStringFormatter::Format(FSourceDatabaseName)}),
+            [this](TDataSet *rows) {
+                for (; rows && !rows->Eof(); rows->Next())
+                    FTriggerTables->insert(rows->FieldAt(0).AsString().toLower());
+            });
+    }
+    return FTriggerTables->contains(table.toLower());
+}
+
 QStringList TDbmDumpUtils::Triggers(const QString &table)
 {
     QStringList names;
     std::shared_ptr<TDbmTableItem> item;
-    if (!FLeftTables.contains(table) && TryGetTable(table, item))
+    if (!FLeftTables.contains(table) && MayHaveTriggers(table) && TryGetTable(table, item))
         item->Triggers().ForEach([&](TDbmTriggerItem &trigger) {
             if (CanWrite("trigger", trigger.Entity().TriggerName))
                 names += trigger.Entity().TriggerName;

@@ -6,6 +6,7 @@
 #include "support/uFormat.h"
 
 #include <QHash>
+#include <QSet>
 
 class TDbmDatabaseItem;
 
@@ -77,6 +78,7 @@ private:
     std::shared_ptr<TDbmDatabaseItem> Database();
     bool TryGetTable(const QString &table, std::shared_ptr<TDbmTableItem> &item);
     const QString &DDL(const QString &table);
+    bool MayHaveTriggers(const QString &table);
     bool CanWriteTable(const QString &table);
     struct TProgram
     {
@@ -106,7 +108,10 @@ private:
     bool FWatches = false;
     QString FReadError; // of the last list that was not told
     QString FDDLTable, FDDL;
-    TDbmTableKeys FKeys;
+    TDbmTableKeys FKeys;           // of FDDLTable
+    QHash<QString, QString> FDDLs; // of tables: they are asked for again when all are there
+    qsizetype FKeptSize = 0;       // characters in FDDLs
+    std::optional<QSet<QString>> FTriggerTables; // in lower case
     std::optional<QList<TDbmRoutineEntity>> FRoutines;
     std::optional<QStringList> FSequences;
     QStringList FLeftTables; // tables that cannot be written
