@@ -34,9 +34,11 @@ void TAppManagerSessionUtils::Read()
     FPageManagerFrame->CloseAllPages();
     bool anyActive = false;
     const int count = FSession->Config().GetChildCount(Pages);
-    for (int i = 0; i < count; ++i)
-        // One page that fails to open must not take the others with it.
-        TGuard::Run([&] { anyActive = ReadPage(PagePath(i)) || anyActive; });
+    FPageManagerFrame->AddPages([&] {
+        for (int i = 0; i < count; ++i)
+            // One page that fails to open must not take the others with it.
+            TGuard::Run([&] { anyActive = ReadPage(PagePath(i)) || anyActive; });
+    });
     if (!anyActive && FPageManagerFrame->PageCount() > 0)
         TGuard::Run([&] { FPageManagerFrame->SetActivePageIndex(0); });
     FPageManagerFrame->SetNewPagePosition(position);

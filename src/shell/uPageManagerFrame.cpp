@@ -122,6 +122,15 @@ void TPageManagerFrame::SetCloseButtons(bool visible)
     tabBar->setTabsClosable(visible);
 }
 
+void TPageManagerFrame::AddPages(const std::function<void()> &add)
+{
+    const TChangeHold hold(*this);
+    // A bar that is seen measures all of its tabs again with each that comes.
+    const QScopedValueRollback batch(FIsBatch, true);
+    tabBar->hide();
+    add();
+}
+
 TPageFrame *TPageManagerFrame::AddPage(const QString &id, const TCreateAction &createAction,
                                        const QIcon &image, bool activate)
 {
@@ -384,7 +393,7 @@ void TPageManagerFrame::ShowPage(int index)
 void TPageManagerFrame::UpdateVisibility()
 {
     // An empty bar would still take the room of a tab.
-    tabBar->setVisible(!FTags.empty());
+    tabBar->setVisible(!FTags.empty() && !FIsBatch);
     setVisible(FShowWhenEmpty || !FTags.empty());
 }
 

@@ -36,6 +36,8 @@ public:
     /// Gives the page with that id, or makes one. With `activate` the page is marked stale, brought
     /// to the front and processed; without it an existing page is left alone. An empty id means the
     /// page has no identity. What the page raises when it loads passes on; the page stays.
+    /// Runs what adds many pages. The tabs are laid out once, behind it, and one change is told.
+    void AddPages(const std::function<void()> &add);
     TPageFrame *AddPage(const QString &id, const TCreateAction &createAction, const QIcon &image,
                         bool activate);
     /// A page whose CloseQuery says no stays.
@@ -97,6 +99,7 @@ private:
     bool FShowWhenEmpty = false;
     int FDisableProcess = 0;
     int FDisableChangeEvent = 0;
+    bool FIsBatch = false; // many pages are being added
     TPageFrame *FShownPage = nullptr;
     std::vector<TTabSheetTag> FTags; // in the order of the tabs
     QTabBar *tabBar = nullptr;

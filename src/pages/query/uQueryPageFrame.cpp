@@ -42,11 +42,18 @@ void TQueryPageFrame::InitializeFromText(TDbmManager *manager, const QString &te
     FUsedDatabaseName = usedDatabaseName;
 }
 
-void TQueryPageFrame::DoCreate()
+TQueryPageControls *TQueryPageFrame::Controls() const
 {
-    TPageFrame::DoCreate();
-    FControls = new TQueryPageControls(this);
-    ConnectActions();
+    if (FControls)
+        return FControls;
+    auto *self = const_cast<TQueryPageFrame *>(this);
+    FControls = new TQueryPageControls(self);
+    self->ConnectActions();
+    // What is made on a page that is seen already is not seen by itself.
+    for (QWidget *child : findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
+        if (!child->testAttribute(Qt::WA_WState_ExplicitShowHide))
+            child->show();
+    return FControls;
 }
 
 void TQueryPageFrame::ConnectActions()
@@ -80,16 +87,16 @@ void TQueryPageFrame::ConnectActions()
 
 void TQueryPageFrame::DoLoad()
 {
-    FControls->SetResultHeight(FResultHeight > 0 ? FResultHeight : height() / 2);
+    Controls()->SetResultHeight(FResultHeight > 0 ? FResultHeight : height() / 2);
     const bool bound = FManager->IsDatabaseConnection();
-    FControls->SetUseVisible(!bound);
+    Controls()->SetUseVisible(!bound);
     LoadEditor();
     MarkTabsDirty();
-    FControls->actGotoResult->trigger();
+    Controls()->actGotoResult->trigger();
     if (!bound) {
         FillDatabases();
-        FControls->cbxUse->setCurrentIndex(
-            std::max(0, FControls->cbxUse->findText(
+        Controls()->cbxUse->setCurrentIndex(
+            std::max(0, Controls()->cbxUse->findText(
                             FUsedDatabaseName, Qt::MatchFixedString | Qt::MatchCaseSensitive)));
     }
     DisplayResults();
@@ -105,7 +112,7 @@ void TQueryPageFrame::DoActivate()
 
 void TQueryPageFrame::FillDatabases()
 {
-    TDropDownCombo *combo = FControls->cbxUse;
+    TDropDownCombo *combo = Controls()->cbxUse;
     const QString selected = combo->currentIndex() > 0 ? combo->currentText() : QString();
     QStringList names = {"(none)"};
     FManager->Databases().ForEach([&](TDbmDatabaseItem &item) { names += item.Name(); });
@@ -184,7 +191,7 @@ void TQueryPageFrame::DisplayResults()
 {
     MarkTabsDirty();
     DisplayError();
-    PrepareResultTab(FControls->ActiveTab());
+    PrepareResultTab(Controls()->ActiveTab());
     UpdateActions();
     DisplayStatus();
 }
@@ -192,10 +199,10 @@ void TQueryPageFrame::DisplayResults()
 void TQueryPageFrame::DisplayError()
 {
     if (!FIsResult || !FMySqlError) {
-        FControls->ShowError({});
+        Controls()->ShowError({});
         return;
     }
-    FControls->ShowError(
+    Controls()->ShowError(
         TFormat::Format("%s (%d) - %s", {TDbmErrorCodeParser::Parse(FMySqlError->ErrorCode()),
                                          FMySqlError->ErrorCode(), FMySqlError->ErrorMessage()}));
 }
@@ -209,14 +216,14 @@ void TQueryPageFrame::DisplayStatus()
             rows = QString::number(dataset->RecordCount());
         time = TFormat::Format("%.2f ms", {FExecResult.ExecTime * 1000});
     }
-    FControls->SetStatus(TFormat::Format("Rows: %s", {rows}), TFormat::Format("Time: %s", {time}),
-                         TFormat::Format("File name: %s", {FFileName}));
+    Controls()->SetStatus(TFormat::Format("Rows: %s", {rows}), TFormat::Format("Time: %s", {time}),
+                          TFormat::Format("File name: %s", {FFileName}));
 }
 
 void TQueryPageFrame::GotoTab(int tab)
 {
     PrepareResultTab(tab);
-    FControls->SetActiveTab(tab);
+    Controls()->SetActiveTab(tab);
 }
 
 void TQueryPageFrame::PrepareResultTab(int tab)
@@ -238,8 +245,8 @@ void TQueryPageFrame::PrepareResultTab(int tab)
 void TQueryPageFrame::PrepareDataTab(bool dirty)
 {
     if (!FDataFrame) {
-        FDataFrame = New<TDataFrame>(FControls->tshTabs[qrtResult]);
-        FDataFrame->MoveTo(FControls->tshTabs[qrtResult]);
+        FDataFrame = New<TDataFrame>(Controls()->tshTabs[qrtResult]);
+        FDataFrame->MoveTo(Controls()->tshTabs[qrtResult]);
         FDataFrame->SetOnGetColumnColor([this](const QString &fieldName, QColor &color) {
             const TField *field =
                 FDataFrame->Dataset() ? FDataFrame->Dataset()->FindField(fieldName) : nullptr;
@@ -272,8 +279,8 @@ QStringList TQueryPageFrame::MembersOf(const TField &field) const
 void TQueryPageFrame::PrepareExplainTab(bool dirty)
 {
     if (!FExplainFrame) {
-        FExplainFrame = New<TQueryExplainFrame>(FControls->tshTabs[qrtExplain]);
-        FExplainFrame->MoveTo(FControls->tshTabs[qrtExplain]);
+        FExplainFrame = New<TQueryExplainFrame>(Controls()->tshTabs[qrtExplain]);
+        FExplainFrame->MoveTo(Controls()->tshTabs[qrtExplain]);
     }
     if (!dirty)
         return;
@@ -287,8 +294,8 @@ void TQueryPageFrame::PrepareExplainTab(bool dirty)
 void TQueryPageFrame::PrepareLogTab(bool dirty)
 {
     if (!FLogFrame) {
-        FLogFrame = New<TQueryLogFrame>(FControls->tshTabs[qrtLog]);
-        FLogFrame->MoveTo(FControls->tshTabs[qrtLog]);
+        FLogFrame = New<TQueryLogFrame>(Controls()->tshTabs[qrtLog]);
+        FLogFrame->MoveTo(Controls()->tshTabs[qrtLog]);
     }
     if (!dirty)
         return;
@@ -309,9 +316,9 @@ void TQueryPageFrame::UpdateActions()
     if (!FEditorFrame)
         return;
     const bool exportable = ActiveDataset() != nullptr;
-    FControls->actSave->setEnabled(FEditorFrame->Editor().IsModified() || FFileName.isEmpty());
-    FControls->actExportAsCVS->setEnabled(exportable);
-    FControls->actExportAsText->setEnabled(exportable);
+    Controls()->actSave->setEnabled(FEditorFrame->Editor().IsModified() || FFileName.isEmpty());
+    Controls()->actExportAsCVS->setEnabled(exportable);
+    Controls()->actExportAsText->setEnabled(exportable);
     TAppMessages::SendQueryPageStatusChanged();
 }
 
@@ -322,47 +329,47 @@ QString TQueryPageFrame::DoGetTitle() const
 
 int TQueryPageFrame::GetResultHeight() const
 {
-    return FEditorFrame ? FControls->ResultHeight() : FResultHeight;
+    return FEditorFrame ? Controls()->ResultHeight() : FResultHeight;
 }
 
 QString TQueryPageFrame::GetUsedDatabaseName() const
 {
     if (!FEditorFrame)
         return FUsedDatabaseName;
-    return FControls->cbxUse->currentIndex() >= 1 ? FControls->cbxUse->currentText() : QString();
+    return Controls()->cbxUse->currentIndex() >= 1 ? Controls()->cbxUse->currentText() : QString();
 }
 
 QAction *TQueryPageFrame::GetSaveAction() const
 {
-    return FControls->actSave;
+    return Controls()->actSave;
 }
 
 QAction *TQueryPageFrame::GetSaveAsAction() const
 {
-    return FControls->actSaveAs;
+    return Controls()->actSaveAs;
 }
 
 QAction *TQueryPageFrame::GetExecuteAction() const
 {
-    return FControls->actExecute;
+    return Controls()->actExecute;
 }
 
 QAction *TQueryPageFrame::GetExecuteSelectedAction() const
 {
-    return FControls->actExecuteSelected;
+    return Controls()->actExecuteSelected;
 }
 
 QAction *TQueryPageFrame::GetExportAsCvsAction() const
 {
-    return FControls->actExportAsCVS;
+    return Controls()->actExportAsCVS;
 }
 
 QAction *TQueryPageFrame::GetExportAsTextAction() const
 {
-    return FControls->actExportAsText;
+    return Controls()->actExportAsText;
 }
 
 QAction *TQueryPageFrame::GetDuplicateAction() const
 {
-    return FControls->actDuplicate;
+    return Controls()->actDuplicate;
 }

@@ -83,13 +83,14 @@ Q_SIGNALS:
 protected:
     QString DoGetTitle() const override;
     bool DoCloseQuery() override;
-    void DoCreate() override;
     void DoLoad() override;
     void DoUnload() override;
     void DoDestroy() override;
     void DoActivate() override;
 
 private:
+    /// Made when they are first asked for: most pages of a session are never looked at.
+    TQueryPageControls *Controls() const;
     void ConnectActions();
     void LoadEditor();
     void LoadFile();
@@ -136,8 +137,8 @@ private:
     bool FTabDirty[3] = {true, true, true};
     bool FCloseAsked = false;
 
-    TQueryPageControls *FControls = nullptr; // child
-    TSqlEditorFrame *FEditorFrame = nullptr; // child widgets
+    mutable TQueryPageControls *FControls = nullptr; // child
+    TSqlEditorFrame *FEditorFrame = nullptr;         // child widgets
     TDataFrame *FDataFrame = nullptr;
     TQueryExplainFrame *FExplainFrame = nullptr;
     TQueryLogFrame *FLogFrame = nullptr;

@@ -20,8 +20,8 @@
 
 void TQueryPageFrame::LoadEditor()
 {
-    FEditorFrame = New<TSqlEditorFrame>(FControls->panEditor);
-    FEditorFrame->MoveTo(FControls->panEditor);
+    FEditorFrame = New<TSqlEditorFrame>(Controls()->panEditor);
+    FEditorFrame->MoveTo(Controls()->panEditor);
     FEditorFrame->Editor().setAccessibleName("SQL");
     if (FOnEditor)
         FOnEditor(&FEditorFrame->Editor());
