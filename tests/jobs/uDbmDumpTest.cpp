@@ -7,6 +7,7 @@
 #include "model/uDbmManager.h"
 #include "uDumpDatabase.h"
 #include "uJobListener.h"
+#include "uJobRuns.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -18,23 +19,9 @@ namespace {
 
 using testing::HasSubstr;
 
-class TDbmDumpTest : public testing::TestWithParam<TTestServerKind>
+class TDbmDumpTest : public TJobRunsTest
 {
 protected:
-    void SetUp() override
-    {
-        TMainThread::Initialize();
-        if (GetParam() == skMySQL)
-            SKIP_WITHOUT_MYSQL9();
-        FDatabase = std::make_unique<TTestDatabase>(Server());
-    }
-    static TTestServer &Server(TTestServerKind kind)
-    {
-        return kind == skMySQL ? *TTestServer::MySql9() : TTestServer::Instance();
-    }
-    TTestServer &Server() const { return Server(GetParam()); }
-    QString Name() const { return FDatabase->Name(); }
-    QString File() const { return FFolder.filePath("dump.sql"); }
     QByteArray Text() const
     {
         QFile file(File());
@@ -66,17 +53,6 @@ protected:
         EXPECT_EQ(heard.Error.toStdString(), "");
         return heard.Lines;
     }
-    void Exec(const QString &sql) const { FDatabase->Exec(sql); }
-    QString Value(const QString &sql) const { return FDatabase->Value(sql); }
-    QStringList Contents() const { return DumpDatabase::Contents(Server(), Name()); }
-    void ExpectSame(const QStringList &before, const QStringList &after)
-    {
-        for (qsizetype i = 0; i < qMax(before.size(), after.size()); ++i)
-            EXPECT_EQ(before.value(i).toStdString(), after.value(i).toStdString());
-    }
-
-    QTemporaryDir FFolder;
-    std::unique_ptr<TTestDatabase> FDatabase;
 };
 
 TEST_P(TDbmDumpTest, WhatWasDumpedComesBack)
