@@ -1,0 +1,4 @@
+#include "Core.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>

@@ -1,0 +1,4 @@
+#include "Tests.h"
+#include "Widgets.h"
+
+#include <QTest>
