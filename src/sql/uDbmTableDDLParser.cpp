@@ -4,6 +4,8 @@
 #include "support/uFormat.h"
 #include "support/uRegExUtils.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr auto Lines =
@@ -36,22 +38,62 @@ void ParseClause(const QRegularExpressionMatch &match, int group, TDbmReferenceE
         reference.OnUpdate = ParseOption(match.captured(group + 1));
 }
 
-QString ColumnsPattern(const TDbmIndexEntity &index)
+bool IsWord(const QString &name)
+{
+    const auto isWordChar = [](QChar c) {
+        return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') ||
+               c == u'_';
+    };
+    return !name.isEmpty() && std::all_of(name.begin(), name.end(), isWordChar);
+}
+
+/// The first match of a pattern that holds the name as %s and no group before it. A name of word
+/// characters, which nearly all are, is found by one pattern for all names: compiling one for each
+/// takes far longer than matching it. `group` gets what the groups behind the name count from.
+QRegularExpressionMatch MatchName(const QString &ddl, const char *pattern, const QString &name,
+                                  int &group)
+{
+    group = 0;
+    if (!IsWord(name))
+        return TRegExUtils::Match(ddl, TFormat::Format(pattern, {name}), Lines);
+    group = 1;
+    QRegularExpressionMatch found;
+    TRegExUtils::ForEachMatch(
+        ddl, TFormat::Format(pattern, {"(\\w+)"}),
+        [&](const QRegularExpressionMatch &match) {
+            if (!found.hasMatch() && match.capturedView(1).compare(name, Qt::CaseInsensitive) == 0)
+                found = match;
+        },
+        Lines);
+    return found;
+}
+
+const char *ColumnsPattern(TDbmIndexKind kind)
 {
     static constexpr struct
     {
         TDbmIndexKind Kind;
-        const char *Word;
-    } words[] = {{ikUnique, "unique key"},
-                 {ikIndex, "key"},
-                 {ikFulltext, "fulltext key"},
-                 {ikSpatial, "spatial key"}};
+        const char *Pattern;
+    } patterns[] = {{ikUnique, "^\\s*unique key `%s` \\((.+)\\)"},
+                    {ikIndex, "^\\s*key `%s` \\((.+)\\)"},
+                    {ikFulltext, "^\\s*fulltext key `%s` \\((.+)\\)"},
+                    {ikSpatial, "^\\s*spatial key `%s` \\((.+)\\)"}};
+    for (const auto &pattern : patterns)
+        if (pattern.Kind == kind)
+            return pattern.Pattern;
+    return nullptr;
+}
+
+QString ColumnsOf(const QString &ddl, const TDbmIndexEntity &index)
+{
     if (index.IndexKind == ikPrimary)
-        return "^\\s*primary key.+\\((.+)\\)";
-    for (const auto &word : words)
-        if (word.Kind == index.IndexKind)
-            return TFormat::Format("^\\s*%s `%s` \\((.+)\\)", {word.Word, index.IndexName});
-    return {};
+        return TRegExUtils::Match(ddl, "^\\s*primary key.+\\((.+)\\)", Lines).captured(1);
+    const char *const pattern = ColumnsPattern(index.IndexKind);
+    if (!pattern)
+        return {};
+    int group = 0;
+    const auto line = MatchName(ddl, pattern, index.IndexName, group);
+    return line.captured(group + 1);
 }
 
 qint64 ToLength(const QString &digits)
@@ -147,12 +189,8 @@ QList<TDbmIndexColumnEntity>
 TDbmTableDDLParser::ParseIndexColumns(const TDbmIndexEntity &index) const
 {
     QList<TDbmIndexColumnEntity> columns;
-    const QString pattern = ColumnsPattern(index);
-    if (pattern.isEmpty())
-        return columns;
-    const auto line = TRegExUtils::Match(FDDL, pattern, Lines);
     TRegExUtils::ForEachMatch(
-        line.captured(1), "(`\\w+`(?:\\(\\d+\\))?)", [&](const QRegularExpressionMatch &part) {
+        ColumnsOf(FDDL, index), "(`\\w+`(?:\\(\\d+\\))?)", [&](const QRegularExpressionMatch &part) {
             const auto column = TRegExUtils::Match(part.captured(1), "`(\\w+)`(?:\\((\\d*)\\))?");
             if (!column.hasMatch())
                 return;
@@ -170,16 +208,15 @@ QList<TDbmReferenceColumnEntity>
 TDbmTableDDLParser::ParseForeignKeyColumns(const QString &referenceName) const
 {
     QList<TDbmReferenceColumnEntity> columns;
-    const auto line = TRegExUtils::Match(
-        FDDL,
-        TFormat::Format("^\\s*constraint `%s` foreign key \\(([`,\\s\\w]+)\\) references `\\w+` "
-                        "\\(([`,\\s\\w]+)\\)",
-                        {referenceName}),
-        Lines);
-    if (line.lastCapturedIndex() < 2)
+    int group = 0;
+    const auto line = MatchName(FDDL,
+                                "^\\s*constraint `%s` foreign key \\(([`,\\s\\w]+)\\) references "
+                                "`\\w+` \\(([`,\\s\\w]+)\\)",
+                                referenceName, group);
+    if (line.lastCapturedIndex() < group + 2)
         return columns;
-    const auto source = TRegExUtils::Match(line.captured(1), "`(\\w+)`");
-    const auto referenced = TRegExUtils::Match(line.captured(2), "`(\\w+)`");
+    const auto source = TRegExUtils::Match(line.captured(group + 1), "`(\\w+)`");
+    const auto referenced = TRegExUtils::Match(line.captured(group + 2), "`(\\w+)`");
     if (!source.hasMatch() || !referenced.hasMatch())
         return columns;
     // One match has one group: a composite key shows its first pair.
