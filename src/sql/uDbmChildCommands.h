@@ -54,8 +54,10 @@ protected:
     {
         QList<T> list;
         FProvider->Command().ExecuteQuery(commandText, [&](TDataSet *rows) {
-            if (rows)
-                TDatasetUtils::ForEach(*rows, [&](TDataSet &row) { list.append(rowParser(row)); });
+            if (!rows)
+                return;
+            list.reserve(rows->RecordCount());
+            TDatasetUtils::ForEach(*rows, [&](TDataSet &row) { list.append(rowParser(row)); });
         });
         return list;
     }

@@ -48,9 +48,9 @@ QString TDbmFieldFormatters::FormatSelect(const QString &database, const QString
 TDbmFieldEntity TDbmFieldFormatters::ParseSelectRow(const TDataSet &row) const
 {
     TDbmFieldEntity field;
-    field.FieldName = row.FieldByName("COLUMN_NAME").AsString();
-    const QString collation = TDatasetUtils::AsString(row, "COLLATION_NAME", {});
-    field.ServerText.Type = TDatasetUtils::AsString(row, "COLUMN_TYPE", {});
+    field.FieldName = row.FieldByName(QStringLiteral("COLUMN_NAME")).AsString();
+    const QString collation = TDatasetUtils::AsString(row, QStringLiteral("COLLATION_NAME"), {});
+    field.ServerText.Type = TDatasetUtils::AsString(row, QStringLiteral("COLUMN_TYPE"), {});
     try {
         TDbmFieldUtils::ParseType(field.ServerText.Type, field.FieldType, collation);
     } catch (const EException &) {
@@ -59,22 +59,22 @@ TDbmFieldEntity TDbmFieldFormatters::ParseSelectRow(const TDataSet &row) const
         field.FieldType.Collation = collation;
     }
     field.ServerText.Parsed = field.FieldType;
-    field.Nullable =
-        TDatasetUtils::AsString(row, "IS_NULLABLE", {}).compare(u"YES", Qt::CaseInsensitive) == 0;
-    const QString extra = TDatasetUtils::AsString(row, "EXTRA", {});
+    field.Nullable = TDatasetUtils::AsString(row, QStringLiteral("IS_NULLABLE"), {})
+                         .compare(u"YES", Qt::CaseInsensitive) == 0;
+    const QString extra = TDatasetUtils::AsString(row, QStringLiteral("EXTRA"), {});
     field.Autoincrement = extra.contains(u"auto_increment", Qt::CaseInsensitive);
     ParseDefault(row, field, extra);
     ParseExtra(row, field, extra);
-    field.Comment = TDatasetUtils::AsString(row, "COLUMN_COMMENT", {});
+    field.Comment = TDatasetUtils::AsString(row, QStringLiteral("COLUMN_COMMENT"), {});
     field.ServerText.Comment = field.Comment;
-    field.Info.PosIndex = TDatasetUtils::AsInteger(row, "ORDINAL_POSITION", 0);
+    field.Info.PosIndex = TDatasetUtils::AsInteger(row, QStringLiteral("ORDINAL_POSITION"), 0);
     return field;
 }
 
 void TDbmFieldFormatters::ParseDefault(const TDataSet &row, TDbmFieldEntity &field,
                                        const QString &extra) const
 {
-    const TField *column = row.FindField("COLUMN_DEFAULT");
+    const TField *column = row.FindField(QStringLiteral("COLUMN_DEFAULT"));
     if (column && !column->IsNull()) {
         const TDbmColumnDefaults defaults(*FServerFeatures);
         defaults.Parse(field.FieldType.DataType, column->AsString(),
@@ -92,7 +92,7 @@ void TDbmFieldFormatters::ParseExtra(const TDataSet &row, TDbmFieldEntity &field
     QStringList trailing;
     if (extra.contains(u"INVISIBLE", Qt::CaseInsensitive))
         trailing.append("INVISIBLE");
-    const QString srid = TDatasetUtils::AsString(row, "SRS_ID", {});
+    const QString srid = TDatasetUtils::AsString(row, QStringLiteral("SRS_ID"), {});
     if (!srid.isEmpty())
         trailing.append("SRID " + srid);
     field.ServerText.Trailing = trailing.join(' ');
@@ -107,7 +107,8 @@ void TDbmFieldFormatters::ParseExtraWords(const TDataSet &row, TDbmFieldEntity &
 
     const auto generated = TRegExUtils::Match(extra, "(VIRTUAL|STORED|PERSISTENT)( GENERATED)?",
                                               QRegularExpression::CaseInsensitiveOption);
-    const QString expression = TDatasetUtils::AsString(row, "GENERATION_EXPRESSION", {});
+    const QString expression =
+        TDatasetUtils::AsString(row, QStringLiteral("GENERATION_EXPRESSION"), {});
     // The bounds of a versioned row are no expression. No ALTER can touch them where they are, and
     // a table without the versioning can have them as plain columns only.
     const bool isBound = TRegExUtils::IsMatch(expression, "^ROW (START|END)$");

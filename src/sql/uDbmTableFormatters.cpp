@@ -104,34 +104,36 @@ QString TDbmTableFormatters::FormatSelectRow(const QString &database, const QStr
 
 TDbmTableEntity TDbmTableFormatters::ParseSelectRow(const TDataSet &row) const
 {
-    const auto text = [&](const char *name) { return TDatasetUtils::AsString(row, name, {}); };
-    const auto number = [&](const char *name) { return TDatasetUtils::AsLargeint(row, name, 0); };
-    const auto time = [&](const char *name) { return TDatasetUtils::AsDateTime(row, name, {}); };
+    const auto text = [&](const QString &name) { return TDatasetUtils::AsString(row, name, {}); };
+    const auto number = [&](const QString &name) {
+        return TDatasetUtils::AsLargeint(row, name, 0);
+    };
+    const auto time = [&](const QString &name) { return TDatasetUtils::AsDateTime(row, name, {}); };
 
     TDbmTableEntity entity;
-    entity.TableName = row.FieldByName("TABLE_NAME").AsString();
-    entity.Engine = text("ENGINE");
-    entity.RowFormat = ParseRowFormat(text("ROW_FORMAT"));
-    entity.Collation = text("TABLE_COLLATION");
-    entity.Comment = text("TABLE_COMMENT");
-    entity.AutoIncrement = TDatasetUtils::AsVariant(row, "AUTO_INCREMENT", {});
-    const QString options = text("CREATE_OPTIONS");
+    entity.TableName = row.FieldByName(QStringLiteral("TABLE_NAME")).AsString();
+    entity.Engine = text(QStringLiteral("ENGINE"));
+    entity.RowFormat = ParseRowFormat(text(QStringLiteral("ROW_FORMAT")));
+    entity.Collation = text(QStringLiteral("TABLE_COLLATION"));
+    entity.Comment = text(QStringLiteral("TABLE_COMMENT"));
+    entity.AutoIncrement = TDatasetUtils::AsVariant(row, QStringLiteral("AUTO_INCREMENT"), {});
+    const QString options = text(QStringLiteral("CREATE_OPTIONS"));
     entity.Checksum = ParseOption(options, "checksum") == u"1";
     entity.PackKeys = ParsePackKeys(ParseOption(options, "pack_keys"));
     entity.DelayKeyWrite = ParseOption(options, "delay_key_write") == u"1";
     TDbmTableInfo &info = entity.Info;
-    info.Version = text("VERSION");
-    info.Rows = number("TABLE_ROWS");
-    info.AvgRowLength = number("AVG_ROW_LENGTH");
-    info.DataLength = number("DATA_LENGTH");
-    info.MaxDataLength = number("MAX_DATA_LENGTH");
-    info.IndexLength = number("INDEX_LENGTH");
-    info.DataFree = number("DATA_FREE");
-    info.Checksum = number("CHECKSUM");
-    info.CreateTime = time("CREATE_TIME");
-    info.UpdateTime = time("UPDATE_TIME");
-    info.CheckTime = time("CHECK_TIME");
-    info.TableType = ParseTableType(text("TABLE_TYPE"));
+    info.Version = text(QStringLiteral("VERSION"));
+    info.Rows = number(QStringLiteral("TABLE_ROWS"));
+    info.AvgRowLength = number(QStringLiteral("AVG_ROW_LENGTH"));
+    info.DataLength = number(QStringLiteral("DATA_LENGTH"));
+    info.MaxDataLength = number(QStringLiteral("MAX_DATA_LENGTH"));
+    info.IndexLength = number(QStringLiteral("INDEX_LENGTH"));
+    info.DataFree = number(QStringLiteral("DATA_FREE"));
+    info.Checksum = number(QStringLiteral("CHECKSUM"));
+    info.CreateTime = time(QStringLiteral("CREATE_TIME"));
+    info.UpdateTime = time(QStringLiteral("UPDATE_TIME"));
+    info.CheckTime = time(QStringLiteral("CHECK_TIME"));
+    info.TableType = ParseTableType(text(QStringLiteral("TABLE_TYPE")));
     return entity;
 }
 
@@ -243,7 +245,7 @@ QString TDbmTableFormatters::FormatChecksum(const QString &database, const QStri
 
 qint64 TDbmTableFormatters::ParseChecksum(const TDataSet &row) const
 {
-    return TDatasetUtils::AsLargeint(row, "Checksum", 0);
+    return TDatasetUtils::AsLargeint(row, QStringLiteral("Checksum"), 0);
 }
 
 QString TDbmTableFormatters::FormatUpdateDisableKeys(const QString &database,

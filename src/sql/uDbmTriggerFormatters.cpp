@@ -73,29 +73,31 @@ QString TDbmTriggerFormatters::FormatSelect(const QString &database, const QStri
 
 TDbmTriggerEntity TDbmTriggerFormatters::ParseRow(const TDataSet &row, const QString &body) const
 {
-    const auto text = [&](const char *name) { return TDatasetUtils::AsString(row, name, {}); };
+    const auto text = [&](const QString &name) { return TDatasetUtils::AsString(row, name, {}); };
     TDbmTriggerEntity entity;
     entity.TriggerName = row.FieldByName("trigger_name").AsString();
-    entity.Event = ParseEvent(text("ACTION_TIMING") + ' ' + text("EVENT_MANIPULATION"));
+    entity.Event = ParseEvent(text(QStringLiteral("ACTION_TIMING")) + ' ' +
+                              text(QStringLiteral("EVENT_MANIPULATION")));
     entity.Body = body;
-    entity.Definer = text("DEFINER");
-    entity.Created = TDatasetUtils::AsDateTime(row, "CREATED", {});
-    entity.SQLMode = text("SQL_MODE");
-    entity.CharsetClient = text("CHARACTER_SET_CLIENT");
-    entity.CollationConnection = text("COLLATION_CONNECTION");
-    entity.DatabaseCollation = text("DATABASE_COLLATION");
+    entity.Definer = text(QStringLiteral("DEFINER"));
+    entity.Created = TDatasetUtils::AsDateTime(row, QStringLiteral("CREATED"), {});
+    entity.SQLMode = text(QStringLiteral("SQL_MODE"));
+    entity.CharsetClient = text(QStringLiteral("CHARACTER_SET_CLIENT"));
+    entity.CollationConnection = text(QStringLiteral("COLLATION_CONNECTION"));
+    entity.DatabaseCollation = text(QStringLiteral("DATABASE_COLLATION"));
     return entity;
 }
 
 TDbmTriggerEntity TDbmTriggerFormatters::ParseSelectRow(const TDataSet &row) const
 {
-    return ParseRow(row, ParseBody(TDatasetUtils::AsString(row, "ACTION_STATEMENT", {})));
+    return ParseRow(
+        row, ParseBody(TDatasetUtils::AsString(row, QStringLiteral("ACTION_STATEMENT"), {})));
 }
 
 TDbmWholeTrigger TDbmTriggerFormatters::ParseSelectWholeRow(const TDataSet &row) const
 {
-    return {ParseRow(row, TDatasetUtils::AsString(row, "ACTION_STATEMENT", {})),
-            TDatasetUtils::AsLargeint(row, "ACTION_ORDER", 0)};
+    return {ParseRow(row, TDatasetUtils::AsString(row, QStringLiteral("ACTION_STATEMENT"), {})),
+            TDatasetUtils::AsLargeint(row, QStringLiteral("ACTION_ORDER"), 0)};
 }
 
 QString TDbmTriggerFormatters::FormatCreate(const QString &database, const QString &table,
