@@ -22,6 +22,19 @@ public:
     using QTabBar::QTabBar;
 
     QSize minimumSizeHint() const override { return {1, QTabBar::minimumSizeHint().height()}; }
+
+protected:
+    // A hidden bar is laid out when it is shown; until then it would measure all of its tabs with
+    // each that comes or goes.
+    QSize tabSizeHint(int index) const override
+    {
+        return isHidden() ? QSize(1, 1) : QTabBar::tabSizeHint(index);
+    }
+    void initStyleOption(QStyleOptionTab *option, int index) const override
+    {
+        if (!isHidden())
+            QTabBar::initStyleOption(option, index);
+    }
 };
 
 } // namespace
