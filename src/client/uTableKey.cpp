@@ -1,5 +1,6 @@
 #include "client/uTableKey.h"
 
+#include "client/uRowsOrigin.h"
 #include "support/uFormat.h"
 
 #include <QHash>
@@ -14,18 +15,6 @@ struct TKey
     QStringList Columns;
     bool Unique = true; // and without NULLs
 };
-
-// MariaDB tells a derived table's alias as the name of the original table, and a real table of that
-// name may exist beside it.
-bool HasDerivedTable(const QString &sql)
-{
-    static const QString blank = R"((\s|/\*.*?\*/|--[^\n]*\n|#[^\n]*\n)*)";
-    static const QRegularExpression derived(
-        "^\\s*with\\b|(\\bfrom|\\bjoin|\\blateral|\\bfrom\\b[^()]*,)" + blank + "(\\(" + blank +
-            ")+(select|values|table|with)\\b",
-        QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
-    return derived.match(sql).hasMatch();
-}
 
 // Where the FROM of the outermost SELECT stands; -1 also when quotes make that hard to tell.
 qsizetype OutermostFrom(const QString &sql)
@@ -89,8 +78,13 @@ TTableKey TableOf(const std::vector<TFieldInfo> &fields, const QString &sql)
     if (!table || table->Database.isEmpty() ||
         table->Database.compare(u"information_schema", Qt::CaseInsensitive) == 0)
         return {.Reason = "The result does not show a table."};
-    if (HasDerivedTable(sql) && !StartsWithTable(sql, *table))
+    // MariaDB tells a derived table's alias as the name of the original table, and a real table of
+    // that name may exist beside it.
+    const TRowsOrigin origin = RowsOriginOf(sql);
+    if (origin == roSubquery && !StartsWithTable(sql, *table))
         return {.Reason = "The result comes from a subquery."};
+    if (origin == roOther)
+        return {.Reason = "The result does not come from a SELECT."};
     return {.Database = table->Database, .Table = table->OrgTable};
 }
 

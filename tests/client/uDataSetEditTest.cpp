@@ -234,12 +234,35 @@ TEST_F(TDataSetEdit, TellsWhyAResultIsReadOnly)
 
 TEST_F(TDataSetEdit, ADerivedTableOfARealTablesNameIsNotTakenForIt)
 {
-    Exec("CREATE TABLE real_t (id INT PRIMARY KEY, a INT)");
+    Exec("CREATE TABLE r (id INT PRIMARY KEY, a INT)");
     Exec("CREATE TABLE x (id INT PRIMARY KEY, a INT)");
-    EXPECT_THAT(Reason("SELECT * FROM /* c */ ( SELECT * FROM real_t) AS x"),
-                HasSubstr("subquery"));
-    EXPECT_THAT(Reason("SELECT * FROM\n(SELECT * FROM real_t) x"), HasSubstr("subquery"));
-    EXPECT_EQ(Reason("SELECT * FROM x"), "");
+    Exec("CREATE PROCEDURE p() WITH x AS (SELECT * FROM r) SELECT * FROM x");
+    for (const char *sql : {
+             "SELECT * FROM /* c */ ( SELECT * FROM r) AS x",
+             "SELECT * FROM\n(SELECT * FROM r) x",
+             "-- it's\n/* c */ WITH x AS (SELECT * FROM r) SELECT * FROM x",
+             "/*!50000 WITH x AS (SELECT * FROM r) */ SELECT * FROM x",
+             "SELECT x.* FROM r b JOIN r c ON (b.id = c.id AND b.a <> ')'), (SELECT * FROM r) x",
+             "SELECT x.* FROM r b JOIN r c ON b.id IN (SELECT id FROM r WHERE 1), (SELECT * FROM "
+             "r) x",
+             "SELECT x.* FROM (r, (SELECT * FROM r) x)",
+             "SELECT x.* FROM r STRAIGHT_JOIN (SELECT * FROM r) x",
+             "SELECT x.* FROM {OJ (SELECT * FROM r) x LEFT JOIN r ON r.id = x.id}",
+             "SELECT x.* FROM r USE INDEX FOR ORDER BY (PRIMARY), (SELECT * FROM r) x",
+         })
+        EXPECT_THAT(Reason(sql), HasSubstr("subquery")) << sql;
+    for (const char *sql : {"CALL p()", "EXECUTE IMMEDIATE 'SELECT * FROM (SELECT * FROM r) x'",
+                            "/*!50000 CALL p() */"})
+        EXPECT_THAT(Reason(sql), HasSubstr("not come from a SELECT")) << sql;
+    for (const char *sql : {
+             "SELECT * FROM x",
+             "(/* c */ SELECT * FROM x)",
+             "SELECT x.*, (SELECT COUNT(*) FROM r WHERE (r.id = x.id)) AS n, (SELECT 2) FROM x",
+             "SELECT * FROM x WHERE id IN (0, (SELECT MAX(id) FROM (SELECT * FROM r) y))",
+             "SELECT x.* FROM x ORDER BY x.a, (SELECT 1)",
+             "INSERT INTO x VALUES (1, 1) RETURNING *",
+         })
+        EXPECT_EQ(Reason(sql), "") << sql;
 }
 
 TEST_F(TDataSetEdit, AnExpressionIsReadOnlyBesideColumnsThatAreNot)
