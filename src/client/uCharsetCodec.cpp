@@ -99,14 +99,9 @@ QByteArrayView AsUtf16(QStringView text)
 class TTableCodec : public TCharsetCodec
 {
 public:
-    TTableCodec(const QByteArray &name, const TIconv &decoder) : TCharsetCodec(name, 1)
+    TTableCodec(const QByteArray &name, const std::array<QChar, 256> &toUnicode)
+        : TCharsetCodec(name, 1), FToUnicode(toUnicode)
     {
-        for (int i = 0; i < 256; ++i) {
-            const char byte = static_cast<char>(i);
-            QByteArray utf16;
-            const bool known = decoder.Convert({&byte, 1}, utf16) == 1 && utf16.size() == 2;
-            FToUnicode[static_cast<size_t>(i)] = known ? FromUtf16(utf16)[0] : Undefined(i);
-        }
         for (int i = 255; i >= 0; --i)
             FFromUnicode.insert(FToUnicode[static_cast<size_t>(i)].unicode(), static_cast<char>(i));
         FFromUnicode.remove(QChar::ReplacementCharacter);
@@ -139,13 +134,7 @@ public:
     }
 
 private:
-    // The server's latin1 is cp1252 whose five free places stand for themselves.
-    QChar Undefined(int byte) const
-    {
-        return Name() == "latin1" ? QChar(byte) : QChar(QChar::ReplacementCharacter);
-    }
-
-    std::array<QChar, 256> FToUnicode;
+    const std::array<QChar, 256> FToUnicode;
     QHash<char16_t, char> FFromUnicode;
 };
 
@@ -247,12 +236,41 @@ const TEncoding Encodings[] = {
     {"utf32", "UTF-32BE", 4},
 };
 
+TCodec CreateTable(const TEncoding &encoding)
+{
+    const TIconv decoder("UTF-16LE", encoding.Encoding);
+    if (!decoder.Works())
+        return nullptr;
+    // The server's latin1 is cp1252 whose five free places stand for themselves.
+    const bool hasHoles = encoding.Charset != QByteArray("latin1");
+    std::array<QChar, 256> toUnicode;
+    for (int i = 0; i < 256; ++i) {
+        const char byte = static_cast<char>(i);
+        QByteArray utf16;
+        const bool known = decoder.Convert({&byte, 1}, utf16) == 1 && utf16.size() == 2;
+        const QChar free = hasHoles ? QChar(QChar::ReplacementCharacter) : QChar(i);
+        toUnicode[static_cast<size_t>(i)] = known ? FromUtf16(utf16)[0] : free;
+    }
+    return std::make_shared<TTableCodec>(encoding.Charset, toUnicode);
+}
+
+// The system has no such set; these are the characters that the server makes of the bytes.
+TCodec CreateKeybcs2()
+{
+    constexpr char16_t upper[] = u"ČüéďäĎŤčěĚĹÍľĺÄÁÉžŽôöÓůÚýÖÜŠĽÝŘťáíóúňŇŮÔšřŕŔ¼¡«»"
+                                 u"░▒▓│┤╡╢╖╕╣║╗╝╜╛┐└┴┬├─┼╞╟╚╔╩╦╠═╬╧╨╤╥╙╘╒╓╫╪┘┌█▄▌▐▀"
+                                 u"αßΓπΣσµτΦΘΩδ∞φε∩≡±≥≤⌠⌡÷≈°∙·√ⁿ²■\u00A0";
+    static_assert(std::size(upper) == 128 + 1);
+    std::array<QChar, 256> toUnicode;
+    for (size_t i = 0; i < 256; ++i)
+        toUnicode[i] = i < 128 ? QChar(static_cast<char16_t>(i)) : QChar(upper[i - 128]);
+    return std::make_shared<TTableCodec>("keybcs2", toUnicode);
+}
+
 TCodec CreateByIconv(const TEncoding &encoding)
 {
-    if (encoding.MaxBytes == 1) {
-        const TIconv decoder("UTF-16LE", encoding.Encoding);
-        return decoder.Works() ? std::make_shared<TTableCodec>(encoding.Charset, decoder) : nullptr;
-    }
+    if (encoding.MaxBytes == 1)
+        return CreateTable(encoding);
     std::shared_ptr<TIconvCodec> codec;
     if (encoding.Charset == QByteArray("sjis"))
         codec = std::make_shared<TSjisCodec>(encoding.Charset, 2, encoding.Encoding);
@@ -272,6 +290,8 @@ TCodec TCharsetCodec::Create(const QByteArray &charset)
     // In a session of set "binary" the server converts nothing, and its own names are UTF-8.
     if (name == "utf8mb4" || name == "binary")
         return std::make_shared<TUtf8Codec>(name, 4);
+    if (name == "keybcs2")
+        return CreateKeybcs2();
     for (const TEncoding &encoding : Encodings) {
         if (name == encoding.Charset)
             return CreateByIconv(encoding);

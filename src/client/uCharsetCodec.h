@@ -10,7 +10,7 @@ class TCharsetCodec
 {
 public:
     /// `charset` is the server's name, such as utf8mb4 or cp1251. Gives nullptr for a character set
-    /// that the system's converters do not know.
+    /// that nothing here converts.
     static std::shared_ptr<const TCharsetCodec> Create(const QByteArray &charset);
     virtual ~TCharsetCodec() = default;
 

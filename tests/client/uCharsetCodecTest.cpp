@@ -20,6 +20,7 @@ const TCase Cases[] = {
     {"Latin1HasNoHoles", "latin1", u"\u0081\u008D\u009D"_s, "\x81\x8D\x9D"},
     {"Cyrillic", "cp1251", u"Привет"_s, "\xCF\xF0\xE8\xE2\xE5\xF2"},
     {"HighSecondByteMayBeABackslash", "gbk", u"運"_s, "\xDF\x5C"},
+    {"CzechOfTheServersOwn", "keybcs2", u"Žluť\u00A0"_s, "\x92lu\x9F\xFF"},
     {"Japanese", "sjis", u"ソ"_s, "\x83\x5C"},
     {"UnicodeWithTheHighByteFirst", "ucs2", u"aя"_s, QByteArray("\0a\x04\x4F", 4)},
     {"NulIsACharacter", "latin1", u"a\0b"_s, QByteArray("a\0b", 3)},
@@ -79,11 +80,11 @@ TEST(TCharsetCodec, TellsBytesThatAreNoText)
 TEST(TCharsetCodec, KnowsEverySetThatASessionCanSpeak)
 {
     for (const char *charset :
-         {"armscii8", "ascii",  "big5",    "binary",  "cp1250", "cp1251",   "cp1256", "cp1257",
-          "cp850",    "cp852",  "cp866",   "cp932",   "dec8",   "eucjpms",  "euckr",  "gb18030",
-          "gb2312",   "gbk",    "geostd8", "greek",   "hebrew", "hp8",      "koi8r",  "koi8u",
-          "latin1",   "latin2", "latin5",  "latin7",  "macce",  "macroman", "sjis",   "swe7",
-          "tis620",   "ujis",   "utf8",    "utf8mb3", "utf8mb4"}) {
+         {"armscii8", "ascii",  "big5",    "binary", "cp1250",  "cp1251",  "cp1256",   "cp1257",
+          "cp850",    "cp852",  "cp866",   "cp932",  "dec8",    "eucjpms", "euckr",    "gb18030",
+          "gb2312",   "gbk",    "geostd8", "greek",  "hebrew",  "hp8",     "keybcs2",  "koi8r",
+          "koi8u",    "latin1", "latin2",  "latin5", "latin7",  "macce",   "macroman", "sjis",
+          "swe7",     "tis620", "ujis",    "utf8",   "utf8mb3", "utf8mb4"}) {
         const auto codec = TCharsetCodec::Create(charset);
         ASSERT_TRUE(codec) << charset;
         EXPECT_EQ(codec->Decode("SELECT 1"), QString("SELECT 1")) << charset;

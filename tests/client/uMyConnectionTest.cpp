@@ -166,7 +166,7 @@ const TCharset Charsets[] = {
     {"utf16", true, "utf8mb4", u"aя€😀"_s},      {"ucs2", false, "utf8mb4", u"я😀"_s},
     {"latin1", false, "latin1", u"é€\u0081"_s}, {"cp1251", false, "cp1251", u"Привет"_s},
     {"gbk", false, "gbk", u"運\\'銭"_s},        {"sjis", false, "sjis", u"ソ\\'ソ"_s},
-    {"latin1", true, "utf8mb4", u"я"_s},
+    {"latin1", true, "utf8mb4", u"я"_s},        {"keybcs2", false, "keybcs2", u"Žluť ÷"_s},
 };
 
 TEST_F(TMyConnectionTest, TextGoesThroughEverySessionSetUnchanged)
@@ -209,6 +209,13 @@ TEST_F(TMyConnectionTest, FollowsASetThatAStatementChooses)
     EXPECT_EQ(Ask("SELECT HEX('я')"), "FF");
     EXPECT_EQ(Ask("SELECT 'я' AS `ю`"), "я");
     EXPECT_EQ(Open("SELECT 1 AS `ю`")->FieldAt(0).FieldName(), QString("ю"));
+    FConnection.Execute("SET NAMES keybcs2");
+    EXPECT_EQ(Ask("SELECT HEX('Č')"), "80");
+    QString upper;
+    for (int byte = 128; byte < 256; ++byte)
+        upper += QString::number(byte, 16);
+    const QString sql = "SELECT CONVERT(x'" + upper + "' USING keybcs2)";
+    EXPECT_EQ(Ask(sql), Value(sql).toStdString());
 }
 
 TEST_F(TMyConnectionTest, ServerMessagesAreReadInTheSessionsSet)
