@@ -10,6 +10,7 @@
 #include <QRegularExpressionValidator>
 #include <QShortcut>
 #include <QToolButton>
+#include <limits>
 
 namespace {
 
@@ -90,6 +91,8 @@ TVerticalTextEditor::TVerticalTextEditor(QWidget *parent)
     : TVerticalGridEditor(parent), FEdit(new QLineEdit(this))
 {
     FEdit->setFrame(false);
+    // By itself the control cuts what is longer than 32767 characters.
+    FEdit->setMaxLength(std::numeric_limits<int>::max());
     ShowColor({});
     AddWidget(FEdit, 1);
     connect(FEdit, &QLineEdit::textEdited, this, [this] { Mark(false); });

@@ -123,11 +123,14 @@ TEST_F(TPropertyRowsTest, StoreCommitsTrimsAndReadsHiddenRows)
     name->setFocus();
     name->selectAll();
     QTest::keyClicks(name, "  new name ");
+    const QString longText(100'000, 'x');
+    Find<QLineEdit>(&Grid, "rowComment")->setText(longText); // as a paste does
     ASSERT_FALSE(Grid.Row("rowAt")->IsSeen());
     Grid.Row("rowAt")->SetValue(QDateTime());
     TNote stored = Note;
     Rows.Store(Grid, stored);
     EXPECT_EQ(stored.Name, "new name");
+    EXPECT_TRUE(stored.Comment == longText) << stored.Comment.size();
     EXPECT_EQ(stored.Next, 0u) << "no number";
     EXPECT_TRUE(stored.At.IsNull());
 }
