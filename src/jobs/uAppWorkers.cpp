@@ -30,11 +30,10 @@ TAppWorkers &TAppWorkers::Instance()
     return instance;
 }
 
-bool TAppWorkers::Run(TWorker &worker, const QString &title, bool closeOnComplete)
+void TAppWorkers::Run(TWorker &worker, const QString &title, bool closeOnComplete)
 {
-    const bool completed = TWorkerForm::ShowWorker(Owner(), worker, closeOnComplete, title);
+    TWorkerForm::ShowWorker(Owner(), worker, closeOnComplete, title);
     WaitFor(worker);
-    return completed;
 }
 
 bool TAppWorkers::TryOpenManager(const TDbmConnectionProfile &profile,
@@ -43,10 +42,8 @@ bool TAppWorkers::TryOpenManager(const TDbmConnectionProfile &profile,
     manager.reset();
     auto worker = std::make_unique<TDbmOpenManagerWorker>();
     worker->FProfile = profile;
-    const bool completed = Run(
-        *worker, TFormat::Format("Open connection to \"%s\"", {profile.GetDisplayString()}), true);
-    // A connection that opens behind the back of who has cancelled it is not wanted.
-    if (completed && worker->FIsSuccess)
+    Run(*worker, TFormat::Format("Open connection to \"%s\"", {profile.GetDisplayString()}), true);
+    if (worker->FIsSuccess)
         manager = std::move(worker->FManager);
     return manager != nullptr;
 }

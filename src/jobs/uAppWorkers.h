@@ -18,7 +18,8 @@ public:
     /// Where the windows find their owner; asked at each job. Unset: no owner.
     void SetOwner(std::function<QWidget *()> owner) { FOwner = std::move(owner); }
 
-    /// Gives a connected manager, or false when the connection failed or was cancelled.
+    /// Gives a connected manager, or false when the connection failed. A cancel hides the window
+    /// and does not stop the job: a connection that opens all the same is given too.
     bool TryOpenManager(const TDbmConnectionProfile &profile,
                         std::unique_ptr<TDbmManager> &manager);
     bool TestConnection(const TDbmConnectionProfile &profile);
@@ -38,7 +39,7 @@ public:
 private:
     TAppWorkers() = default;
     /// Shows the window and waits for the job's end.
-    bool Run(TWorker &worker, const QString &title, bool closeOnComplete = false);
+    void Run(TWorker &worker, const QString &title, bool closeOnComplete = false);
     QWidget *Owner() const { return FOwner ? FOwner() : nullptr; }
 
     std::function<QWidget *()> FOwner;
