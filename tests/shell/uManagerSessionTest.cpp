@@ -174,7 +174,8 @@ TEST_F(TManagerSessionTest, HowATableIsBrowsedSurvivesACrash)
 TEST_F(TManagerSessionTest, AFileThatCannotBeReadTakesNoTextWithIt)
 {
     OpenWorkspace();
-    Workspace().PageUtils().ShowQueryFromFile(Write("file.sql", "SELECT 2"), {}, 0, true);
+    Workspace().PageUtils().ShowQueryFromFile(Write("file.sql", "SELECT 2"), Database().Name(), 0,
+                                              true);
     Type("/* unsaved */ ");
     const QByteArray journal = JournalWith("/* unsaved */ SELECT 2");
     Trigger("actQuerySave");
@@ -187,6 +188,7 @@ TEST_F(TManagerSessionTest, AFileThatCannotBeReadTakesNoTextWithIt)
     OpenWorkspace();
     EXPECT_EQ(Texts(), QStringList{"/* unsaved */ SELECT 2"});
     EXPECT_TRUE(QueryPage().IsUnsaved());
+    EXPECT_EQ(QueryPage().GetUsedDatabaseName(), Database().Name());
     Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butNo"); });  // overwrite it?
     Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); }); // close all the same
     Trigger("actWindowClosePage");

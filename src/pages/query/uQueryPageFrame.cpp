@@ -93,12 +93,8 @@ void TQueryPageFrame::DoLoad()
     LoadEditor();
     MarkTabsDirty();
     Controls()->actGotoResult->trigger();
-    if (!bound) {
+    if (!bound)
         FillDatabases();
-        Controls()->cbxUse->setCurrentIndex(
-            std::max(0, Controls()->cbxUse->findText(
-                            FUsedDatabaseName, Qt::MatchFixedString | Qt::MatchCaseSensitive)));
-    }
     DisplayResults();
     UpdateActions();
     FEditorFrame->setFocus(); // a new page was activated before it had an editor
@@ -113,7 +109,7 @@ void TQueryPageFrame::DoActivate()
 void TQueryPageFrame::FillDatabases()
 {
     TDropDownCombo *combo = Controls()->cbxUse;
-    const QString selected = combo->currentIndex() > 0 ? combo->currentText() : QString();
+    const QString selected = GetUsedDatabaseName();
     QStringList names = {"(none)"};
     FManager->Databases().ForEach([&](TDbmDatabaseItem &item) { names += item.Name(); });
     const QSignalBlocker blocker(combo);
@@ -334,7 +330,8 @@ int TQueryPageFrame::GetResultHeight() const
 
 QString TQueryPageFrame::GetUsedDatabaseName() const
 {
-    if (!FEditorFrame)
+    // The list is not filled where the page's file cannot be read, nor on a bound connection.
+    if (!FEditorFrame || Controls()->cbxUse->count() == 0)
         return FUsedDatabaseName;
     return Controls()->cbxUse->currentIndex() >= 1 ? Controls()->cbxUse->currentText() : QString();
 }
