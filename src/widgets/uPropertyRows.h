@@ -77,6 +77,7 @@ struct TPropertyRow
     qint64 Min = std::numeric_limits<qint64>::min();
     qint64 Max = std::numeric_limits<qint64>::max();
     bool ReadOnly = false;
+    bool AsTyped = false; // blanks at both ends belong to the text
     /// Asked after each load and each change of any row.
     std::function<bool(const TVerticalGrid &)> Shown;
     std::function<void(TVerticalRow &)> Changed;
@@ -130,8 +131,9 @@ public:
         UpdateShown(grid);
     }
 
-    /// Commits what is being typed, then stores all rows, the hidden ones too. Texts are trimmed,
-    /// passwords are not. Throws EConvertError, with the entity untouched, as CommitEdit does.
+    /// Commits what is being typed, then stores all rows, the hidden ones too. Texts are trimmed
+    /// unless the row says otherwise, passwords never. Throws EConvertError, with the entity
+    /// untouched, as CommitEdit does.
     void Store(TVerticalGrid &grid, TEntity &entity) const
     {
         grid.CommitEdit();
@@ -195,7 +197,7 @@ private:
             return;
         }
         QVariant value = from.Value();
-        if (value.typeId() == QMetaType::QString && row.Kind != rkMasked)
+        if (value.typeId() == QMetaType::QString && row.Kind != rkMasked && !row.AsTyped)
             value = value.toString().trimmed();
         row.Field.Store(entity, value);
     }

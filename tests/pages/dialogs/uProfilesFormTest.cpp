@@ -155,14 +155,16 @@ TEST_F(TProfilesTest, CreatesEditsAndDeletesProfiles)
             EXPECT_EQ(Row(dialog, "rowPort")->Number(), 3306);
             EXPECT_TRUE(Row(dialog, "rowCompression")->IsChecked());
             EXPECT_FALSE(Row(dialog, "rowSSHHostName")->IsSeen());
-            Edit(dialog, "rowHostName", "db.example");
+            Edit(dialog, "rowHostName", "db.example ");
             Edit(dialog, "rowPort", "3307");
+            Edit(dialog, "rowDatabase", " a ");
             TGuiTools::Click(dialog, "butOK");
         });
         QTest::keyClick(Find<TVTTreeView>(form, "lvProfiles"), Qt::Key_Insert);
 
         Driver.Expect("Edit profile", [](QWidget *dialog) {
             EXPECT_EQ(Row(dialog, "rowHostName")->Text(), "db.example");
+            EXPECT_EQ(Row(dialog, "rowDatabase")->Text(), " a ") << "a name may have such blanks";
             Edit(dialog, "rowProfileName", "Second");
             TGuiTools::Click(dialog, "butOK");
         });
