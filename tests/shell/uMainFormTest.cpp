@@ -19,6 +19,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QTest>
+#include <QToolButton>
 #include <gtest/gtest.h>
 
 namespace {
@@ -62,6 +63,12 @@ TEST_F(TMainFormTest, AConnectionBringsItsMenus)
     OpenWorkspace();
     EXPECT_EQ(BarCaptions(*Window),
               (QStringList{"&File", "&View", "&Schema", "&Query", "&Tools", "&Window", "&Help"}));
+    EXPECT_EQ(Entries(Find<QMenu>(Window.get(), "menFile")),
+              (QStringList{"New Connection...", "Close Connection", "-", "Exit"}));
+    EXPECT_EQ(Entries(Find<QMenu>(Window.get(), "menView")),
+              (QStringList{"Select Charset...", "-", "Refresh"}));
+    EXPECT_EQ(Entries(Find<QMenu>(Window.get(), "menHelp")),
+              (QStringList{"Korvane Home Page", "-", "About Korvane"}));
     EXPECT_EQ(Entries(Find<QMenu>(Window.get(), "menSchema")),
               (QStringList{"Create...", "-", "Open", "-", "Create Table...", "Create View...",
                            "Create Procedure...", "Create Function...", "Create Event...", "-",
@@ -247,7 +254,7 @@ TEST_F(TMainFormTest, TheWindowMenuFollowsThePages)
 
 TEST_F(TMainFormTest, GlobalKeysTurnPagesAndRunTheQuery)
 {
-    OpenWorkspace();
+    TManagerFrame &workspace = OpenWorkspace();
     NewQuery("SELECT 1");
     NewQuery("SELECT 42 AS answer");
     QWidget *editor = QApplication::focusWidget();
@@ -259,6 +266,27 @@ TEST_F(TMainFormTest, GlobalKeysTurnPagesAndRunTheQuery)
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab,
                     Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(QueryPage().GetText(), "SELECT 42 AS answer");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(workspace.GetPagesCaption().size(), 3);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F4, Qt::ControlModifier);
+    EXPECT_EQ(workspace.GetPagesCaption().size(), 2);
+}
+
+TEST_F(TMainFormTest, PlusAndADoubleClickBehindTheTabsOpenAConnection)
+{
+    OpenWorkspace();
+    const auto *pages = Find<TPageManagerFrame>(Window.get(), "managersPageManager");
+    auto *add = Find<QToolButton>(pages, "butNewPage");
+    const auto expect = [this] {
+        Driver.Expect("frmProfiles", [](QWidget *form) { TGuiTools::Click(form, "butClose"); });
+    };
+    expect();
+    TGuiTools::Click(add);
+    EXPECT_EQ(Driver.Pending(), 0);
+    expect();
+    QTest::mouseDClick(add->parentWidget(), Qt::LeftButton, {},
+                       add->geometry().center() + QPoint(2 * add->width(), 0));
+    EXPECT_EQ(Driver.Pending(), 0);
 }
 
 TEST_F(TMainFormTest, ClosingTheLastConnectionBringsTheProfilesBack)
@@ -273,7 +301,7 @@ TEST_F(TMainFormTest, ClosingTheLastConnectionBringsTheProfilesBack)
 TEST_F(TMainFormTest, ClosingTheWindowDoesNot)
 {
     OpenWorkspace();
-    Window->close();
+    Trigger("actExit");
     TTestLoop::Settle(); // an unexpected dialog would be the driver's failure
     EXPECT_FALSE(Window->isVisible());
 }

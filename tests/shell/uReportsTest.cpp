@@ -80,6 +80,8 @@ TEST_F(TReportsTest, ANewerVersionIsOfferedInTheMenuBar)
     TBrowser browser;
     Q_EMIT NewVersion().linkActivated("#");
     EXPECT_EQ(browser.Opened.size(), 1);
+    Trigger("actHomePage");
+    EXPECT_EQ(browser.Opened.size(), 2);
 
     FServer.Requests.clear();
     FUpdate = Update("1.0.0");

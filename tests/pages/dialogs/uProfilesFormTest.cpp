@@ -1,6 +1,7 @@
 #include "app/uAppConfig.h"
 #include "app/uAppPathUtils.h"
 #include "app/uAppProfiles.h"
+#include "model/uDbmManager.h"
 #include "shell/uAppDialogs.h"
 #include "shell/uAppUtils.h"
 #include "shell/uManagerFrame.h"
@@ -13,6 +14,7 @@
 #include "widgets/uVerticalGrid.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -282,6 +284,33 @@ TEST_F(TProfilesTest, TestsAConnectionFromTheDialog)
         TGuiTools::Trigger(form, "actUpdate");
         TGuiTools::Click(form, "butClose");
     });
+}
+
+TEST_F(TProfilesTest, EachCharacterSetOfTheListConnects)
+{
+    Store("First", Profile());
+    QStringList charsets;
+    OpenProfiles([&](QWidget *form) {
+        Driver.Expect("Edit profile", [&](QWidget *dialog) {
+            auto *combo = Find<QComboBox>(dialog, "rowCharacterSet");
+            combo->showPopup();
+            for (int i = 0; i < combo->count(); ++i)
+                charsets += combo->itemData(i).toString();
+            combo->hidePopup();
+            TGuiTools::Click(dialog, "butCancel");
+        });
+        TGuiTools::Trigger(form, "actUpdate");
+        TGuiTools::Click(form, "butClose");
+    });
+    EXPECT_GE(charsets.size(), 39);
+    for (const QString &charset : charsets) {
+        SCOPED_TRACE(charset.toStdString());
+        TDbmConnectionProfile profile = Profile();
+        profile.Charset = charset;
+        const auto manager = TDbmManager::Create();
+        manager->SetParams(profile);
+        EXPECT_NO_THROW(manager->Connect());
+    }
 }
 
 TEST_F(TProfilesTest, SelectsADatabaseOfTheServer)

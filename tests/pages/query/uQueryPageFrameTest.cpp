@@ -8,6 +8,7 @@
 #include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "support/uFileUtils.h"
+#include "support/uTextCoding.h"
 #include "uTcpProxy.h"
 #include "widgets/uDataSetGrid.h"
 #include "widgets/uDropDownCombo.h"
@@ -130,6 +131,8 @@ TEST_F(TQueryPageTest, AFailureStandsInTheErrorBox)
     RunQuery("SELECT 1");
     RunQuery("SELECT 1;\nSELECT * FROM no_such_db.t;\nSELECT 2;");
     EXPECT_TRUE(ErrorText().startsWith("ER_NO_SUCH_TABLE (1146) - ")) << ErrorText().toStdString();
+    EXPECT_EQ(Find<QPlainTextEdit>(&QueryPage(), "memError")->palette().color(QPalette::Text),
+              QColor("maroon"));
     EXPECT_EQ(LabelText("labRows"), "Rows: -");
     EXPECT_TRUE(ResultRows().isEmpty());
     Goto("actGotoExplain");
@@ -374,6 +377,7 @@ struct TFileForm
     const char *Name;
     QByteArray Bytes;
     QByteArray WithX; // after an X was typed at the start and the file was saved
+    QString CodePage = {};
 };
 
 class TFileForms : public TQueryPageTest, public ::testing::WithParamInterface<TFileForm>
@@ -384,11 +388,13 @@ TEST_P(TFileForms, ComeBackAsTheyCame)
     const QString file = FilePath("form.sql");
     WriteBytes(file, GetParam().Bytes);
     OpenWorkspace();
+    TTextCoding::SetLegacyCodePage(GetParam().CodePage);
     OpenFile(file);
     auto *editor = Find<TTextEditor>(&QueryPage(), "edEditor");
     editor->SetCaret(0, 0);
     editor->PasteText("X");
     Trigger("actQuerySave");
+    TTextCoding::SetLegacyCodePage({});
     EXPECT_EQ(Bytes(file), GetParam().WithX);
 }
 
@@ -398,6 +404,7 @@ INSTANTIATE_TEST_SUITE_P(
                       TFileForm{"Utf8WithMarkAndCrLf", "\xEF\xBB\xBF\xD0\x96\r\n",
                                 "\xEF\xBB\xBFX\xD0\x96\r\n"},
                       TFileForm{"MixedLineEnds", "a\r\nb\nc\rd", "Xa\r\nb\nc\rd"},
+                      TFileForm{"LegacyCodePage", "\xCF\xF0\n", "X\xCF\xF0\n", "windows-1251"},
                       TFileForm{"NulBytes", QByteArray("a\0b", 3), QByteArray("Xa\0b", 4)}),
     [](const auto &info) { return std::string(info.param.Name); });
 
