@@ -132,6 +132,10 @@ QString TFormat::FloatText(double value)
     if (exponent < 0)
         return text;
     const int power = text.mid(exponent + 1).toInt();
+    if (power == -5) { // where Qt takes to exponents one place too early
+        const QString sign = value < 0 ? "-" : "";
+        return sign + "0.0000" + text.left(exponent).remove(u'-').remove(u'.');
+    }
     return text.left(exponent) + u'E' + QString::number(power);
 }
 

@@ -52,11 +52,18 @@ TEST(TFormat, RefusesArgumentsThatDoNotFit)
 TEST(TFormat, WritesNumbersAsPeopleReadThem)
 {
     const std::pair<double, const char *> floats[] = {
-        {0, "0"},           {1.5, "1.5"},
-        {-2, "-2"},         {1e20, "1E20"},
-        {1.5e-7, "1.5E-7"}, {0.1 + 0.2, "0.3"},
-        {1e15, "1E15"},     {123456789012345.0, "123456789012345"},
+        {0, "0"},
+        {1.5, "1.5"},
+        {-2, "-2"},
+        {1e20, "1E20"},
+        {1.5e-7, "1.5E-7"},
+        {0.1 + 0.2, "0.3"},
+        {1e15, "1E15"},
+        {123456789012345.0, "123456789012345"},
         {0.0001, "0.0001"},
+        {1e-5, "0.00001"},
+        {-5.25e-5, "-0.0000525"},
+        {9.99e-6, "9.99E-6"},
     };
     for (const auto &[value, text] : floats)
         EXPECT_EQ(TFormat::FloatText(value), text);
