@@ -16,6 +16,7 @@ using namespace std::chrono_literals;
 
 constexpr auto AliveInterval = 60s;
 constexpr int MissedAnswers = 3; // as many as the field's other clients wait for
+constexpr auto AcceptPause = 100ms;
 constexpr size_t FirstRelay = 3; // behind the session, the listener and the pipe
 constexpr int ListenBacklog = 32;
 // Of bytes waiting in one direction of one connection.
@@ -54,7 +55,7 @@ void TSocket::Close()
 
 TSSHForwardLoop::TSSHForwardLoop(ssh_session session, quint16 sourcePort,
                                  const QByteArray &destHost, quint16 destPort)
-    : FSession(session), FEvent(ssh_event_new()), FDestHost(destHost), FDestPort(destPort)
+    : FSession(session), FDestHost(destHost), FDestPort(destPort)
 {
     int pipe[2];
     if (::pipe2(pipe, O_CLOEXEC | O_NONBLOCK) != 0)
@@ -63,6 +64,7 @@ TSSHForwardLoop::TSSHForwardLoop(ssh_session session, quint16 sourcePort,
     FWakeWrite = TSocket(pipe[1]);
     Listen(sourcePort);
     ssh_set_blocking(FSession, 0);
+    FEvent = ssh_event_new(); // once nothing can fail that would leave it behind
     ssh_event_add_session(FEvent, FSession);
 }
 
@@ -117,13 +119,15 @@ bool TSSHForwardLoop::Wait()
     const short sessionEvents =
         (ssh_get_poll_flags(FSession) & SSH_WRITE_PENDING) ? POLLIN | POLLOUT : POLLIN;
     FPolled.push_back({ssh_get_fd(FSession), sessionEvents, 0});
-    FPolled.push_back({FListener.Get(), POLLIN, 0});
+    // Without a free descriptor a waiting client would wake the loop over and over.
+    FPolled.push_back({FCanAccept ? FListener.Get() : -1, POLLIN, 0});
     FPolled.push_back({FWakeRead.Get(), POLLIN, 0});
     // Those of the relays follow, from FirstRelay on.
     for (const TSSHRelay &relay : FRelays)
         FPolled.push_back({relay.Descriptor(), relay.Events(), 0});
-    const int timeout = FMoved ? 0 : static_cast<int>(std::chrono::milliseconds(5s).count());
-    if (::poll(FPolled.data(), FPolled.size(), timeout) < 0 && errno != EINTR)
+    const std::chrono::milliseconds timeout = FMoved ? 0ms : FCanAccept ? 5s : AcceptPause;
+    if (::poll(FPolled.data(), FPolled.size(), static_cast<int>(timeout.count())) < 0 &&
+        errno != EINTR)
         return false;
     if (FPolled[0].revents & POLLIN)
         FLastAlive = TClock::now();
@@ -134,6 +138,7 @@ void TSSHForwardLoop::Accept()
 {
     for (;;) {
         TSocket socket(::accept4(FListener.Get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+        FCanAccept = socket.Get() >= 0 || WouldBlock();
         if (socket.Get() < 0)
             return;
         const int on = 1;
@@ -196,7 +201,11 @@ bool TSSHRelay::Step()
         return false;
     if (!FOpen)
         return Open();
-    if (!ReadLocal() || !WriteRemote() || !ReadRemote() || !WriteLocal())
+    if (!ReadLocal())
+        return false;
+    if (!WriteRemote())
+        GiveUpRemote();
+    if (!ReadRemote() || !WriteLocal())
         return false;
     return !(FEofSent && FShutdown);
 }
@@ -238,6 +247,14 @@ bool TSSHRelay::WriteRemote()
     return true;
 }
 
+// A server that hung up may have said why: that still has to reach the client.
+void TSSHRelay::GiveUpRemote()
+{
+    FToRemote.clear();
+    FLocalEnded = true;
+    FEofSent = true;
+}
+
 bool TSSHRelay::ReadRemote()
 {
     if (FRemoteEnded || !FToLocal.isEmpty())
@@ -259,6 +276,8 @@ bool TSSHRelay::WriteLocal()
             ::send(FSocket.Get(), FToLocal.constData(), FToLocal.size(), MSG_NOSIGNAL);
         if (size < 0)
             return WouldBlock();
+        // What the channel holds by now makes no socket readable.
+        FMoved = true;
         FToLocal.remove(0, size);
     }
     if (FRemoteEnded && FToLocal.isEmpty() && !FShutdown) {

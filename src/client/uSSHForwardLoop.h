@@ -45,6 +45,7 @@ private:
     bool Open();
     bool ReadLocal();
     bool WriteRemote();
+    void GiveUpRemote();
     bool ReadRemote();
     bool WriteLocal();
 
@@ -84,7 +85,7 @@ private:
     bool KeepAlive();
 
     ssh_session FSession;
-    ssh_event FEvent;
+    ssh_event FEvent = nullptr;
     QByteArray FDestHost;
     quint16 FDestPort;
     TSocket FListener;
@@ -94,6 +95,7 @@ private:
     std::vector<pollfd> FPolled;
     std::atomic<bool> FStopped{false};
     bool FMoved = false;
+    bool FCanAccept = true;
     bool FAsked = false; // a keep-alive awaits its answer
     TClock::time_point FLastAlive = TClock::now();
 };

@@ -130,9 +130,11 @@ protected:
         }
         return {};
     }
-    int Client() const
+    int Client(int receiveBuffer = 0) const
     {
         const int client = Socket();
+        if (receiveBuffer)
+            ::setsockopt(client, SOL_SOCKET, SO_RCVBUF, &receiveBuffer, sizeof receiveBuffer);
         const sockaddr_in address = Loopback(FLocalPort);
         EXPECT_EQ(::connect(client, reinterpret_cast<const sockaddr *>(&address), sizeof address),
                   0);
@@ -234,6 +236,52 @@ TEST_F(TSSHClientTest, CarriesSeveralConnectionsWholeInBothDirections)
         client.join();
     EXPECT_EQ(whole, 4);
     EXPECT_TRUE(Transport->Forwarding());
+}
+
+// What waits in the tunnel for a client makes nobody wake it once the network is silent.
+TEST_F(TSSHClientTest, AClientThatRestsIsServedAtOnce)
+{
+    using namespace std::chrono_literals;
+    TListener flood;
+    constexpr qsizetype size = 48 << 20;
+    std::thread source([&] {
+        const int client = flood.Accept();
+        WriteAll(client, QByteArray(size, 'x'));
+        ::close(client);
+    });
+    ForwardTo(flood.Port);
+    const int client = Client(64 * 1024);
+    std::string part(4 << 20, ' ');
+    qsizetype read = 0;
+    const auto start = std::chrono::steady_clock::now();
+    for (ssize_t got; (got = ::recv(client, part.data(), part.size(), MSG_WAITALL)) > 0;
+         read += got)
+        std::this_thread::sleep_for(200ms);
+    EXPECT_EQ(read, size);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 15s) << "each stop takes five seconds";
+    ::close(client);
+    source.join();
+}
+
+TEST_F(TSSHClientTest, TheLastWordsOfAServerThatHangsUpArrive)
+{
+    TListener listener;
+    const QByteArray words(1000, 'w');
+    std::thread server([&] {
+        const int client = listener.Accept();
+        char first;
+        ::recv(client, &first, 1, 0);
+        WriteAll(client, words);
+        ::close(client); // with all else unread
+    });
+    ForwardTo(listener.Port);
+    const int client = Client();
+    std::thread sender([&] { WriteAll(client, QByteArray(16 << 20, 'x')); });
+    server.join();
+    EXPECT_EQ(ReadAll(client).size(), words.size());
+    ::shutdown(client, SHUT_RDWR);
+    sender.join();
+    ::close(client);
 }
 
 TEST_F(TSSHClientTest, ADestinationThatRefusesEndsTheConnectionAlone)
