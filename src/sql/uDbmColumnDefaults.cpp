@@ -75,7 +75,10 @@ void TDbmColumnDefaults::Parse(TDbmFieldDataType dataType, const QString &text,
             ParseExpression(dataType, text, value, serverText);
         return;
     }
-    if (isMarkedExpression)
+    // Servers before the mark had no other expressions.
+    const bool isMoment = TDbmFieldUtils::IsDate(dataType) &&
+                          TRegExUtils::IsMatch(text, "^current_timestamp\\(\\d+\\)$", CaseBlind);
+    if (isMarkedExpression || isMoment)
         ParseExpression(dataType, UnescapeExpression(text), value, serverText);
     else
         ParseLiteral(dataType, text, TDbmSqlValueUtils::FormatString(text, true), value,

@@ -30,6 +30,35 @@ void Append(QString &text, const QString &part)
         text += ' ' + part;
 }
 
+/// Whether the type is the one that was read. A collation stands behind it, whichever text it has.
+bool HasServerType(const TDbmFieldEntity &field)
+{
+    TDbmFieldType parsed = field.ServerText.Parsed;
+    parsed.Binary = field.FieldType.Binary;
+    parsed.Collation = field.FieldType.Collation;
+    return !field.ServerText.Type.isEmpty() && field.FieldType == parsed;
+}
+
+/// The server refuses the clause at most types, and a fraction that the type does not have.
+QString OnUpdateClause(const TDbmFieldEntity &field)
+{
+    const TDbmFieldDataType type = field.FieldType.DataType;
+    const QString &moment = field.ServerText.OnUpdate;
+    if (moment.isEmpty())
+        return {};
+    if (HasServerType(field))
+        return "ON UPDATE " + moment;
+    const bool isTaken = type == fdtDateTime || type == fdtTimeStamp;
+    return isTaken ? "ON UPDATE " + TDbmSqlValueUtils::FormatCurrentTimeStamp() : QString();
+}
+
+/// A reference system belongs to types that the model cannot give a column.
+QString TrailingClauses(const TDbmFieldEntity &field)
+{
+    const QString &trailing = field.ServerText.Trailing;
+    return HasServerType(field) ? trailing : TRegExUtils::Replace(trailing, " ?\\bSRID \\d+$", "");
+}
+
 QString FormatAlterTable(const QString &database, const QString &table, const QString &clause)
 {
     return TFormat::Format("ALTER TABLE `%s`.`%s` %s", {database, table, clause});
@@ -150,17 +179,12 @@ QString TDbmFieldFormatters::FormatColumnType(const TDbmFieldEntity &field,
 {
     const TDbmFieldServerText &server = field.ServerText;
     TDbmFieldType type = field.FieldType;
-    if (!server.Type.isEmpty()) {
-        // A collation stands behind the type, whichever text that has.
-        TDbmFieldType parsed = server.Parsed;
-        parsed.Binary = type.Binary;
-        parsed.Collation = type.Collation;
-        if (type == parsed && !TDbmFieldUtils::IsExactType(type, server.Type)) {
-            const QString charset = TDbmFieldUtils::FormatCharset(type, tableCollation);
-            return charset.isEmpty() ? server.Type : server.Type + "\r\n" + charset;
-        }
-        type.Values = TDbmFieldUtils::WholeMembers(type.Values, parsed.Values, server.Type);
+    if (HasServerType(field) && !TDbmFieldUtils::IsExactType(type, server.Type)) {
+        const QString charset = TDbmFieldUtils::FormatCharset(type, tableCollation);
+        return charset.isEmpty() ? server.Type : server.Type + "\r\n" + charset;
     }
+    if (!server.Type.isEmpty())
+        type.Values = TDbmFieldUtils::WholeMembers(type.Values, server.Parsed.Values, server.Type);
     QString text;
     TDbmFieldUtils::FormatType(type, tableCollation, text);
     return text;
@@ -170,7 +194,9 @@ QString TDbmFieldFormatters::FormatDefault(const TDbmFieldEntity &field) const
 {
     if (!field.Nullable && TDbmSqlValueUtils::IsNullValue(field.DefaultValue))
         return {};
-    const bool unedited = field.DefaultValue == field.ServerText.ParsedDefault;
+    // A fraction of the current moment must be that of the type.
+    const bool unedited = field.DefaultValue == field.ServerText.ParsedDefault &&
+                          (field.DefaultValue.ValueType == vtValue || HasServerType(field));
     return "DEFAULT " + (unedited && !field.ServerText.Default.isEmpty()
                              ? field.ServerText.Default
                              : TDbmSqlValueUtils::FormatValue(field.DefaultValue, true));
@@ -190,20 +216,19 @@ QString TDbmFieldFormatters::FormatDefinition(const TDbmFieldEntity &field,
     if (!server.Generated.isEmpty()) {
         Append(text, server.Generated);
         // One of the two kinds of server takes no NULL word here.
-        if (!field.Nullable && FServerFeatures->MarkedDefaults)
+        if (!field.Nullable && !FServerFeatures->QuotedDefaults)
             Append(text, FormatNullable(field));
     } else {
         if (!isNew || !field.Nullable)
             Append(text, FormatNullable(field));
         Append(text, FormatDefault(field));
-        if (!server.OnUpdate.isEmpty())
-            Append(text, "ON UPDATE " + server.OnUpdate);
+        Append(text, OnUpdateClause(field));
     }
     // Deliberate: the blank stays where the word does not follow.
     text += field.Autoincrement ? " AUTO_INCREMENT" : " ";
     if (!isNew || !field.Comment.isEmpty())
         Append(text, CommentClause(field));
-    Append(text, server.Trailing);
+    Append(text, TrailingClauses(field));
     return TStringUtils::Compact(text);
 }
 
@@ -249,16 +274,15 @@ QString TDbmFieldFormatters::FormatChangeColumn(const TDbmFieldEntity &field,
     if (server.Generated.isEmpty()) {
         Append(text, FormatNullable(field));
         Append(text, FormatDefault(field));
-        if (!server.OnUpdate.isEmpty())
-            Append(text, "ON UPDATE " + server.OnUpdate);
+        Append(text, OnUpdateClause(field));
     } else {
         Append(text, server.Generated);
-        if (!field.Nullable && FServerFeatures->MarkedDefaults)
+        if (!field.Nullable && !FServerFeatures->QuotedDefaults)
             Append(text, FormatNullable(field));
     }
     Append(text, field.Autoincrement ? "AUTO_INCREMENT" : "");
     Append(text, CommentClause(field));
-    Append(text, server.Trailing);
+    Append(text, TrailingClauses(field));
     Append(text, FormatPosition(position));
     return TStringUtils::Compact(text);
 }

@@ -178,6 +178,32 @@ TEST(TFieldTextTest, TheServersTypeStaysWhateverIsEditedBesideIt)
     EXPECT_EQ(written(split), "ENUM('b', 'c')");
 }
 
+TEST(TFieldTextTest, AnotherTypeLosesWhatItDoesNotTake)
+{
+    const auto written = [](const TDbmFieldEntity &field) {
+        return Formatters.FormatChangeColumn(field, {}, "d", {}).section("`d` ", 1);
+    };
+    TDbmFieldEntity moment = ReadField("datetime(6)");
+    moment.ServerText.Default = moment.ServerText.OnUpdate = "CURRENT_TIMESTAMP(6)";
+    moment.ServerText.ParsedDefault.ValueType = vtCurrentTimeStamp;
+    moment.DefaultValue.ValueType = vtCurrentTimeStamp;
+    EXPECT_EQ(written(moment), "datetime(6) NOT NULL DEFAULT CURRENT_TIMESTAMP(6) ON UPDATE"
+                               " CURRENT_TIMESTAMP(6) COMMENT ''");
+    moment.FieldType.DataType = fdtTimeStamp;
+    EXPECT_EQ(written(moment), "TIMESTAMP NOT NULL DEFAULT CURRENT_TIMESTAMP ON UPDATE"
+                               " CURRENT_TIMESTAMP COMMENT ''");
+    moment.FieldType.DataType = fdtInt;
+    moment.DefaultValue = {vtValue, 1};
+    EXPECT_EQ(written(moment), "INT NOT NULL DEFAULT 1 COMMENT ''");
+    TDbmFieldEntity place = ReadField("int(1)");
+    place.ServerText.Trailing = "INVISIBLE SRID 4326";
+    EXPECT_EQ(written(place), "INT(1) NOT NULL COMMENT '' INVISIBLE SRID 4326");
+    place.FieldType.DataType = fdtBlob;
+    EXPECT_EQ(written(place), "BLOB NOT NULL COMMENT '' INVISIBLE");
+    place.ServerText.Generated = "GENERATED ALWAYS AS (1) STORED";
+    EXPECT_EQ(written(place), "BLOB GENERATED ALWAYS AS (1) STORED NOT NULL COMMENT '' INVISIBLE");
+}
+
 TEST(TFieldDefaultTest, IsReadAsAnOldServerWouldHaveToldIt)
 {
     const auto value = [](TDbmFieldDataType type, const char *text) {
@@ -194,7 +220,8 @@ TEST(TFieldDefaultTest, IsReadAsAnOldServerWouldHaveToldIt)
 
 TEST(TFieldDefaultTest, IsWrittenByTheModelWhereThatMeansTheSame)
 {
-    TDbmServerFeatures quoted, marked;
+    TDbmServerFeatures old, quoted, marked;
+    old.SetParams("5.7.44");
     quoted.SetParams("10.11.6-MariaDB");
     marked.SetParams("9.1.0");
     const struct
@@ -221,6 +248,8 @@ TEST(TFieldDefaultTest, IsWrittenByTheModelWhereThatMeansTheSame)
         {quoted, fdtVarChar, "NULL", "NULL"},
         {quoted, fdtVarChar, "'NULL'", "'NULL'"},
         {quoted, fdtDateTime, "current_timestamp(6)", "CURRENT_TIMESTAMP(6)"},
+        {old, fdtDateTime, "CURRENT_TIMESTAMP(6)", "CURRENT_TIMESTAMP(6)"},
+        {old, fdtVarChar, "CURRENT_TIMESTAMP(6)", "'CURRENT_TIMESTAMP(6)'"},
         {marked, fdtVarChar, "concat(_utf8mb4\\'a\\')", "(concat(_utf8mb4'a'))", true},
     };
     for (const auto &row : rows) {
