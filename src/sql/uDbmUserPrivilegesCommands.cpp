@@ -3,6 +3,12 @@
 #include "support/uException.h"
 #include "support/uFormat.h"
 
+namespace {
+
+constexpr int PasswordRefused = 1819; // ER_NOT_VALID_PASSWORD
+
+} // namespace
+
 QList<TDbmUserPrivilegesEntity> TDbmUserPrivilegesCommands::ExecuteSelect()
 {
     const TDbmUserPrivilegesFormatters &formatters = FFormatters->UsersPrivileges();
@@ -35,7 +41,14 @@ void TDbmUserPrivilegesCommands::ExecuteCreate(const TDbmUserPrivilegesEntity &e
                                                const QString &password) const
 {
     const TDbmUserPrivilegesFormatters &formatters = FFormatters->UsersPrivileges();
-    Execute(formatters.FormatCreate(entity.UserName, entity.HostName));
+    try {
+        Execute(formatters.FormatCreate(entity.UserName, entity.HostName));
+    } catch (const EDacMySqlError &e) {
+        // Servers that look at passwords take no account that has none, not even for a moment.
+        if (e.ErrorCode() != PasswordRefused || password.isEmpty())
+            throw;
+        Execute(formatters.FormatCreate(entity.UserName, entity.HostName, password));
+    }
     Execute(formatters.FormatGrant(entity));
     Execute(formatters.FormatLimits(entity));
     if (entity.Privileges.Contains(privGrantOption))

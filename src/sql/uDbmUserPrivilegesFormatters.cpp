@@ -49,6 +49,13 @@ QString TDbmUserPrivilegesFormatters::FormatCreate(const QString &user, const QS
     return "CREATE USER " + UserHost(user, host);
 }
 
+QString TDbmUserPrivilegesFormatters::FormatCreate(const QString &user, const QString &host,
+                                                   const QString &password) const
+{
+    return FormatCreate(user, host) + " IDENTIFIED BY '" +
+           TDbmSqlStringFormatter::Format(password) + '\'';
+}
+
 QString TDbmUserPrivilegesFormatters::FormatDrop(const QString &user, const QString &host) const
 {
     return "DROP USER " + UserHost(user, host);
@@ -72,10 +79,11 @@ QStringList TDbmUserPrivilegesFormatters::LimitLines(const TDbmUserPrivilegesEnt
     const auto line = [](const char *format, qint64 value) {
         return TFormat::Format(format, {static_cast<quint64>(value)});
     };
+    // The last one is signed: an account with -1 may not connect at all.
     return {line("  MAX_QUERIES_PER_HOUR %u", entity.MaxQueriesPerHour),
             line("  MAX_UPDATES_PER_HOUR %u", entity.MaxUpdatesPerHour),
             line("  MAX_CONNECTIONS_PER_HOUR %u", entity.MaxConnectionsPerHour),
-            line("  MAX_USER_CONNECTIONS %u", entity.MaxUserConnections)};
+            TFormat::Format("  MAX_USER_CONNECTIONS %d", {entity.MaxUserConnections})};
 }
 
 QString TDbmUserPrivilegesFormatters::FormatGrant(const TDbmUserPrivilegesEntity &entity) const

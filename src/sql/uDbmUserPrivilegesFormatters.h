@@ -14,6 +14,7 @@ public:
     QString FormatSelectRow(const QString &user, const QString &host) const;
     TDbmUserPrivilegesEntity ParseSelectRow(const TDataSet &row) const;
     QString FormatCreate(const QString &user, const QString &host) const;
+    QString FormatCreate(const QString &user, const QString &host, const QString &password) const;
     QString FormatDrop(const QString &user, const QString &host) const;
     QString FormatDropRole(const QString &role) const;
     QString FormatRename(const QString &oldUser, const QString &oldHost, const QString &newHost,

@@ -75,6 +75,20 @@ TEST_P(TAccountModelTest, PasswordsAreWhatWasTyped)
     EXPECT_TRUE(MayLogIn(""));
 }
 
+TEST_P(TAccountModelTest, APasswordIsThereFromTheStartWhereTheServerWantsOne)
+{
+    const QString what = IsMySQL() ? "COMPONENT 'file://component_validate_password'"
+                                   : "SONAME 'simple_password_check'";
+    Server().Exec("INSTALL " + what);
+    const auto create = [&](const QString &password) {
+        Manager->Operations().CreateUser(Manager->UsersPrivileges(), Entity({}), password);
+    };
+    EXPECT_THROW(create("poor"), EDacMySqlError);
+    EXPECT_NO_THROW(create("Rich'1, and long"));
+    Server().Exec("UNINSTALL " + what);
+    EXPECT_TRUE(MayLogIn("Rich'1, and long"));
+}
+
 TEST_P(TAccountModelTest, AnUpdateKeepsPartialRevokes)
 {
     if (!IsMySQL())

@@ -58,6 +58,8 @@ TEST_P(TServerModelTest, AccountsLiveThroughOperations)
           QString("GRANT SELECT (a) ON `" + Name() + "`.t TO "),
           QString(IsMySQL() ? "GRANT BACKUP_ADMIN ON *.* TO " : "GRANT BINLOG ADMIN ON *.* TO ")})
         Server().Exec(grant + '\'' + User + "'@'%'");
+    if (!IsMySQL()) // which has no such limit
+        Server().Exec("ALTER USER '" + User + "'@'%' WITH MAX_USER_CONNECTIONS -1");
     const QString before = Grants();
     Manager->UsersPrivileges().RequestProcess();
     Manager->Operations().UpdateUser(*Account(), Account()->Entity(), false, {});
