@@ -2,6 +2,8 @@
 
 #include "support/uRegExUtils.h"
 
+#include <cmath>
+
 namespace {
 
 // The numbers of the server's error list. A boolean variable answers the first to '1'.
@@ -11,6 +13,13 @@ constexpr int WrongTypeForVariable = 1232;  // ER_WRONG_TYPE_FOR_VAR
 bool IsNumber(const QString &text)
 {
     return TRegExUtils::IsMatch(text, "^-?\\d+(\\.\\d*)?$");
+}
+
+// A variable of whole numbers takes no exponent.
+QString NumberText(const TVariant &value)
+{
+    const bool isLarge = value.IsDouble() && std::abs(value.As<double>()) >= 1E15;
+    return isLarge ? QString::number(value.As<double>(), 'f', 0) : value.ToString().trimmed();
 }
 
 } // namespace
@@ -40,7 +49,7 @@ void TDbmVariableCommands::ExecuteSetValue(const QString &name, const TVariant &
         ExecuteScript(formatters.FormatSetValue(name, value, option), ";");
     } catch (const EDacMySqlError &e) {
         // A number that arrives as text or float is quoted, which a numeric variable refuses.
-        const QString number = value.ToString().trimmed();
+        const QString number = NumberText(value);
         const bool isRefused =
             e.ErrorCode() == WrongTypeForVariable || e.ErrorCode() == WrongValueForVariable;
         if (!isRefused || !IsNumber(number))

@@ -202,6 +202,9 @@ TEST_P(TServerModelTest, VariablesTakeNumbersHoweverTheyArrive)
 {
     TDbmVariableCommands &variables = Manager->Commands().Variables();
     QString value;
+    variables.ExecuteSetValue("max_heap_table_size", 1024e12, svoSession);
+    variables.ExecuteGetValue("max_heap_table_size", svoSession, value);
+    EXPECT_EQ(value, "1024000000000000");
     for (const TVariant &number : {TVariant(1001), TVariant("1002"), TVariant(1003.0)}) {
         variables.ExecuteSetValue("max_sp_recursion_depth", 1, svoSession);
         variables.ExecuteSetValue("net_write_timeout", number, svoSession);
