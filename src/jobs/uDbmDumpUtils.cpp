@@ -3,7 +3,6 @@
 #include "jobs/uDbmDumpDataUtils.h"
 #include "jobs/uDbmDumpNames.h"
 #include "jobs/uDbmFileTexts.h"
-#include "jobs/uDbmProgramTexts.h"
 #include "jobs/uDbmSqlModes.h"
 #include "model/uDbmEventList.h"
 #include "model/uDbmFieldList.h"
@@ -13,6 +12,7 @@
 #include "model/uDbmViewList.h"
 #include "sql/uDatasetUtils.h"
 #include "sql/uDbmPathUtils.h"
+#include "sql/uDbmProgramTexts.h"
 #include "sql/uDbmSqlStringFormatter.h"
 #include "sql/uDbmSqlUtils.h"
 #include "support/uException.h"
@@ -328,11 +328,10 @@ QString TDbmDumpUtils::DumpCreateRoutine(const QString &routine, TDbmRoutineType
             throw EException(
                 TFormat::Format("The definition of routine \"%s\" cannot be read.", {routine}));
         entity.RoutineName = Escaped(routine);
-        const QString params = FManager->Commands().Routines().ExecuteSelectWholeParams(
+        const QString params = FManager->Commands().Routines().ExecuteSelectWhole(
             Escaped(FSourceDatabaseName), entity);
         const QString words = QString(kind).toUpper();
-        entity.Definition =
-            FitProgram(ExactBody(words, routine, entity.Definition), words, routine);
+        entity.Definition = FitProgram(entity.Definition, words, routine);
         const QString text = FFormatters->Routines().FormatCreate(Target(), entity, params);
         return Carried(FitComment(text, entity.Comment, words, routine), kind, routine);
     }
@@ -586,7 +585,7 @@ QString TDbmDumpUtils::ProgramMode(const QString &kind, const QString &name)
 // As it was written, whatever the lists tell.
 QString TDbmDumpUtils::ExactBody(const QString &kind, const QString &name, const QString &listed)
 {
-    QString create;
+    QString body;
     // Servers without events do not tell triggers so.
     if (FManager->Features().Events)
         FManager->Command().ExecuteQuery(
@@ -594,9 +593,8 @@ QString TDbmDumpUtils::ExactBody(const QString &kind, const QString &name, const
                 TDbmPathUtils::FormatDbObject(Escaped(FSourceDatabaseName), Escaped(name)),
             [&](TDataSet *rows) {
                 if (rows && rows->RecordCount() > 0)
-                    create = rows->FieldByName(TDbmProgramTexts::Column(kind)).AsString();
+                    body = TDbmProgramTexts::ParseBody(kind, *rows);
             });
-    const QString body = TDbmProgramTexts::Body(kind, create);
     return body.isEmpty() ? listed : body;
 }
 

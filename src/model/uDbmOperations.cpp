@@ -64,7 +64,16 @@ void TDbmOperations::UpdateView(TDbmViewItem &view, const TDbmViewEntity &entity
 
 void TDbmOperations::UpdateEvent(TDbmEventItem &event, const TDbmEventEntity &entity)
 {
-    FCommands->Events().ExecuteUpdate(event.Database().Name(), event.Entity().EventName, entity);
+    const QString database = event.Database().Name();
+    const QString oldName = event.Entity().EventName;
+    TDbmEventEntity whole = entity;
+    // Written back from the list, a body that nobody edited could become another one.
+    const bool unedited = entity.Definition == event.Entity().Definition;
+    const QString body =
+        unedited ? FCommands->Events().ExecuteSelectBody(database, oldName) : QString();
+    if (!body.isEmpty())
+        whole.Definition = body;
+    FCommands->Events().ExecuteUpdate(database, oldName, whole);
     event.RequestProcessOfOwner();
 }
 
@@ -128,9 +137,9 @@ void TDbmOperations::RenameView(TDbmViewItem &view, const QString &newName)
 void TDbmOperations::RenameRoutine(TDbmRoutineItem &routine, const QString &newName)
 {
     const QString database = routine.Database().Name();
-    FCommands->Routines().ExecuteRename(
-        database, routine.Entity(), newName,
-        FCommands->Routines().ExecuteSelectWholeParams(database, routine.Entity()));
+    TDbmRoutineEntity entity = routine.Entity();
+    const QString params = FCommands->Routines().ExecuteSelectWhole(database, entity);
+    FCommands->Routines().ExecuteRename(database, entity, newName, params);
     routine.RequestProcessOfOwner();
 }
 

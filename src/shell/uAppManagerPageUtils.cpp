@@ -146,12 +146,13 @@ void TAppManagerPageUtils::ShowRoutine(const QString &databaseName, const QStrin
     QString text;
     std::shared_ptr<TDbmRoutineItem> routine;
     if (FManager->TryGetRoutine(databaseName, routineName, routine)) {
-        const TDbmRoutineEntity &entity = routine->Entity();
+        TDbmRoutineEntity entity = routine->Entity();
+        const QString params =
+            FManager->Commands().Routines().ExecuteSelectWhole(databaseName, entity);
         TDbmFormatters &formatters = FManager->Formatters();
         text = QStringList{formatters.Routines().FormatDelete(databaseName, entity) + ';', "",
                            formatters.Other().FormatDelimiter("$$"), "",
-                           formatters.Routines().FormatCreate(databaseName, entity,
-                                                              routine->Params().GetValue())}
+                           formatters.Routines().FormatCreate(databaseName, entity, params)}
                    .join("\r\n");
     }
     ShowQueryFromText(text, databaseName, 0, activate);

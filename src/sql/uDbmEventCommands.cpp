@@ -1,5 +1,6 @@
 #include "sql/uDbmEventCommands.h"
 
+#include "sql/uDbmProgramTexts.h"
 #include "sql/uDbmSqlValueUtils.h"
 #include "support/uException.h"
 
@@ -9,6 +10,14 @@ QList<TDbmEventEntity> TDbmEventCommands::ExecuteSelect(const QString &database)
     return SafeExecuteToList<TDbmEventEntity>(
         formatters.FormatSelect(database),
         [&](const TDataSet &row) { return formatters.ParseSelectRow(row); });
+}
+
+QString TDbmEventCommands::ExecuteSelectBody(const QString &database, const QString &name) const
+{
+    return ExecuteToList<QString>(
+               FFormatters->Events().FormatSelectBody(database, name),
+               [](const TDataSet &row) { return TDbmProgramTexts::ParseBody("EVENT", row); })
+        .value(0);
 }
 
 void TDbmEventCommands::ExecuteCreate(const QString &database, const TDbmEventEntity &entity) const

@@ -9,6 +9,8 @@ public:
     using TDbmChildCommands::TDbmChildCommands;
 
     QList<TDbmEventEntity> ExecuteSelect(const QString &database);
+    /// The body as it was written. Empty for an account that may not see it.
+    QString ExecuteSelectBody(const QString &database, const QString &name) const;
     void ExecuteCreate(const QString &database, const TDbmEventEntity &entity) const;
     void ExecuteUpdate(const QString &database, const QString &oldName,
                        const TDbmEventEntity &entity) const;

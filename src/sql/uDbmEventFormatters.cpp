@@ -106,6 +106,11 @@ TDbmEventEntity TDbmEventFormatters::ParseSelectRow(const TDataSet &row) const
     return entity;
 }
 
+QString TDbmEventFormatters::FormatSelectBody(const QString &database, const QString &name) const
+{
+    return "SHOW CREATE EVENT " + TDbmPathUtils::FormatDbObject(database, name);
+}
+
 QString TDbmEventFormatters::FormatStatus(TDbmEventStatus status) const
 {
     switch (status) {

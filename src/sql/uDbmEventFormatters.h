@@ -13,6 +13,7 @@ public:
 
     QString FormatSelect(const QString &database) const;
     TDbmEventEntity ParseSelectRow(const TDataSet &row) const;
+    QString FormatSelectBody(const QString &database, const QString &name) const;
     /// Raises what TDbmIntervalUtils::FormatValue raises; so does FormatUpdate.
     QString FormatCreate(const QString &database, const TDbmEventEntity &entity,
                          bool withDefiner) const;

@@ -39,14 +39,15 @@ void TDbmRoutineCommands::ExecuteSelectParams(const QString &database, const QSt
         QString());
 }
 
-QString TDbmRoutineCommands::ExecuteSelectWholeParams(const QString &database,
-                                                      const TDbmRoutineEntity &entity) const
+QString TDbmRoutineCommands::ExecuteSelectWhole(const QString &database,
+                                                TDbmRoutineEntity &entity) const
 {
     const TDbmRoutineFormatters &formatters = FFormatters->Routines();
     QString params;
     const QList<bool> found = ExecuteToList<bool>(
         formatters.FormatSelectParams(database, entity.RoutineName, entity.RoutineType),
         [&](const TDataSet &row) {
+            formatters.ParseSelectBody(row, entity);
             return formatters.TryParseWholeParams(row, entity.RoutineType, params);
         });
     if (!found.value(0))

@@ -12,10 +12,10 @@ public:
     /// Empty when the read failed.
     void ExecuteSelectParams(const QString &database, const QString &name, QString &params,
                              TDbmRoutineType routineType);
-    /// The parameter list as a new routine needs it. Unlike the read for showing, raises where the
-    /// list cannot be read: without it another routine would be made.
-    QString ExecuteSelectWholeParams(const QString &database,
-                                     const TDbmRoutineEntity &entity) const;
+    /// The parameter list as a new routine needs it; `entity` gets its body as it was written.
+    /// Unlike the reads for showing, raises where the list cannot be read: without it another
+    /// routine would be made.
+    QString ExecuteSelectWhole(const QString &database, TDbmRoutineEntity &entity) const;
     void ExecuteCreate(const QString &database, const TDbmRoutineEntity &entity,
                        const QString &params) const;
     void ExecuteUpdate(const QString &database, const QString &name,

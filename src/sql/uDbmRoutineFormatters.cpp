@@ -2,6 +2,7 @@
 
 #include "sql/uDatasetUtils.h"
 #include "sql/uDbmPathUtils.h"
+#include "sql/uDbmProgramTexts.h"
 #include "sql/uDbmQuotedText.h"
 #include "sql/uDbmSqlStringFormatter.h"
 #include "support/uFormat.h"
@@ -121,6 +122,14 @@ bool TDbmRoutineFormatters::TryParseWholeParams(const TDataSet &row, TDbmRoutine
         }
     }
     return false;
+}
+
+void TDbmRoutineFormatters::ParseSelectBody(const TDataSet &row, TDbmRoutineEntity &entity) const
+{
+    const QString body = TDbmProgramTexts::ParseBody(
+        entity.RoutineType == rtFunction ? "FUNCTION" : "PROCEDURE", row);
+    if (!body.isEmpty())
+        entity.Definition = body;
 }
 
 QString TDbmRoutineFormatters::CreatePattern()

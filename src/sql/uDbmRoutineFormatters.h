@@ -37,6 +37,8 @@ public:
     /// not count. False where the list cannot be told, as for a text that the account may not see.
     bool TryParseWholeParams(const TDataSet &row, TDbmRoutineType routineType,
                              QString &params) const;
+    /// Gives `entity` the body as it was written, where the row tells it.
+    void ParseSelectBody(const TDataSet &row, TDbmRoutineEntity &entity) const;
     TDbmRoutineText ParseSelectText(const TDataSet &row, const QString &database,
                                     TDbmRoutineType routineType) const;
     /// A regular expression for the start of CREATE up to the name; its one group is the kind.

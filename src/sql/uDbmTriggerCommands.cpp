@@ -1,5 +1,7 @@
 #include "sql/uDbmTriggerCommands.h"
 
+#include "sql/uDbmProgramTexts.h"
+
 #include <algorithm>
 
 QList<TDbmTriggerEntity> TDbmTriggerCommands::ExecuteSelect(const QString &database,
@@ -22,12 +24,14 @@ void TDbmTriggerCommands::ExecuteRecreate(const QString &database, const QString
                                           const QString &oldName) const
 {
     const TDbmTriggerFormatters &formatters = FFormatters->Triggers();
-    const QList<TDbmWholeTrigger> triggers = ExecuteToList<TDbmWholeTrigger>(
+    QList<TDbmWholeTrigger> triggers = ExecuteToList<TDbmWholeTrigger>(
         formatters.FormatSelect(database, table),
         [&](const TDataSet &row) { return formatters.ParseSelectWholeRow(row); });
     const auto old = std::find_if(triggers.begin(), triggers.end(), [&](const auto &trigger) {
         return trigger.Entity.TriggerName == oldName;
     });
+    if (old != triggers.end())
+        ReadBody(database, old->Entity);
     ExecuteDelete(database, oldName);
     if (old == triggers.end()) {
         ExecuteCreate(database, table, entity);
@@ -38,6 +42,19 @@ void TDbmTriggerCommands::ExecuteRecreate(const QString &database, const QString
                                     old->Entity.CollationConnection};
     ExecuteOrPutBack([&] { ExecuteCreate(database, table, entity); },
                      [&] { ExecuteAsMade(oldText, settings); }, oldText);
+}
+
+void TDbmTriggerCommands::ReadBody(const QString &database, TDbmTriggerEntity &entity) const
+{
+    const QString statement =
+        FFormatters->Triggers().FormatSelectBody(database, entity.TriggerName);
+    if (statement.isEmpty())
+        return;
+    const QString body = ExecuteToList<QString>(statement, [](const TDataSet &row) {
+                             return TDbmProgramTexts::ParseBody("TRIGGER", row);
+                         }).value(0);
+    if (!body.isEmpty())
+        entity.Body = body;
 }
 
 void TDbmTriggerCommands::ExecuteDelete(const QString &database, const QString &name) const

@@ -16,4 +16,8 @@ public:
     void ExecuteRecreate(const QString &database, const QString &table,
                          const TDbmTriggerEntity &entity, const QString &oldName) const;
     void ExecuteDelete(const QString &database, const QString &name) const;
+
+private:
+    /// Gives `entity` the body as it was written, where the server tells it.
+    void ReadBody(const QString &database, TDbmTriggerEntity &entity) const;
 };

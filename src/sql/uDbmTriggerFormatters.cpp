@@ -100,6 +100,13 @@ TDbmWholeTrigger TDbmTriggerFormatters::ParseSelectWholeRow(const TDataSet &row)
             TDatasetUtils::AsLargeint(row, QStringLiteral("ACTION_ORDER"), 0)};
 }
 
+QString TDbmTriggerFormatters::FormatSelectBody(const QString &database, const QString &name) const
+{
+    if (!FServerFeatures->Events)
+        return {};
+    return "SHOW CREATE TRIGGER " + TDbmPathUtils::FormatDbObject(database, name);
+}
+
 QString TDbmTriggerFormatters::FormatCreate(const QString &database, const QString &table,
                                             const TDbmTriggerEntity &entity) const
 {

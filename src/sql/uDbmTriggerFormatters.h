@@ -27,6 +27,8 @@ public:
                          const TDbmTriggerEntity &entity) const;
     QString FormatDelete(const QString &database, const QString &name) const;
 
+    /// Empty for a server that does not tell a trigger so.
+    QString FormatSelectBody(const QString &database, const QString &name) const;
     TDbmWholeTrigger ParseSelectWholeRow(const TDataSet &row) const;
     /// As FormatCreate, with the definer and the place among `others` of the table, where the
     /// server knows places.

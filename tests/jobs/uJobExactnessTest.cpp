@@ -1,5 +1,4 @@
 #include "jobs/uDbmFileTexts.h"
-#include "jobs/uDbmProgramTexts.h"
 #include "jobs/uDbmTableCloner.h"
 #include "model/uDbmManager.h"
 #include "uJobRuns.h"
@@ -37,33 +36,6 @@ TEST(TDbmFileTextsTest, FitsBodiesForTheReaderOfFiles)
     EXPECT_EQ(TDbmFileTexts::Losses("SELECT '\\\n'"), QStringList{"line ends inside quoted texts"});
     EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN\n  SELECT '$$';\nEND $$"), "$$");
     EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN -- $$\n  SELECT 1; # //  \nEND"), "$$$");
-}
-
-TEST(TDbmProgramTextsTest, FindsTheBodyInTheStatement)
-{
-    const struct
-    {
-        const char *Kind, *Create, *Body;
-    } programs[] = {
-        {"PROCEDURE", "CREATE DEFINER=`a(`@`%` PROCEDURE `p)`(a INT, b ENUM(')'))\nSELECT ''",
-         "SELECT ''"},
-        {"PROCEDURE",
-         "CREATE PROCEDURE `p`()\n    NO SQL\n    DETERMINISTIC\n    SQL SECURITY INVOKER\n"
-         "    COMMENT 'a\\n''b'\n    BEGIN\n    NO SQL\nEND",
-         "    BEGIN\n    NO SQL\nEND"},
-        {"FUNCTION", "CREATE FUNCTION `f`() RETURNS varchar(9) CHARSET latin1\nRETURN 'DO '",
-         "RETURN 'DO '"},
-        {"TRIGGER",
-         "CREATE TRIGGER `for each row` BEFORE INSERT ON t\n for each\nROW SET @x = ''''",
-         "SET @x = ''''"},
-        {"TRIGGER", "CREATE TRIGGER t BEFORE INSERT ON t FOR EACH ROW FOLLOWS `a b` BEGIN END",
-         "BEGIN END"},
-        {"EVENT", "CREATE EVENT `DO ` ON SCHEDULE EVERY 1 DAY COMMENT ' DO ' DO SET @x = 1",
-         "SET @x = 1"},
-        {"FUNCTION", "", ""},
-    };
-    for (const auto &program : programs)
-        EXPECT_EQ(TDbmProgramTexts::Body(program.Kind, program.Create), program.Body);
 }
 
 class TJobExactnessTest : public TJobRunsTest

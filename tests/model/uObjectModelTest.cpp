@@ -1,5 +1,6 @@
 #include "uModelFixture.h"
 
+#include "sql/uDbmProgramTexts.h"
 #include "support/uException.h"
 
 namespace {
@@ -92,7 +93,7 @@ TEST_P(TObjectModelTest, RoutinesAreCopiedWhole)
     Exec("CREATE PROCEDURE p (IN a DECIMAL(10,2), OUT b varchar(5)) READS SQL DATA SQL SECURITY "
          "INVOKER COMMENT 'it''s' BEGIN SELECT 1; SET b = ')'; END");
     Exec("CREATE FUNCTION f (a int) RETURNS varchar(9) CHARSET utf8mb4 DETERMINISTIC NO SQL RETURN "
-         "CONCAT(a, ';')");
+         "CONCAT(a, ''' OR ''', 'c\\\\d;')");
     EXPECT_EQ(Routine("p").Params().GetValue(), "IN a DECIMAL(10,2), OUT b varchar(5)");
     EXPECT_EQ(Routine("p").GetSecurityTypeDisplayString(), "Invoker");
     EXPECT_EQ(Database().Routines().CountByType(rtFunction), 1);
@@ -100,9 +101,9 @@ TEST_P(TObjectModelTest, RoutinesAreCopiedWhole)
     Manager->Operations().RenameRoutine(Routine("p"), "p2");
     EXPECT_EQ(Text("PROCEDURE", "p2").replace("`p2`", "`p`").simplified(),
               QString(before).replace("`p`  (", "`p` (").simplified());
+    const QString function = Text("FUNCTION", "f");
     Manager->Operations().RenameRoutine(Routine("f"), "f2");
-    EXPECT_EQ(Value("SELECT f2(7)"), "7;");
-    EXPECT_TRUE(Text("FUNCTION", "f2").contains("NO SQL"));
+    EXPECT_EQ(Text("FUNCTION", "f2").replace("`f2`", "`f`"), function);
 
     TDbmRoutineEntity entity = Routine("f2").Entity();
     entity.SecurityType = rsInvoker;
@@ -132,7 +133,8 @@ TEST_P(TObjectModelTest, AnEventKeepsTheMomentsOfItsTimeZone)
 {
     TTestSession(Server(), Name())
         .Exec("SET time_zone = '+05:00'; CREATE EVENT e ON SCHEDULE EVERY 1 DAY STARTS"
-              " '2031-01-01 00:00:00' ENDS '2032-01-01 01:00:00' COMMENT 'old' DO SELECT 1");
+              " '2031-01-01 00:00:00' ENDS '2032-01-01 01:00:00' COMMENT 'old' DO SET @a = "
+              "''' OR ''', @b = 'a\\\\nb'");
     const QString before = Text("EVENT", "e");
     TDbmEventEntity entity = Event("e").Entity();
     EXPECT_EQ(entity.TimeZone, "+05:00");
@@ -160,7 +162,7 @@ TEST_P(TObjectModelTest, ATriggerThatCannotBeReplacedIsPutBack)
     session.Exec("CREATE TRIGGER last BEFORE INSERT ON t FOR EACH ROW SET NEW.b = 1");
     session.Exec("SET sql_mode = 'ANSI_QUOTES', NAMES latin1 COLLATE latin1_bin");
     session.Rows("CREATE DEFINER = korvane@`%` TRIGGER tr BEFORE INSERT ON t FOR EACH ROW PRECEDES "
-                 "last BEGIN\n\tSET NEW.\"a\" = 1;\n\n-- kept\n  END");
+                 "last BEGIN\n\tSET NEW.\"a\" = 1;\n\n-- kept\n  SET @a = ''' OR '''; END");
     TDbmTriggerList &triggers = Table("t").Triggers();
     TDbmTriggerList::TItemPtr item;
     ASSERT_TRUE(triggers.TryGetByName("tr", item));
@@ -169,7 +171,9 @@ TEST_P(TObjectModelTest, ATriggerThatCannotBeReplacedIsPutBack)
                           " action_order, character_set_client, collation_connection)) FROM "
                           "information_schema.triggers WHERE trigger_schema = DATABASE() AND "
                           "trigger_name = 'tr'";
-    const QString before = Value(known);
+    const auto body = [&] { return TDbmProgramTexts::Body("TRIGGER", Text("TRIGGER", "tr")); };
+    const QString before = Value(known), bodyBefore = body();
+    EXPECT_TRUE(bodyBefore.startsWith("BEGIN"));
     const int logged = Manager->Command().Log().Count();
     TDbmTriggerEntity entity = item->Entity();
     entity.Body = "SET NEW.missing = 1";
@@ -181,6 +185,7 @@ TEST_P(TObjectModelTest, ATriggerThatCannotBeReplacedIsPutBack)
         EXPECT_EQ(e.ErrorCode(), 1054) << e.Message().toStdString();
     }
     EXPECT_EQ(Value(known).toStdString(), before.toStdString());
+    EXPECT_EQ(body().toStdString(), bodyBefore.toStdString());
     EXPECT_GT(Manager->Command().Log().Count(), logged + 3) << "what puts it back is logged too";
     commands.ExecuteDelete(Name(), "last");
     entity.Body = "SET NEW.a = 2";

@@ -1,4 +1,5 @@
 #include "sql/uDbmIntervalUtils.h"
+#include "sql/uDbmProgramTexts.h"
 #include "support/uException.h"
 #include "uFamilies.h"
 
@@ -171,6 +172,33 @@ TEST(TEventTexts, StatusWordsOfAllServersAreRead)
                       .Status,
                   status)
             << word;
+}
+
+TEST(TDbmProgramTextsTest, FindsTheBodyInTheStatement)
+{
+    const struct
+    {
+        const char *Kind, *Create, *Body;
+    } programs[] = {
+        {"PROCEDURE", "CREATE DEFINER=`a(`@`%` PROCEDURE `p)`(a INT, b ENUM(')'))\nSELECT ''",
+         "SELECT ''"},
+        {"PROCEDURE",
+         "CREATE PROCEDURE `p`()\n    NO SQL\n    DETERMINISTIC\n    SQL SECURITY INVOKER\n"
+         "    COMMENT 'a\\n''b'\n    BEGIN\n    NO SQL\nEND",
+         "    BEGIN\n    NO SQL\nEND"},
+        {"FUNCTION", "CREATE FUNCTION `f`() RETURNS varchar(9) CHARSET latin1\nRETURN 'DO '",
+         "RETURN 'DO '"},
+        {"TRIGGER",
+         "CREATE TRIGGER `for each row` BEFORE INSERT ON t\n for each\nROW SET @x = ''''",
+         "SET @x = ''''"},
+        {"TRIGGER", "CREATE TRIGGER t BEFORE INSERT ON t FOR EACH ROW FOLLOWS `a b` BEGIN END",
+         "BEGIN END"},
+        {"EVENT", "CREATE EVENT `DO ` ON SCHEDULE EVERY 1 DAY COMMENT ' DO ' DO SET @x = 1",
+         "SET @x = 1"},
+        {"FUNCTION", "", ""},
+    };
+    for (const auto &program : programs)
+        EXPECT_EQ(TDbmProgramTexts::Body(program.Kind, program.Create), program.Body);
 }
 
 struct TIntervalCase

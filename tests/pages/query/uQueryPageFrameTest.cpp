@@ -143,13 +143,13 @@ TEST_F(TQueryPageTest, AFailureStandsInTheErrorBox)
 
 TEST_F(TQueryPageTest, ARoutineThatCannotBeReplacedIsPutBack)
 {
-    Exec("CREATE PROCEDURE p (a int) SELECT a");
+    Exec("CREATE PROCEDURE p (a enum('(')) SELECT a");
     OpenWorkspace().PageUtils().ShowRoutine(Database().Name(), "p", true);
     TTextEditor &editor = *Find<TTextEditor>(&QueryPage(), "edEditor");
     const QString name = '`' + Database().Name() + "`.`p`";
     EXPECT_EQ(editor.Text().replace("\r\n", "\n"), "DROP PROCEDURE IF EXISTS " + name +
                                                        ";\n\nDELIMITER $$\n\nCREATE PROCEDURE " +
-                                                       name + " (a int)\nSELECT a");
+                                                       name + " (a enum('('))\nSELECT a");
     RunQuery(editor.Text() + " FROM");
     EXPECT_TRUE(ErrorText().startsWith("ER_PARSE_ERROR (1064) - ")) << ErrorText().toStdString();
     EXPECT_TRUE(ErrorText().endsWith("The old routine \"p\" was put back."));

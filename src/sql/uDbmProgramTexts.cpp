@@ -1,5 +1,6 @@
-#include "jobs/uDbmProgramTexts.h"
+#include "sql/uDbmProgramTexts.h"
 
+#include "sql/uDatasetUtils.h"
 #include "sql/uDbmQuotedText.h"
 #include "support/uRegExUtils.h"
 
@@ -54,6 +55,11 @@ QString TDbmProgramTexts::Body(const QString &kind, const QString &create)
                             : kind == u"EVENT" ? EndOfMatch(masked, "\\bDO\\s+")
                                                : StartOfRoutine(masked);
     return start < 0 ? QString() : create.mid(start);
+}
+
+QString TDbmProgramTexts::ParseBody(const QString &kind, const TDataSet &row)
+{
+    return Body(kind, TDatasetUtils::AsString(row, Column(kind), {}));
 }
 
 QString TDbmProgramTexts::Column(const QString &kind)

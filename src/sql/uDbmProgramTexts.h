@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "client/uDataSet.h"
 
 /// Finds the body in the statement that SHOW CREATE tells of a stored program.
 ///
@@ -11,6 +11,10 @@ class TDbmProgramTexts
 public:
     /// `kind` is PROCEDURE, FUNCTION, TRIGGER or EVENT. Empty when there is no body to be found.
     static QString Body(const QString &kind, const QString &create);
+    /// The same of the row that SHOW CREATE answers.
+    static QString ParseBody(const QString &kind, const TDataSet &row);
+
+private:
     /// The column of the answer that has the statement.
     static QString Column(const QString &kind);
 };
