@@ -48,6 +48,9 @@ void TDbmCreateSqlDumpWorker::Execute()
     TWorker::Execute();
     const TDbmDumpCloser closer(*FManager);
     OpenConnection();
+    // What the file has had so far is not given up for a job that is to end.
+    if (StopRequest())
+        return;
     SendLog("Creating file \"%s\"", {FFileName});
     CreateFile();
     try {

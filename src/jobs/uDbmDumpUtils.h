@@ -28,7 +28,7 @@ public:
     bool FIntoFile = false;        // the statements pass the reader of script files
     QString FStatementCharset;     // see TDbmTableRows
     // Of a fresh session that will run the statements.
-    QString FSessionMode, FSessionZone;
+    QString FSessionMode, FSessionZone, FSessionCollation;
     std::function<bool()> FStopRequested;
 
     /// Makes a list that the server refuses to tell an error of the operation that asked for it,

@@ -1,5 +1,6 @@
 #include "jobs/uDbmExecuteSqlDumpWorker.h"
 
+#include "jobs/uDbmDumpNames.h"
 #include "model/uDbmManager.h"
 #include "support/uStringUtils.h"
 
@@ -16,6 +17,19 @@ struct TStopped
 void TDbmExecuteSqlDumpWorker::Execute()
 {
     TWorker::Execute();
+    try {
+        Load();
+    } catch (const TStopped &) {
+        SendLog("---\r\nStopped.");
+    }
+}
+
+void TDbmExecuteSqlDumpWorker::Load()
+{
+    const auto endWhenAsked = [this] {
+        if (StopRequest())
+            throw TStopped();
+    };
     const std::unique_ptr<TDbmManager> manager = TDbmManager::Create();
     // Of the profile, since connecting takes the character set from there.
     TDbmConnectionProfile profile = FProfile;
@@ -27,18 +41,14 @@ void TDbmExecuteSqlDumpWorker::Execute()
     });
     SendLog("Opening connection\r\n---");
     manager->Connect();
+    endWhenAsked();
     if (!FDatabaseName.isEmpty())
-        manager->Commands().Databases().ExecuteUse(FDatabaseName);
+        manager->Commands().Databases().ExecuteUse(TDbmDumpNames::Escaped(FDatabaseName));
     // A file sets up its session for itself, and an INSERT must not be run twice.
     manager->Provider().HoldSession();
     const std::unique_ptr<TDbmScript> script = manager->CreateScript();
-    script->SetOnProgress([this](TDbmScript *, double) {
-        if (StopRequest())
-            throw TStopped();
-    });
-    try {
-        script->ExecuteFromFile(FFileName, ";");
-    } catch (const TStopped &) {
-        SendLog("---\r\nStopped.");
-    }
+    script->SetOnProgress([=](TDbmScript *, double) { endWhenAsked(); });
+    // Told of only behind each line, it would come too late for the first one.
+    endWhenAsked();
+    script->ExecuteFromFile(FFileName, ";");
 }

@@ -19,4 +19,7 @@ public:
 
 protected:
     void Execute() override;
+
+private:
+    void Load();
 };

@@ -41,29 +41,34 @@ void TDbmMigrateDatabaseWorker::Execute()
     const TDbmDumpCloser target(*FTargetManager);
     FDumpUtils.FSourceDatabaseName = FSourceDatabaseName;
     FDumpUtils.FTargetDatabaseName = FTargetDatabaseName;
-    OpenSource();
-    OpenTarget();
-    SettleCharset();
-    RequireSource();
-    RefuseSameDatabase();
-    TDbmDumpSession::PrepareReader(*FSourceManager);
-    TDbmDumpSession::PrepareWriter(*FTargetManager);
-    FDumpUtils.FSessionMode = TDbmDumpSession::Variable(*FTargetManager, "sql_mode");
-    FDumpUtils.FSessionZone = TDbmDumpSession::Variable(*FTargetManager, "time_zone");
-    FDumpUtils.WatchReads();
-    FDumpUtils.FFormatters = &FTargetManager->Formatters();
-    FDumpUtils.FFeatures = &FTargetManager->Features();
-    FDumpUtils.FTargetCollations = TargetCollations();
-    CheckTargetDatabase();
 
     using TStep = void (TDbmMigrateDatabaseWorker::*)();
     for (const TStep step :
-         {&TDbmMigrateDatabaseWorker::MigrateTables, &TDbmMigrateDatabaseWorker::CreateRoutines,
+         {&TDbmMigrateDatabaseWorker::OpenSource, &TDbmMigrateDatabaseWorker::OpenTarget,
+          &TDbmMigrateDatabaseWorker::SettleCharset, &TDbmMigrateDatabaseWorker::RequireSource,
+          &TDbmMigrateDatabaseWorker::RefuseSameDatabase,
+          &TDbmMigrateDatabaseWorker::PrepareSessions,
+          &TDbmMigrateDatabaseWorker::CheckTargetDatabase,
+          &TDbmMigrateDatabaseWorker::MigrateTables, &TDbmMigrateDatabaseWorker::CreateRoutines,
           &TDbmMigrateDatabaseWorker::CreateViews, &TDbmMigrateDatabaseWorker::CreateEvents})
         if (!StopRequest())
             (this->*step)();
     for (const QString &line : FDumpUtils.LeftOut())
         SendLog(line, wltWarning);
+}
+
+void TDbmMigrateDatabaseWorker::PrepareSessions()
+{
+    TDbmDumpSession::PrepareReader(*FSourceManager);
+    TDbmDumpSession::PrepareWriter(*FTargetManager);
+    FDumpUtils.FSessionMode = TDbmDumpSession::Variable(*FTargetManager, "sql_mode");
+    FDumpUtils.FSessionZone = TDbmDumpSession::Variable(*FTargetManager, "time_zone");
+    FDumpUtils.FSessionCollation =
+        TDbmDumpSession::Variable(*FTargetManager, "collation_connection");
+    FDumpUtils.WatchReads();
+    FDumpUtils.FFormatters = &FTargetManager->Formatters();
+    FDumpUtils.FFeatures = &FTargetManager->Features();
+    FDumpUtils.FTargetCollations = TargetCollations();
 }
 
 void TDbmMigrateDatabaseWorker::OpenSource()

@@ -28,6 +28,7 @@ private:
     void SettleCharset();
     void RequireSource();
     void RefuseSameDatabase();
+    void PrepareSessions();
     void CheckTargetDatabase();
     void DropReferences();
     void DropReferencesOf(const QString &table);

@@ -19,7 +19,6 @@ void TDbmOpenManagerWorker::Execute()
     manager->SetOnConnectionMessage({});
     FManager = std::move(manager);
     FIsSuccess = true;
-    const qint64 rest = MinimumMSecs - watch.elapsed();
-    if (rest > 0)
-        QThread::msleep(static_cast<unsigned long>(rest));
+    while (watch.elapsed() < MinimumMSecs && !StopRequest())
+        QThread::msleep(10);
 }

@@ -228,21 +228,24 @@ TEST_P(TJobFaultsTest, AStopEndsEachJobBeforeItsNextStep)
         std::vector<std::pair<const char *, const char *>> Stops; // the last line, one behind it
     } jobs[] = {
         {[this](const TAtLine &atLine) { return Migrate(*FTarget, atLine); },
-         {{"Creating table \"a\"", "Creating table \"b\""},
+         {{"Opening source connection", "Opening target connection"},
+          {"Setting the charset to \"utf8mb4\"", "Checking the target database"},
+          {"Creating table \"a\"", "Creating table \"b\""},
           {"Inserting rows for \"a\" (0, 2)", "Inserting rows for \"b\" (0, 2)"},
           {"Creating reference \"r1\" for \"b\"", "Creating reference \"r2\" for \"b\""},
           {"Creating trigger \"t1\" for \"a\"", "Creating trigger \"t2\" for \"a\""},
           {"Creating routine \"p1\"", "Creating routine \"p2\""},
           {"Creating view \"v1\"", "Creating view \"v2\""}}},
         {[this](const TAtLine &atLine) { return Dump(atLine); },
-         {{"Writing reference \"r1\" for \"b\"", "Writing reference \"r2\" for \"b\""},
+         {{"Opening connection", "Creating file"},
+          {"Writing reference \"r1\" for \"b\"", "Writing reference \"r2\" for \"b\""},
           {"Writing trigger \"t1\" for \"a\"", "Writing trigger \"t2\" for \"a\""}}},
         {[this](const TAtLine &atLine) { return Checksum(atLine); },
          {{"Table \"a\" = ", "Table \"b\" = "}, {"Table \"b\" = ", "Database checksum = "}}},
         {[this](const TAtLine &atLine) {
              return LoadText("SET @one = 1;\nSET @two = 2;\n", atLine);
          },
-         {{"SET @one = 1", "SET @two = 2"}}},
+         {{"Opening connection", "USE "}, {"USE ", "SET @one"}, {"SET @one = 1", "SET @two = 2"}}},
     };
     for (const auto &job : jobs) {
         const QString whole = job.Run({}).Lines.join('\n');
