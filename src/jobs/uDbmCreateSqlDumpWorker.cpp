@@ -5,6 +5,8 @@
 #include "jobs/uDbmFileTexts.h"
 #include "model/uDbmManager.h"
 #include "support/uException.h"
+#include "support/uLocaleFormats.h"
+#include "support/uRegExUtils.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -14,15 +16,13 @@ namespace {
 constexpr char LineEnd[] = "\r\n";
 constexpr char Utf8Mark[] = "\xEF\xBB\xBF";
 
-// The user's short date and long time; the zone is not part of either.
+// The user's short date and long time.
 QString CurrentTimeText()
 {
     const QLocale locale = QLocale::system();
     const QDateTime now = QDateTime::currentDateTime();
-    QString format = locale.timeFormat(QLocale::LongFormat);
-    format = format.remove('t').simplified();
     return locale.toString(now.date(), QLocale::ShortFormat) + ' ' +
-           locale.toString(now.time(), format);
+           locale.toString(now.time(), TLocaleFormats::LongTime(locale));
 }
 
 // A comment as the last line would take the delimiter with it.

@@ -1,5 +1,7 @@
 #include "tools/uFormatSettings.h"
 
+#include "support/uLocaleFormats.h"
+
 #include <QDate>
 #include <QRegularExpression>
 
@@ -49,9 +51,7 @@ TFormatSettings TFormatSettings::Of(const QLocale &locale)
         date.replace("yy", "yyyy");
     settings.DateSeparator = TakeSeparator(date, u'/');
     QString &time = settings.LongTimeFormat;
-    // Neither a zone nor the part of the day that Qt has in its data and cannot write.
-    static const QRegularExpression unwritten("'[^']*'(*SKIP)(*FAIL)|t+|B");
-    time = locale.timeFormat(QLocale::LongFormat).remove(unwritten).simplified();
+    time = TLocaleFormats::LongTime(locale);
     settings.TimeSeparator = TakeSeparator(time, u':');
     return settings;
 }

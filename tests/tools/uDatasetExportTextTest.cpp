@@ -94,6 +94,7 @@ TEST_F(TDatasetExportTextTest, TheSystemsFormatsAreTheDefault)
                   "11:02:03;\r\n"},
         {"fr_CA", "1,5;2,5;2024-02-09 13 h 05 min 07 s;2024-02-29;2024-02-29 00 h 07 min 00 s;"
                   "2024-02-10;11 h 02 min 03 s;\r\n"},
+        {"es_ES", "1,5;2,5;9/2/2024 13:05:07;29/2/2024;29/2/2024 0:07:00;10/2/2024;11:02:03;\r\n"},
     };
     FExport.FOptions.FieldDelimiter = u';';
     for (const TRow &row : rows) {
