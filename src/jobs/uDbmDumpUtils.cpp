@@ -644,6 +644,10 @@ void TDbmDumpUtils::NoteTable(const QString &table)
             TRegExUtils::Match(line, "^\\s*CONSTRAINT `((?:[^`]|``)*)` CHECK ", IgnoreCase);
         if (check.hasMatch())
             LeaveOut("check \"%s\" of table \"%s\"", {check.captured(1), table});
+        const auto period =
+            TRegExUtils::Match(line, "^\\s*PERIOD FOR `((?:[^`]|``)*)` ", IgnoreCase);
+        if (period.hasMatch())
+            LeaveOut("period \"%s\" of table \"%s\"", {period.captured(1), table});
     }
     const QString tail = Tail(DDL(table));
     if (tail.contains("PARTITION BY", Qt::CaseInsensitive))
