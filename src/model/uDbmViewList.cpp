@@ -29,9 +29,13 @@ public:
     }
 
 private:
+    static QString Escaped(QString name) { return name.replace('`', "``"); }
+
+    // As it stands in definitions.
     static QString QualifiedName(const TDbmViewItem &view)
     {
-        return TDbmPathUtils::FormatDbObject(view.DatabaseName(), view.ViewName());
+        return TDbmPathUtils::FormatDbObject(Escaped(view.DatabaseName()),
+                                             Escaped(view.ViewName()));
     }
 
     void Visit(qsizetype index)

@@ -63,6 +63,8 @@ const char *const Common[] = {
     "CREATE PROCEDURE same () SELECT 1",
     "CREATE VIEW b_low AS SELECT a, b FROM parent WHERE a > 0 WITH CASCADED CHECK OPTION",
     "CREATE ALGORITHM=MERGE SQL SECURITY INVOKER VIEW a_high AS SELECT a, same(a) AS n FROM b_low",
+    "CREATE VIEW `b``low` AS SELECT a FROM parent",
+    "CREATE VIEW `a``high` AS SELECT a FROM `b``low`",
     "CREATE TRIGGER t1 BEFORE INSERT ON a_child FOR EACH ROW BEGIN\n  INSERT INTO log_of VALUES"
     " (CONCAT('in;', NEW.id));\n  SET NEW.id = NEW.id + 0;\nEND",
     "CREATE TRIGGER t2 AFTER DELETE ON a_child FOR EACH ROW INSERT INTO log_of VALUES ('out')",
