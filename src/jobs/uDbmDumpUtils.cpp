@@ -544,7 +544,8 @@ QStringList TDbmDumpUtils::Events()
 int TDbmDumpUtils::TableNeeds(const QString &table)
 {
     static const QRegularExpression zeroDate("DEFAULT '\\d{4}-(00-\\d\\d|\\d\\d-00)");
-    static const QRegularExpression moment("\n +`(?:[^`\n]|``)*+` timestamp\\b", IgnoreCase);
+    static const QRegularExpression moment(
+        "\n +`(?:[^`\n]|``)*+` timestamp\\b[^'\n]* DEFAULT '(?!0000)", IgnoreCase);
     return (DDL(table).contains(zeroDate) ? rnLaxDates : 0) |
            (DDL(table).contains(moment) ? rnUtcTimes : 0);
 }

@@ -202,6 +202,7 @@ void TDbmTableRows::Open(const std::vector<TFieldInfo> &fields)
             const TDbmFieldEntity &field = item->Entity();
             const QString &type = field.ServerText.Type;
             column.IsGenerated = !field.ServerText.Generated.isEmpty();
+            column.IsMoment = field.FieldType.DataType == fdtTimeStamp;
             column.IsNullable = field.Nullable;
             column.HasEmptyMember =
                 field.FieldType.DataType != fdtEnum || type.contains("(''") || type.contains(",''");

@@ -310,6 +310,8 @@ char *TDbmRowFormatter::PutDate(size_t column, QByteArrayView bytes, char *out)
     const bool isTime = FFields[column].DataType == ftTime;
     if (!isTime && !TRawValues::IsOrdinaryDay(bytes) && !TRawValues::IsCalendarDay(bytes))
         FNeeds |= rnLaxDates;
+    if (FColumns[column].IsMoment && !bytes.startsWith("0000"))
+        FNeeds |= rnUtcTimes;
     // Only a fraction of nothing and midnight are written in another form than they are read.
     const bool asItIs =
         !bytes.contains('.') && (isTime || bytes.size() == 10 || !bytes.endsWith(" 00:00:00"));

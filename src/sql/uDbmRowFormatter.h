@@ -23,6 +23,7 @@ public:
     {
         bool IsKnown = true;        // false: nothing is written for it but the comma
         bool IsGenerated = false;   // computed by the server, which takes no other value
+        bool IsMoment = false;      // TIMESTAMP, whose text depends on the session's time zone
         bool IsNullable = true;     // false: NULL is written as the default
         bool HasEmptyMember = true; // of ENUM: the empty text is a value like any other
     };

@@ -290,7 +290,8 @@ TEST_P(TOtherServerTest, AMomentStaysTheMomentThatItWas)
     EXPECT_EQ(server.Value(moments, Name()), before);
     server.Exec("DROP DATABASE " + Name());
 
-    Exec("DROP TABLE t, t_copy; CREATE TABLE t (d DATETIME)");
+    Exec("DROP TABLE t, t_copy; CREATE TABLE t (d DATETIME, ts TIMESTAMP NULL DEFAULT"
+         " CURRENT_TIMESTAMP); INSERT INTO t VALUES (NOW(), NULL)");
     EXPECT_EQ(Dump().Error, "");
     EXPECT_THAT(Text(), Not(HasSubstr("time_zone")));
 }
