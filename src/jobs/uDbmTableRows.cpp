@@ -5,6 +5,7 @@
 #include "model/uDbmFieldList.h"
 #include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
+#include "sql/uDbmFieldUtils.h"
 #include "sql/uDbmPathUtils.h"
 #include "sql/uDbmSelectFormatter.h"
 #include "sql/uDbmSqlValueUtils.h"
@@ -200,12 +201,11 @@ void TDbmTableRows::Open(const std::vector<TFieldInfo> &fields)
         column.IsKnown = FTable->Fields().TryGetByName(info.Name, item);
         if (column.IsKnown) {
             const TDbmFieldEntity &field = item->Entity();
-            const QString &type = field.ServerText.Type;
             column.IsGenerated = !field.ServerText.Generated.isEmpty();
             column.IsMoment = field.FieldType.DataType == fdtTimeStamp;
             column.IsNullable = field.Nullable;
-            column.HasEmptyMember =
-                field.FieldType.DataType != fdtEnum || type.contains("(''") || type.contains(",''");
+            column.HasEmptyMember = field.FieldType.DataType != fdtEnum ||
+                                    TDbmFieldUtils::Members(field.ServerText.Type).contains("");
         }
         columns.push_back(column);
     }

@@ -289,13 +289,19 @@ bool TDbmFieldUtils::IsExactType(const TDbmFieldType &fieldType, const QString &
     return Canonical(text) == Canonical(serverText);
 }
 
+QStringList TDbmFieldUtils::Members(const QString &serverText)
+{
+    QStringList members;
+    TRegExUtils::ForEachMatch(
+        serverText, "'((?:[^'\\\\]|''|\\\\.)*+)'",
+        [&](const QRegularExpressionMatch &match) { members.append(match.captured(1)); });
+    return members;
+}
+
 QStringList TDbmFieldUtils::WholeMembers(const QStringList &values, const QStringList &parsed,
                                          const QString &serverText)
 {
-    QStringList whole;
-    TRegExUtils::ForEachMatch(
-        serverText, "'((?:[^'\\\\]|''|\\\\.)*+)'",
-        [&](const QRegularExpressionMatch &match) { whole.append(match.captured(1)); });
+    QStringList whole = Members(serverText);
     if (whole == parsed)
         return values;
     QStringList stayed;

@@ -54,6 +54,8 @@ public:
     /// The COLLATE clause and what else stands behind the type of a text column; lines.
     static QString FormatCharset(const TDbmFieldType &fieldType, const QString &tableCollation);
 
+    /// All members of an ENUM or SET, in the server's own spelling.
+    static QStringList Members(const QString &serverText);
     /// The members of an edited ENUM or SET, in the server's own spelling. Those that were read
     /// wrongly (empty ones, ones with a quote) stay while others are taken away or added behind
     /// them; `parsed` is what `serverText` was read into.

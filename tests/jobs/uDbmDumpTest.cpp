@@ -460,12 +460,12 @@ TEST_P(TDbmTableClonerTest, ATableIsCopiedWithRowsAndKeys)
         cloner.Execute();
     };
     for (const char *table :
-         {"types", "a_child", "counted", "zero_days", "hidden", "parent", "many"})
+         {"types", "a_child", "counted", "zero_days", "refused", "hidden", "parent", "many"})
         clone(table, QString(table) + "_copy");
     EXPECT_GT(statements, 10);
     EXPECT_EQ(Value("SELECT COUNT(*) FROM many_copy"), "10000");
     const QStringList all = Contents();
-    for (const char *table : {"types", "counted", "zero_days", "hidden"}) {
+    for (const char *table : {"types", "counted", "zero_days", "refused", "hidden"}) {
         const QString name = table;
         for (const QString &line : all) {
             const bool isRow = line.startsWith(name + ": ");

@@ -54,6 +54,9 @@ const char *const Common[] = {
     "CREATE TABLE zero_days (id INT, d DATE NOT NULL, t DATETIME, KEY d (d))",
     "SET sql_mode = 'ALLOW_INVALID_DATES'; INSERT INTO zero_days VALUES (1, '0000-00-00', NULL),"
     " (1, '2023-00-15', '2023-02-31 10:00:00'), (1, '0000-00-00', NULL), (2, '2023-01-01', NULL)",
+    // The empty value stands for a refused member, and is no member here.
+    "CREATE TABLE refused (id INT, e ENUM('''a', 'x,''y'))",
+    "SET sql_mode = ''; INSERT INTO refused VALUES (1, 'no member'), (2, '''a')",
     "CREATE TABLE hidden (a INT, h INT INVISIBLE DEFAULT 3, b INT)",
     "INSERT INTO hidden (a, h, b) VALUES (1, 2, 3), (4, 5, 6)",
     "CREATE TABLE log_of (what VARCHAR(100))",
