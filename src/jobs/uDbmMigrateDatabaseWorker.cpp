@@ -130,10 +130,10 @@ void TDbmMigrateDatabaseWorker::RefuseSameDatabase()
     const bool isSameServer =
         !Value(*FTargetManager, "SELECT IS_USED_LOCK('" + lock + "')").isEmpty();
     Value(*FSourceManager, "SELECT RELEASE_LOCK('" + lock + "')");
-    const Qt::CaseSensitivity sensitivity =
-        Value(*FTargetManager, "SELECT @@lower_case_table_names") == u"0" ? Qt::CaseSensitive
-                                                                          : Qt::CaseInsensitive;
-    if (isSameServer && FSourceDatabaseName.compare(FTargetDatabaseName, sensitivity) == 0)
+    FTargetCase = Value(*FTargetManager, "SELECT @@lower_case_table_names") == u"0"
+                      ? Qt::CaseSensitive
+                      : Qt::CaseInsensitive;
+    if (isSameServer && FSourceDatabaseName.compare(FTargetDatabaseName, FTargetCase) == 0)
         throw EException(TFormat::Format("Source and target are the same database \"%s\".",
                                          {FSourceDatabaseName}));
 }
@@ -157,9 +157,11 @@ QStringList TDbmMigrateDatabaseWorker::TargetCollations()
 void TDbmMigrateDatabaseWorker::CheckTargetDatabase()
 {
     SendLog("Checking the target database \"%s\"", {FTargetDatabaseName});
-    std::shared_ptr<TDbmDatabaseItem> database;
-    FIsDropDatabaseObjects =
-        FTargetManager->Databases().TryGetByName(FTargetDatabaseName, database);
+    FIsDropDatabaseObjects = false;
+    FTargetManager->Databases().ForEach([this](TDbmDatabaseItem &database) {
+        if (database.Name().compare(FTargetDatabaseName, FTargetCase) == 0)
+            FIsDropDatabaseObjects = true;
+    });
     if (!FIsDropDatabaseObjects) {
         const QString create = FDumpUtils.DumpCreateDatabase();
         SendLog("Creating database \"%s\"", {FTargetDatabaseName});
@@ -198,10 +200,8 @@ void TDbmMigrateDatabaseWorker::DropReferences()
 
 void TDbmMigrateDatabaseWorker::DropReferencesOf(const QString &table)
 {
-    std::shared_ptr<TDbmTableItem> item;
-    if (!FTargetManager->TryGetTable(FTargetDatabaseName, table, item))
-        return;
-    // The item does not find the text of a table whose name needs an escape.
+    // Asked for without a look into the list, which may spell the name in lower case; empty for a
+    // table that is not there.
     QString ddl;
     FTargetManager->Commands().Tables().ExecuteSelectDDL(
         TDbmDumpNames::Escaped(FTargetDatabaseName), TDbmDumpNames::Escaped(table), ddl);
@@ -209,7 +209,8 @@ void TDbmMigrateDatabaseWorker::DropReferencesOf(const QString &table)
     for (const TDbmWholeReference &key : keys.References()) {
         const TDbmReferenceEntity &reference = key.Reference;
         const bool isInside =
-            reference.RefDatabaseName.isEmpty() || reference.RefDatabaseName == FTargetDatabaseName;
+            reference.RefDatabaseName.isEmpty() ||
+            reference.RefDatabaseName.compare(FTargetDatabaseName, FTargetCase) == 0;
         if (!isInside || !FTables.contains(reference.RefTableName, Qt::CaseInsensitive))
             continue;
         SendLog("Dropping reference \"%s\" for \"%s\"", {reference.ReferenceName, table});

@@ -48,5 +48,6 @@ private:
     TDbmDumpUtils FDumpUtils;
     TDbmDumpModes FModes;
     bool FIsDropDatabaseObjects = false;
+    Qt::CaseSensitivity FTargetCase = Qt::CaseSensitive; // of names of databases and tables
     QStringList FTables;
 };

@@ -216,14 +216,15 @@ TEST_P(TJobExactnessTest, ACopiedTableLeavesTheSessionOfTheWorkspaceAsItWas)
 ON_BOTH_SERVERS(TJobExactnessTest);
 
 /// A server of its own, in a time zone in which an hour comes twice, whose sessions read quotes and
-/// backslashes in another way.
+/// backslashes in another way, and which keeps names in lower case.
 class TOtherServerTest : public TJobExactnessTest
 {
 protected:
     static void SetUpTestSuite()
     {
         qputenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
-        Other = TTestServer::Start({"--sql-mode=ANSI_QUOTES,NO_BACKSLASH_ESCAPES"});
+        Other = TTestServer::Start(
+            {"--sql-mode=ANSI_QUOTES,NO_BACKSLASH_ESCAPES", "--lower-case-table-names=1"});
         qunsetenv("TZ");
     }
     static void TearDownTestSuite() { Other.reset(); }
@@ -330,6 +331,21 @@ TEST_P(TOtherServerTest, QuotesAndBackslashesAreReadAsTheyWereWritten)
     const auto workspace = Workspace();
     Clone(*workspace, "t", "t_copy");
     EXPECT_EQ(Value("SELECT COUNT(*) FROM t JOIN t_copy USING (v)"), "3");
+}
+
+TEST_P(TOtherServerTest, NamesWithCapitalsAreReplacedInASecondRun)
+{
+    const TTestDatabase source(TTestServer::Instance());
+    source.Exec("CREATE TABLE `Orders` (id INT PRIMARY KEY); CREATE TABLE `Lines` (o INT,"
+                " FOREIGN KEY (o) REFERENCES `Orders` (id)); INSERT INTO `Orders` VALUES (1)");
+    TDbmMigrateDatabaseWorker worker;
+    worker.FSourceProfile = ServerProfile(source.Server());
+    worker.FTargetProfile = ServerProfile(*Other);
+    worker.FSourceDatabaseName = source.Name();
+    worker.FTargetDatabaseName = Name().toUpper();
+    for (int run = 0; run < 2; ++run)
+        EXPECT_EQ(Run(worker).Error.toStdString(), "");
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM orders"), "1");
 }
 
 } // namespace
