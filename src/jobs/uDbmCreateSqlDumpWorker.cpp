@@ -119,7 +119,9 @@ void TDbmCreateSqlDumpWorker::WriteHeader()
     WriteLine("-- Date:           " + CurrentTimeText());
     WriteLine("-- Server version: " + FManager->ServerVersion());
     WriteLine("-- Host:           " + profile.HostName);
-    WriteLine("-- Database:       " + FDatabaseName.simplified());
+    WriteLine("-- Database:       " +
+              // A line end in the name would begin a line that is no comment.
+              TRegExUtils::Replace(FDatabaseName, "[\\x00-\\x1F]", " "));
     WriteLine("-- User:           " + profile.UserName);
     WriteLine("--");
     WriteLine();

@@ -328,11 +328,16 @@ QString TDbmDumpUtils::DumpCreateRoutine(const QString &routine, TDbmRoutineType
             throw EException(
                 TFormat::Format("The definition of routine \"%s\" cannot be read.", {routine}));
         entity.RoutineName = Escaped(routine);
-        const QString params = FManager->Commands().Routines().ExecuteSelectWhole(
-            Escaped(FSourceDatabaseName), entity);
         const QString words = QString(kind).toUpper();
+        // In brackets as in the statement: a comment ahead of the first one shares their line.
+        const QString params = FitProgram('(' +
+                                              FManager->Commands().Routines().ExecuteSelectWhole(
+                                                  Escaped(FSourceDatabaseName), entity) +
+                                              ')',
+                                          words, routine);
         entity.Definition = FitProgram(entity.Definition, words, routine);
-        const QString text = FFormatters->Routines().FormatCreate(Target(), entity, params);
+        const QString text =
+            FFormatters->Routines().FormatCreate(Target(), entity, params.sliced(1).chopped(1));
         return Carried(FitComment(text, entity.Comment, words, routine), kind, routine);
     }
     return {};

@@ -57,9 +57,8 @@ bool TDbmFileTexts::HasDropped(const QString &text)
 
 bool TDbmFileTexts::NeedsDigits(const QString &text)
 {
-    return std::any_of(text.begin(), text.end(), [](QChar c) {
-        return (c > QChar(0) && c < u'\b') || c == u'\v' || c == u'\f';
-    });
+    return std::any_of(text.begin(), text.end(),
+                       [](QChar c) { return c < u'\b' || c == u'\v' || c == u'\f'; });
 }
 
 QString TDbmFileTexts::Fitted(const QString &body, bool hasEscapes)

@@ -93,9 +93,9 @@ void TDbmTableRows::ReadFields()
 
 void TDbmTableRows::ReadKey()
 {
-    // The model does not find the text of a table whose name needs an escape.
+    // The model does not find the text of a table when a name needs an escape.
     QString ddl;
-    if (FTableName.contains(u'`'))
+    if ((FDatabaseName + FTableName).contains(u'`'))
         FManager.Commands().Tables().ExecuteSelectDDL(TDbmDumpNames::Escaped(FDatabaseName),
                                                       TDbmDumpNames::Escaped(FTableName), ddl);
     const bool found = ddl.isEmpty()

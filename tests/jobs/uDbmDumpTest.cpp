@@ -5,6 +5,7 @@
 #include "jobs/uDbmMigrateDatabaseWorker.h"
 #include "jobs/uDbmTableCloner.h"
 #include "model/uDbmManager.h"
+#include "support/uFileUtils.h"
 #include "uDumpDatabase.h"
 #include "uJobListener.h"
 #include "uJobRuns.h"
@@ -316,6 +317,29 @@ TEST_P(TDbmDumpTest, OtherCharsetsAndAMissingDatabase)
     const TListener heard(worker);
     RunJob(worker);
     EXPECT_THAT(heard.Error.toStdString(), HasSubstr(Name().toStdString()));
+}
+
+TEST_P(TDbmDumpTest, ADatabaseOfAnyNameIsDumpedAndUsed)
+{
+    const QString quoted = '`' + Name() + "  a``b`";
+    Server().Exec("CREATE DATABASE " + quoted + "; CREATE TABLE " + quoted + ".t (id INT)");
+    TDbmCreateSqlDumpWorker dump;
+    dump.FProfile = ServerProfile(Server());
+    dump.FDatabaseName = Name() + "  a`b";
+    dump.FFileName = File();
+    Heard(dump);
+    EXPECT_THAT(Text().toStdString(),
+                HasSubstr("-- Database:       " + dump.FDatabaseName.toStdString() + "\r\n"));
+    Server().Exec("DROP TABLE " + quoted + ".t");
+    QByteArray text = Text();
+    TFileUtils::WriteBinary(File(), text.mid(text.indexOf("CREATE TABLE")));
+    TDbmExecuteSqlDumpWorker load;
+    load.FProfile = ServerProfile(Server());
+    load.FDatabaseName = dump.FDatabaseName;
+    load.FFileName = File();
+    Heard(load);
+    EXPECT_EQ(Server().Value("SELECT COUNT(*) FROM " + quoted + ".t"), "0");
+    Server().Exec("DROP DATABASE " + quoted);
 }
 
 TEST_P(TDbmDumpTest, AFileOfAnyOriginRunsToItsFirstError)
