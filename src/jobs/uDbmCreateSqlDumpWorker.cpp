@@ -79,6 +79,9 @@ void TDbmCreateSqlDumpWorker::OpenConnection()
     FManager->Commands().Charsets().ExecuteGetSessionCharset(FCurrentCharset);
     FDumpUtils.FSessionMode = TDbmDumpSession::Variable(*FManager, "sql_mode");
     FDumpUtils.FSessionZone = TDbmDumpSession::Variable(*FManager, "time_zone");
+    // As the file's first statement has it.
+    FManager->Command().ExecScript("SET NAMES '" + FCurrentCharset + '\'');
+    FDumpUtils.FSessionCollation = TDbmDumpSession::Variable(*FManager, "collation_connection");
     // Rows are read in the widest set, whatever set the file is in.
     TDbmDumpSession::PrepareReader(*FManager);
     if (FCurrentCharset != u"utf8mb4") {
@@ -246,6 +249,7 @@ void TDbmCreateSqlDumpWorker::WriteViews()
         if (StopRequest())
             return;
         SendLog("Writing view \"%s\"", {view});
+        FDumpUtils.ProgramCollation("VIEW", view);
         WriteBlock(";", FDumpUtils.DumpCreateView(view));
     }
 }
@@ -263,6 +267,7 @@ void TDbmCreateSqlDumpWorker::WriteEvents()
 void TDbmCreateSqlDumpWorker::WriteProgram(const QString &text, const char *kind,
                                            const QString &name)
 {
+    FDumpUtils.ProgramCollation(kind, name);
     const QByteArray delimiter = TDbmFileTexts::Delimiter(text).toLatin1();
     const QString mode = FDumpUtils.ProgramMode(kind, name);
     const QStringList none;

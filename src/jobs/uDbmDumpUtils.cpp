@@ -559,7 +559,7 @@ TDbmDumpUtils::TProgram TDbmDumpUtils::Program(const QString &kind, const QStrin
 {
     if (!FPrograms) {
         FPrograms.emplace();
-        const auto read = [&](const char *columns, const char *table, const char *schema) {
+        const auto read = [&](const QString &columns, const char *table, const char *schema) {
             const QString sql = TFormat::Format(
                 "SELECT %s FROM information_schema.%s WHERE %s = '%s'",
                 {columns, table, schema, TDbmSqlStringFormatter::Format(FSourceDatabaseName)});
@@ -567,13 +567,20 @@ TDbmDumpUtils::TProgram TDbmDumpUtils::Program(const QString &kind, const QStrin
                 for (; rows && !rows->Eof(); rows->Next())
                     FPrograms->insert(rows->FieldAt(0).AsString() + ' ' +
                                           rows->FieldAt(1).AsString(),
-                                      {rows->FieldAt(2).AsString(), rows->FieldAt(3).AsString()});
+                                      {rows->FieldAt(2).AsString(), rows->FieldAt(3).AsString(),
+                                       rows->FieldAt(4).AsString(), rows->FieldAt(5).AsString()});
             });
         };
-        read("'TRIGGER', trigger_name, sql_mode, action_statement", "triggers", "trigger_schema");
-        read("routine_type, routine_name, sql_mode, ''", "routines", "routine_schema");
+        // Servers without events do not tell collations either.
+        const bool isTold = FManager->Features().Events;
+        const QString made = isTold ? "collation_connection, " : "'', ";
+        const QString around = made + (isTold ? "database_collation" : "''");
+        read("'TRIGGER', trigger_name, sql_mode, action_statement, " + around, "triggers",
+             "trigger_schema");
+        read("routine_type, routine_name, sql_mode, '', " + around, "routines", "routine_schema");
+        read("'VIEW', table_name, '', '', " + made + "''", "views", "table_schema");
         if (FManager->Features().ISEvents)
-            read("'EVENT', event_name, sql_mode, ''", "events", "event_schema");
+            read("'EVENT', event_name, sql_mode, '', " + around, "events", "event_schema");
     }
     return FPrograms->value(kind + ' ' + name);
 }
@@ -586,6 +593,20 @@ QString TDbmDumpUtils::ProgramMode(const QString &kind, const QString &name)
     for (const QString &mode : fit.Lost)
         LeaveOut("sql_mode %s of %s \"%s\"", {mode, kind.toLower(), name});
     return fit.Mode;
+}
+
+QString TDbmDumpUtils::ProgramCollation(const QString &kind, const QString &name)
+{
+    const TProgram program = Program(kind, name);
+    const QString &around = program.DatabaseCollation;
+    if (!around.isEmpty() && Database() && around != Database()->Entity().Collation)
+        LeaveOut("database collation %s of %s \"%s\"", {around, kind.toLower(), name});
+    if (program.Collation.isEmpty() || program.Collation == FSessionCollation)
+        return {};
+    if (!FIntoFile && FTargetCollations.contains(program.Collation, Qt::CaseInsensitive))
+        return program.Collation;
+    LeaveOut("collation %s of %s \"%s\"", {program.Collation, kind.toLower(), name});
+    return {};
 }
 
 // As it was written, whatever the lists tell.

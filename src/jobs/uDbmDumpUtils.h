@@ -70,6 +70,8 @@ public:
     /// The sql_mode that a stored program has to be made in; null when it is that of any session.
     /// `kind` is TRIGGER, PROCEDURE, FUNCTION or EVENT.
     QString ProgramMode(const QString &kind, const QString &name);
+    /// The same of the collation that its texts have, also of a VIEW. A file does not carry it.
+    QString ProgramCollation(const QString &kind, const QString &name);
 
     /// One line for each thing that was met and not written, in the order met.
     const QStringList &LeftOut() const { return FLeftOut; }
@@ -82,7 +84,7 @@ private:
     bool CanWriteTable(const QString &table);
     struct TProgram
     {
-        QString Mode, Body;
+        QString Mode, Body, Collation, DatabaseCollation;
     };
     TProgram Program(const QString &kind, const QString &name);
     QString ExactBody(const QString &kind, const QString &name, const QString &listed);

@@ -295,7 +295,7 @@ void TDbmMigrateDatabaseWorker::CreateViews()
         const QString create = FDumpUtils.DumpCreateView(view);
         if (FIsDropDatabaseObjects)
             Exec(FDumpUtils.DumpDropView(view, true));
-        Exec(create);
+        ExecWithCollation(create, "VIEW", view);
     }
 }
 
@@ -326,7 +326,20 @@ void TDbmMigrateDatabaseWorker::ExecProgram(const QString &text, const char *kin
     const QStringList none;
     for (const QString &statement : mode.isNull() ? none : TDbmDumpModes::EnterMode(mode))
         Exec(statement);
-    Exec(text);
+    ExecWithCollation(text, kind, name);
     for (const QString &statement : mode.isNull() ? none : TDbmDumpModes::LeaveMode())
         Exec(statement);
+}
+
+void TDbmMigrateDatabaseWorker::ExecWithCollation(const QString &text, const char *kind,
+                                                  const QString &name)
+{
+    const QString collation = FDumpUtils.ProgramCollation(kind, name);
+    const auto set = [&](const QString &value) {
+        if (!collation.isNull())
+            Exec("SET SESSION collation_connection = '" + value + '\'');
+    };
+    set(collation);
+    Exec(text);
+    set(FDumpUtils.FSessionCollation);
 }

@@ -42,6 +42,7 @@ private:
     void CreateEvents();
     void Exec(const QString &text);
     void ExecProgram(const QString &text, const char *kind, const QString &name);
+    void ExecWithCollation(const QString &text, const char *kind, const QString &name);
     QStringList TargetCollations();
 
     std::unique_ptr<TDbmManager> FSourceManager, FTargetManager;

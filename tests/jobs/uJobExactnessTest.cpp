@@ -124,10 +124,17 @@ TEST_P(TJobExactnessTest, BodiesOfProgramsArriveAsTheyWere)
          " CREATE FUNCTION joined () RETURNS VARCHAR(20) DETERMINISTIC RETURN 'a\\' || 'b'");
     Exec("SET sql_mode = ''; CREATE PROCEDURE lenient () SELECT 1");
     Exec("CREATE FUNCTION quoted () RETURNS VARCHAR(40) DETERMINISTIC RETURN ''' OR '''");
-    const QString programs = "SELECT routine_name, routine_definition, sql_mode FROM"
-                             " information_schema.routines WHERE routine_schema = '%1' UNION ALL"
-                             " SELECT trigger_name, action_statement, sql_mode FROM"
-                             " information_schema.triggers WHERE trigger_schema = '%1' ORDER BY 1";
+    const QString binary = "SET collation_connection = 'utf8mb4_bin'; CREATE ";
+    Exec(binary + "FUNCTION letters () RETURNS INT DETERMINISTIC RETURN 'a' = 'A'");
+    Exec(binary + "VIEW letters AS SELECT 'a' = 'A' AS same");
+    Exec("CREATE PROCEDURE said (\n  -- of what\n  a INT) SELECT a");
+    const QString programs =
+        "SELECT routine_name, routine_definition, sql_mode, collation_connection FROM"
+        " information_schema.routines WHERE routine_schema = '%1' UNION ALL"
+        " SELECT trigger_name, action_statement, sql_mode, collation_connection FROM"
+        " information_schema.triggers WHERE trigger_schema = '%1' UNION ALL"
+        " SELECT table_name, view_definition, '', collation_connection FROM"
+        " information_schema.views WHERE table_schema = '%1' ORDER BY 1, 2";
     const TTestDatabase copy(Server());
     TJobRun run = Migrate(copy);
     EXPECT_EQ(run.Error, "");
@@ -138,7 +145,9 @@ TEST_P(TJobExactnessTest, BodiesOfProgramsArriveAsTheyWere)
     EXPECT_EQ(run.Error, "");
     for (const char *line :
          {"comment lines of procedure \"odd\"", "comment lines of trigger \"tr\"",
-          "sql_mode \"\" of procedure \"lenient\""})
+          "comment lines of procedure \"said\"", "sql_mode \"\" of procedure \"lenient\"",
+          "collation utf8mb4_bin of function \"letters\"",
+          "collation utf8mb4_bin of view \"letters\""})
         EXPECT_THAT(run.LeftOut(), Contains(QString("Left out: ") + line));
     Reload();
     EXPECT_EQ(Value("SELECT joined()"), "a\\b");
@@ -147,7 +156,7 @@ TEST_P(TJobExactnessTest, BodiesOfProgramsArriveAsTheyWere)
     EXPECT_EQ(Value("SET @x = ''; INSERT INTO t VALUES (1); SELECT @x"), "a\nb");
     EXPECT_EQ(Value("SELECT COUNT(*) FROM information_schema.routines WHERE routine_schema = '" +
                     Name() + '\''),
-              "5");
+              "7");
 }
 
 TEST_P(TJobExactnessTest, WhatATableHasIsCarriedOrNamed)

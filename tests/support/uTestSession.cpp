@@ -23,6 +23,8 @@ TTestSession::TTestSession(const QString &host, int port, const QString &databas
     : FHandle(mysql_init(nullptr))
 {
     mysql_options(FHandle, MYSQL_SET_CHARSET_NAME, "utf8mb4");
+    // The greeting alone gives a collation that is not the server's own for the set.
+    mysql_options(FHandle, MYSQL_INIT_COMMAND, "SET NAMES utf8mb4");
     if (mysql_real_connect(FHandle, host.toUtf8().constData(), "root", "",
                            database.isEmpty() ? nullptr : database.toUtf8().constData(),
                            unsigned(port), nullptr, CLIENT_MULTI_STATEMENTS))
