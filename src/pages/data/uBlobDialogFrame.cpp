@@ -6,18 +6,16 @@
 #include "support/uFileUtils.h"
 #include "support/uFormat.h"
 #include "widgets/uIcons.h"
+#include "widgets/uToolBar.h"
 
 #include <QAction>
 #include <QLabel>
 #include <QStackedWidget>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 void TBlobDialogFrame::DoCreate()
 {
-    auto *toolBar = new QToolBar(this);
-    toolBar->setObjectName("tbrBlob");
-    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    auto *toolBar = new TToolBar(this, "tbrBlob");
     const auto add = [&](const char *name, const char *caption, const char *icon, auto work) {
         QAction *action = toolBar->addAction(TIcons::Icon(icon), caption);
         action->setObjectName(name);

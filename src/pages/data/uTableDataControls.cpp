@@ -2,16 +2,15 @@
 
 #include "widgets/uIcons.h"
 #include "widgets/uStyle.h"
+#include "widgets/uToolBar.h"
 
 #include <QAction>
 #include <QComboBox>
-#include <QIntValidator>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QStackedWidget>
 #include <QStatusBar>
-#include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -78,8 +77,7 @@ void TTableDataControls::MakeActions()
 
 QToolBar *TTableDataControls::MakeToolBar()
 {
-    auto *toolBar = new QToolBar(FPage);
-    toolBar->setObjectName("tbrData");
+    auto *toolBar = new TToolBar(FPage, "tbrData");
     toolBar->addAction(actCreate);
     toolBar->addSeparator();
     toolBar->addActions({actUpdate, actDelete});
@@ -90,7 +88,6 @@ QToolBar *TTableDataControls::MakeToolBar()
     toolBar->addSeparator();
     toolBar->addAction(actRefresh);
     // The known glyphs stand alone, so that the whole bar fits beside the objects.
-    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     for (QAction *action : {actCreate, actUpdate, actDelete, actFirstPage, actPrevPage, actNextPage,
                             actLastPage, actRefresh})
         if (auto *button = qobject_cast<QToolButton *>(toolBar->widgetForAction(action))) {

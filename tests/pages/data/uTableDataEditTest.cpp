@@ -2,11 +2,14 @@
 
 #include "core/uServerProfile.h"
 #include "support/uFileUtils.h"
+#include "uTcpProxy.h"
 
 #include <QBuffer>
 #include <QCheckBox>
 #include <QImage>
 #include <QListWidget>
+#include <QPointer>
+#include <QToolBar>
 #include <QToolButton>
 
 namespace {
@@ -290,6 +293,10 @@ TEST_F(TTableDataEditTest, BytesComeFromFilesAndGoToFiles)
     OnRecordOf(0, [&](TVerticalGrid &grid) {
         OnDialogOf(grid, "b", [&](QWidget *dialog) {
             EXPECT_EQ(dialog->windowTitle(), "b");
+            auto *toolBar = Find<QToolBar>(dialog, "tbrBlob");
+            EXPECT_EQ(toolBar->widgetForAction(Find<QAction>(dialog, "actImport"))->focusPolicy(),
+                      Qt::TabFocus)
+                << "reached without a mouse";
             EXPECT_EQ(Find<QLabel>(dialog, "labSize")->text(), "5 B");
             for (const QByteArray &bytes : {png, jpeg}) {
                 import(dialog, bytes);
