@@ -156,7 +156,8 @@ void TSchemaPageFrame::DoProcess()
         pcTabs->setCurrentIndex(ttTables);
     FIsActivated = true;
     WriteCaptions();
-    pcTabs->setTabVisible(ttEvents, FManager->Features().Events);
+    if (Database()) // what a server can do is not known while it is away
+        pcTabs->setTabVisible(ttEvents, FManager->Features().Events);
     pcTabs->Process();
 }
 
@@ -186,5 +187,7 @@ void TSchemaPageFrame::Refresh()
     TAppUtils::Instance().GetActiveManager()->ForgetNotRead();
     if (const auto database = Database())
         database->RequestProcess();
+    else
+        FManager->Databases().RequestNames(); // the last read of them may have failed
     TAppMessages::SendRedrawUI();
 }

@@ -1,5 +1,6 @@
 #include "pages/structure/uTablePageFrame.h"
 
+#include "core/uDbmProvider.h"
 #include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
 #include "model/uDbmViewList.h"
@@ -22,6 +23,23 @@ QString ImageOf(TDbmTableType type)
         break;
     }
     return "table";
+}
+
+// Lists that could not be read are empty, which does not mean that what is in them is gone. They
+// are read again by the next refresh.
+bool IsUnread(TDbmManager &manager, const QString &databaseName)
+{
+    std::shared_ptr<TDbmDatabaseItem> database;
+    if (manager.Databases().TryGetByName(databaseName, database)) {
+        if (manager.Provider().Connection().Connected())
+            return false;
+        database->RequestProcess();
+        return true;
+    }
+    if (manager.Databases().Count() > 0) // no account sees no database at all
+        return false;
+    manager.Databases().RequestNames();
+    return true;
 }
 
 } // namespace
@@ -83,6 +101,10 @@ void TTablePageFrame::DoProcess()
     std::shared_ptr<TDbmViewItem> view;
     const bool isTable = FManager->TryGetTable(FDatabaseName, FTableOrViewName, table);
     const bool isView = !isTable && FManager->TryGetView(FDatabaseName, FTableOrViewName, view);
+    const bool isGone = (FTableFrame && !isTable) || (FViewFrame && !isView);
+    // What is being typed goes nowhere before it is written.
+    if (isGone && (IsUnread(*FManager, FDatabaseName) || !DoCloseQuery()))
+        return;
     Q_EMIT OnUpdateImage(isTable  ? ImageOf(table->Entity().Info.TableType)
                          : isView ? QString("view")
                                   : QString("text-page"));

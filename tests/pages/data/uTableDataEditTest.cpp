@@ -122,6 +122,43 @@ TEST_F(TTableDataEditTest, CellsOfAnyPageAreWritten)
     EXPECT_EQ(Cell(0, 0), "101");
 }
 
+TEST_F(TTableDataEditTest, APageAndWhatIsTypedOutliveTheServersAbsence)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, s VARCHAR(20))");
+    Exec("INSERT INTO t VALUES (1, 'one')");
+    TTcpProxy proxy(Server().Host(), Server().Port());
+    TDbmConnectionProfile profile = Profile();
+    profile.Port = proxy.Port();
+    OpenWorkspaceOn(profile);
+    Show(Database(), "t");
+    const QPointer<TTableDataFrame> frame = FFrame;
+    Run("actEditMode");
+    Edit(0, 1, "typed");
+    proxy.Refuse();
+    proxy.Cut();
+    const auto refresh = [&](const char *window) {
+        Trigger("actRefresh");
+        TTestLoop::Settle();
+        return frame && frame->isVisible() ? QString() : QString(window);
+    };
+    ASSERT_EQ(refresh("gone while it is edited"), QString());
+    ASSERT_NE(Editor(), nullptr);
+    EXPECT_EQ(Editor()->text(), "typed");
+    QTest::keyClick(Editor(), Qt::Key_Escape);
+    ASSERT_EQ(refresh("gone"), QString());
+    proxy.Resume();
+    Run("actRefresh");
+    EXPECT_EQ(Cell(0, 1), "one");
+
+    // A table that another session drops takes its page along, but not what is typed there.
+    Edit(0, 1, "more");
+    Exec("DROP TABLE t");
+    ASSERT_EQ(refresh("gone with its table"), QString());
+    EXPECT_TRUE(Note().contains("doesn't exist")) << Note().toStdString();
+    QTest::keyClick(Editor(), Qt::Key_Escape);
+    EXPECT_NE(refresh("gone with its table"), QString());
+}
+
 TEST_F(TTableDataEditTest, ARowKeepsWhatItsTypesTellApart)
 {
     Exec("CREATE TABLE t (id INT PRIMARY KEY, k BIT(64), vb VARBINARY(10), tx TEXT, e "

@@ -10,6 +10,7 @@
 #include "shell/uPageManagerFrame.h"
 #include "shell/uRecordedDialogs.h"
 #include "shell/uWorkbenchFixture.h"
+#include "uTcpProxy.h"
 #include "widgets/uVerticalGrid.h"
 
 #include <QAction>
@@ -213,6 +214,22 @@ TEST_F(TSchemaPageTest, ARefreshKeepsThePlaceInAList)
     EXPECT_EQ(Tabs(page).tabText(ttTables), "Tables: 63");
     EXPECT_EQ(focused(), before);
     EXPECT_EQ(grid->verticalScrollBar()->value(), scrolled);
+}
+
+TEST_F(TSchemaPageTest, ComesBackWithItsServer)
+{
+    TTcpProxy proxy(Server().Host(), Server().Port());
+    TDbmConnectionProfile profile = Profile();
+    profile.Port = proxy.Port();
+    OpenWorkspaceOn(profile);
+    TSchemaPageFrame &page = Open();
+    proxy.Refuse();
+    proxy.Cut();
+    Trigger("actRefresh");
+    EXPECT_EQ(Tabs(page).tabText(ttTables), "Tables: 0");
+    proxy.Resume();
+    Find<QAction>(&page, "actRefresh")->trigger();
+    EXPECT_EQ(Tabs(page).tabText(ttTables), "Tables: 2");
 }
 
 TEST_F(TSchemaPageTest, ADroppedDatabaseLeavesAnEmptyPage)
