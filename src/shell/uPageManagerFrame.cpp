@@ -199,8 +199,10 @@ void TPageManagerFrame::ShowTitle(TPageFrame *page)
 
 void TPageManagerFrame::ClosePage(TPageFrame *page)
 {
-    if (IndexOf(page) < 0 || !page->CloseQuery())
+    if (IndexOf(page) < 0)
         return;
+    if (!page->CloseQuery())
+        return ShowPage(IndexOf(page)); // what keeps it open is told there
     const TChangeHold hold(*this);
     const int index = IndexOf(page);
     // A neighbour that fails to draw must not keep this page open.
@@ -238,8 +240,10 @@ void TPageManagerFrame::RemovePages(const std::function<bool(TPageFrame &)> &con
 bool TPageManagerFrame::CloseQuery()
 {
     for (const TTabSheetTag &tag : std::vector<TTabSheetTag>(FTags))
-        if (!tag.Page->CloseQuery())
+        if (!tag.Page->CloseQuery()) {
+            TGuard::Run([&] { ShowPage(IndexOf(tag.Page)); });
             return false;
+        }
     return true;
 }
 

@@ -40,11 +40,11 @@ public:
     void AddPages(const std::function<void()> &add);
     TPageFrame *AddPage(const QString &id, const TCreateAction &createAction, const QIcon &image,
                         bool activate);
-    /// A page whose CloseQuery says no stays.
+    /// A page whose CloseQuery says no stays, and comes to the front.
     void ClosePage(TPageFrame *page);
     void CloseActivePage();
     void CloseAllPages();
-    /// Asks every page, in order, up to the first that says no.
+    /// Asks every page, in order, up to the first that says no, which comes to the front.
     bool CloseQuery();
     /// Marks every page stale and processes the active one.
     void Process();

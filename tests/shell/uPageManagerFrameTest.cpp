@@ -146,10 +146,15 @@ TEST_F(TPagesTest, APageThatMayNotBeClosedStays)
     Add("a", "a");
     Add("b", "b")->MayClose = false;
     Add("c", "c");
+    const auto front = [this] { return Pages->ActivePage()->GetTitle(); };
     EXPECT_FALSE(Pages->CloseQuery());
+    EXPECT_EQ(front(), "b") << "it tells why";
+    Pages->SetActivePageIndex(0);
+    Pages->ClosePage(Pages->GetPageByIndex(1));
+    EXPECT_EQ(front(), "b");
     Pages->CloseAllPages();
     EXPECT_EQ(Pages->GetPagesCaption(), QStringList("b"));
-    EXPECT_EQ(Pages->ActivePage()->GetTitle(), "b");
+    EXPECT_EQ(front(), "b");
 }
 
 TEST_F(TPagesTest, AFailureToLoadLeavesThePageAndPassesOn)
