@@ -36,7 +36,7 @@ QString TDbmSelectFormatter::PlainForm() const
         TFormat::Format("SELECT %s FROM %s",
                         {Columns({}), TDbmPathUtils::FormatDbObject(FDatabaseName, FTableName)});
     AppendClause(sql, TClauses::FormatWhere(FWhereFields, FWhereValues, FWhereCommandText));
-    AppendClause(sql, TClauses::FormatOrderBy(FOrderFields, FOrderAscending));
+    AppendClause(sql, OrderBy(FTableName, false));
     AppendClause(sql, TClauses::FormatLimit(FLimitOffset, FLimitRowCount));
     return sql;
 }
@@ -75,12 +75,27 @@ QString TDbmSelectFormatter::OuterOrderBy() const
         std::any_of(FOrderFields.begin(), FOrderFields.end(), [&](const QString &name) {
             return FPrimaryFieldNames.contains(name) && !FFieldNames.contains(name);
         });
-    if (!ambiguous)
+    return OrderBy("t", ambiguous);
+}
+
+// A bare name would be that of the length, while the subquery knows the column alone: the first
+// page would go by the lengths and the others by the texts, so that rows came twice or never.
+QString TDbmSelectFormatter::OrderBy(const QString &alias, bool isQualified) const
+{
+    const auto isLength = [this](const QString &name) {
+        return FFieldNames.contains(name) && ComesAsLength(name);
+    };
+    if (!isQualified && std::none_of(FOrderFields.begin(), FOrderFields.end(), isLength))
         return TClauses::FormatOrderBy(FOrderFields, FOrderAscending);
     QStringList fields;
     for (const QString &name : FOrderFields)
-        fields += TDbmPathUtils::FormatDbObject("t", name);
+        fields += TDbmPathUtils::FormatDbObject(alias, name);
     return "ORDER BY " + fields.join(", ") + (FOrderAscending ? " ASC" : " DESC");
+}
+
+bool TDbmSelectFormatter::ComesAsLength(const QString &name) const
+{
+    return FTextFields.contains(name) || FBlobFields.contains(name);
 }
 
 QString TDbmSelectFormatter::Columns(const QString &alias) const
@@ -90,8 +105,7 @@ QString TDbmSelectFormatter::Columns(const QString &alias) const
     QStringList columns;
     for (const QString &name : FFieldNames) {
         const QString qualified = TDbmPathUtils::FormatDbObject(alias, name);
-        const bool byLength = FTextFields.contains(name) || FBlobFields.contains(name);
-        if (byLength)
+        if (ComesAsLength(name))
             columns += TFormat::Format("length(%s) AS `%s`", {qualified, name});
         else if (FFloatFields.contains(name))
             columns += TFormat::Format("%s + 0e0 AS `%s`", {qualified, name});

@@ -29,6 +29,8 @@ public:
 private:
     QString PlainForm() const;
     QString KeyJoinForm() const;
+    QString OrderBy(const QString &alias, bool isQualified) const;
     QString OuterOrderBy() const;
     QString Columns(const QString &alias) const;
+    bool ComesAsLength(const QString &name) const;
 };

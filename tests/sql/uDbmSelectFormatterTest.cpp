@@ -60,6 +60,22 @@ TEST(TSelect, OrdersTheSubqueryAndTheAnswer)
               "AS q ON `t`.`a` = `q`.`a` AND `t`.`b` = `q`.`b` ORDER BY `name`, `id` DESC");
 }
 
+TEST(TSelect, OrdersByATextThatComesAsItsLength)
+{
+    TDbmSelectFormatter select = OfTable();
+    select.FFieldNames = {"id", "body"};
+    select.FTextFields = {"body"};
+    select.FPrimaryFieldNames = {"id"};
+    select.FOrderFields = {"body"};
+    select.FLimitRowCount = 10;
+    EXPECT_EQ(Text(select), "SELECT `id`, length(`body`) AS `body` FROM `d`.`x` ORDER BY "
+                            "`x`.`body` DESC LIMIT 10");
+    select.FLimitOffset = 10;
+    EXPECT_TRUE(Text(select).contains("(SELECT `id` FROM `d`.`x` ORDER BY `body` DESC LIMIT"))
+        << Text(select).toStdString();
+    EXPECT_TRUE(Text(select).endsWith(" ORDER BY `t`.`body` DESC"));
+}
+
 TEST(TSelect, CountsWithConditionAndLimitButWithoutOrder)
 {
     TDbmSelectFormatter select = OfTable();

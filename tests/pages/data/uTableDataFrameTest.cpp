@@ -1,6 +1,29 @@
 #include "pages/data/uTableDataFixture.h"
 
+#include <QSet>
+
 namespace {
+
+TEST_F(TTableDataTest, PagesInTheOrderOfATextHaveEachRowOnce)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, s TEXT, b BLOB)");
+    Exec("INSERT INTO t SELECT seq, CONCAT(LPAD(seq, 3, '0'), REPEAT('x', 250 - seq)), "
+         "CONCAT(1000 - seq, REPEAT('x', seq)) FROM seq_1_to_250");
+    Open("t");
+    for (int column : {1, 2}) {
+        const QHeaderView *header = Grid().horizontalHeader();
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                          {header->sectionViewportPosition(column) + 5, header->height() / 2});
+        QSet<QString> ids;
+        for (int page = 1; page <= 3; ++page) {
+            TypePage(QString::number(page));
+            for (int row = 0; row < RowCount(); ++row)
+                ids += Cell(row, 0);
+        }
+        EXPECT_EQ(ids.size(), 250) << "column " << column;
+        TypePage("1");
+    }
+}
 
 TEST_F(TTableDataTest, TurnsPages)
 {
