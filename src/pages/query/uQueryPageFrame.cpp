@@ -93,8 +93,13 @@ void TQueryPageFrame::DoLoad()
     LoadEditor();
     MarkTabsDirty();
     Controls()->actGotoResult->trigger();
-    if (!bound)
+    if (!bound) {
+        Controls()->cbxUse->addItem("(none)");
+        if (!FUsedDatabaseName.isEmpty())
+            Controls()->cbxUse->addItem(FUsedDatabaseName);
+        Controls()->cbxUse->setCurrentIndex(Controls()->cbxUse->count() - 1);
         FillDatabases();
+    }
     DisplayResults();
     UpdateActions();
     FEditorFrame->setFocus(); // a new page was activated before it had an editor
@@ -106,8 +111,12 @@ void TQueryPageFrame::DoActivate()
         FEditorFrame->setFocus();
 }
 
+// No account sees no database at all: an empty list is one that could not be read, and the choice
+// waits for the server to come back.
 void TQueryPageFrame::FillDatabases()
 {
+    if (FManager->Databases().Count() == 0)
+        return;
     TDropDownCombo *combo = Controls()->cbxUse;
     const QString selected = GetUsedDatabaseName();
     QStringList names = {"(none)"};

@@ -175,7 +175,10 @@ TEST_F(TQueryPageTest, RunsTheSelectionAlone)
 TEST_F(TQueryPageTest, UseChoosesTheDatabaseOfEachRun)
 {
     Exec("CREATE TABLE t (a INT); ");
-    OpenWorkspace();
+    TTcpProxy proxy(Server().Host(), Server().Port());
+    TDbmConnectionProfile profile = Profile();
+    profile.Port = proxy.Port();
+    TManagerFrame &workspace = OpenWorkspaceOn(profile);
     TQueryPageFrame &page = NewQuery("");
     auto *use = Find<TDropDownCombo>(&page, "cbxUse");
     EXPECT_EQ(use->itemText(0), "(none)");
@@ -195,6 +198,18 @@ TEST_F(TQueryPageTest, UseChoosesTheDatabaseOfEachRun)
     EXPECT_EQ(use->currentText(), Database().Name()) << "the choice stays";
     use->hidePopup();
     Server().Exec("DROP DATABASE " + other);
+
+    // A list that cannot be read takes no choice away.
+    proxy.Refuse();
+    proxy.Cut();
+    use->showPopup();
+    use->hidePopup();
+    EXPECT_EQ(page.GetUsedDatabaseName(), Database().Name());
+    workspace.PageUtils().ShowQueryFromText("", Database().Name(), 0, true);
+    EXPECT_EQ(QueryPage().GetUsedDatabaseName(), Database().Name());
+    proxy.Resume();
+    RunQuery("SELECT DATABASE()");
+    EXPECT_EQ(ResultRows(), QStringList(Database().Name()));
 }
 
 TEST_F(TQueryPageTest, ABoundConnectionUsesItsDatabase)
