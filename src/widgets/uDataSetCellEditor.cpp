@@ -9,8 +9,10 @@
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QTextDocument>
 #include <QToolButton>
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -22,14 +24,63 @@ bool WantsLines(const QString &text)
     return text.contains(u'\n') || text.contains(u'\r') || text.size() > LongestLine;
 }
 
+struct TLines
+{
+    QStringList Texts;
+    QStringList Ends; // behind each line but the last
+};
+
+// As the box tells lines apart.
+TLines LinesOf(const QString &text)
+{
+    static const QRegularExpression lineEnd("\r\n|[\n\r\\x{2029}\\x{FDD0}\\x{FDD1}]");
+    TLines lines{text.split(lineEnd), {}};
+    for (const QRegularExpressionMatch &match : lineEnd.globalMatch(text))
+        lines.Ends += match.captured();
+    return lines;
+}
+
+QString EndOfTypedLine(const QString &before)
+{
+    if (before.contains("\r\n"))
+        return "\r\n";
+    return before.contains(u'\r') && !before.contains(u'\n') ? "\r" : "\n";
+}
+
+// The first and the last lines that are as they were keep the ends that they had.
+QStringList EndsOf(const QStringList &lines, const TLines &before, const QString &typed)
+{
+    const auto common = [](auto from, auto to, auto oldFrom, auto oldTo) {
+        return std::mismatch(from, to, oldFrom, oldTo).first - from;
+    };
+    const QStringList &old = before.Texts;
+    if (lines.size() == old.size()) // no line came or went
+        return before.Ends;
+    const auto first = common(lines.begin(), lines.end(), old.begin(), old.end());
+    const auto last = common(lines.rbegin(), lines.rend() - first, old.rbegin(), old.rend());
+    QStringList ends;
+    for (qsizetype end = 0; end < lines.size() - 1; ++end) {
+        const qsizetype fromLast = lines.size() - 1 - end;
+        if (end < first && end < before.Ends.size())
+            ends += before.Ends[end];
+        else if (fromLast <= last && fromLast <= before.Ends.size())
+            ends += before.Ends[before.Ends.size() - fromLast];
+        else
+            ends += typed;
+    }
+    return ends;
+}
+
 // The box knows one kind of line end, and its plain text makes blanks of no-break spaces: what was
 // not typed goes back as it came.
 QString BoxText(const QPlainTextEdit &box, const QString &before)
 {
-    const QString lineEnd = before.contains("\r\n")                             ? "\r\n"
-                            : before.contains(u'\r') && !before.contains(u'\n') ? "\r"
-                                                                                : "\n";
-    return box.document()->toRawText().replace(QChar::ParagraphSeparator, lineEnd);
+    const QStringList lines = box.document()->toRawText().split(QChar::ParagraphSeparator);
+    const QStringList ends = EndsOf(lines, LinesOf(before), EndOfTypedLine(before));
+    QString text = lines.first();
+    for (qsizetype line = 1; line < lines.size(); ++line)
+        text += ends[line - 1] + lines[line];
+    return text;
 }
 
 } // namespace

@@ -109,24 +109,40 @@ TEST_F(TDataSetGridTest, WhatCannotBeEditedSaysWhy)
 TEST_F(TDataSetGridTest, ATextOfSeveralLinesIsEditedWithItsLines)
 {
     Exec("CREATE TABLE t (id INT PRIMARY KEY, s TEXT)");
-    Exec("INSERT INTO t VALUES (1, 'a\r\nb')");
+    // One end of a line of each kind.
+    Exec("INSERT INTO t VALUES (1, CONCAT('a\\r\\nb\\nc\\rd', UNHEX('E280A9'), 'e'))");
     Open("SELECT * FROM t");
     Grid.setCurrentIndex(Cell(0, 1));
-    QTest::keyClick(&Grid, Qt::Key_F2);
-    auto *box = Editor<QPlainTextEdit>();
-    ASSERT_NE(box, nullptr);
-    QTest::keyClick(box, Qt::Key_Return, Qt::ControlModifier); // nothing typed
-    TTestLoop::Settle();
-    EXPECT_EQ(Value("SELECT HEX(s) FROM t"), "610D0A62") << "its line ends stay";
-    QTest::keyClick(&Grid, Qt::Key_F2);
-    box = Editor<QPlainTextEdit>();
-    ASSERT_NE(box, nullptr);
-    box->moveCursor(QTextCursor::End);
-    QTest::keyClick(box, Qt::Key_Return);
-    QTest::keyClicks(box, "c");
-    QTest::keyClick(box, Qt::Key_Return, Qt::ControlModifier);
-    TTestLoop::Settle();
-    EXPECT_TRUE(Value("SELECT s FROM t").endsWith("\nc"));
+    const auto edit = [this](const std::function<void(QPlainTextEdit &)> &work) {
+        QTest::keyClick(&Grid, Qt::Key_F2);
+        auto *box = Editor<QPlainTextEdit>();
+        ASSERT_NE(box, nullptr);
+        work(*box);
+        QTest::keyClick(box, Qt::Key_Return, Qt::ControlModifier);
+        TTestLoop::Settle();
+    };
+    const auto value = [this] { return Value("SELECT HEX(s) FROM t"); };
+    edit([](QPlainTextEdit &) {});
+    EXPECT_EQ(value(), "610D0A620A630D64E280A965");
+    edit([](QPlainTextEdit &box) {
+        box.moveCursor(QTextCursor::Start);
+        box.moveCursor(QTextCursor::Down);
+        QTest::keyClicks(&box, "x");
+    });
+    EXPECT_EQ(value(), "610D0A78620A630D64E280A965") << "the other lines keep their ends";
+    edit([](QPlainTextEdit &box) {
+        box.moveCursor(QTextCursor::End);
+        QTest::keyClick(&box, Qt::Key_Return);
+        QTest::keyClicks(&box, "f");
+    });
+    EXPECT_EQ(value(), "610D0A78620A630D64E280A9650D0A66");
+    edit([](QPlainTextEdit &box) {
+        box.moveCursor(QTextCursor::Start);
+        for (int i = 0; i < 3; ++i)
+            QTest::keyClick(&box, Qt::Key_Down, i > 0 ? Qt::ShiftModifier : Qt::NoModifier);
+        QTest::keyClick(&box, Qt::Key_Delete);
+    });
+    EXPECT_EQ(value(), "610D0A64E280A9650D0A66");
 }
 
 TEST_F(TDataSetGridTest, ALongCellIsEditedWhole)
