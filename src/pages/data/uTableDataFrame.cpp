@@ -42,6 +42,42 @@ std::shared_ptr<TDbmViewItem> FindView(TDbmManager &manager, const QString &data
     return view;
 }
 
+/// Finds a record again after its rows were read anew. Without a key it is known by its number.
+class TRecordMark
+{
+public:
+    TRecordMark(const TDataSet &dataset, const QStringList &keyNames)
+        : FDataset(dataset), FKeyNames(keyNames), FRow(dataset.RecNo()),
+          FKey(FRow >= 0 ? KeyAt(FRow) : QStringList())
+    {}
+
+    qint64 Row() const
+    {
+        const qint64 rows = FDataset.RecordCount();
+        if (FKey.isEmpty() || (FRow < rows && KeyAt(FRow) == FKey))
+            return FRow;
+        for (qint64 row = 0; row < rows; ++row)
+            if (KeyAt(row) == FKey)
+                return row;
+        return FRow;
+    }
+
+private:
+    QStringList KeyAt(qint64 row) const
+    {
+        QStringList key;
+        for (const QString &name : FKeyNames)
+            if (const TField *field = FDataset.FindField(name))
+                key += field->AsStringAt(row);
+        return key;
+    }
+
+    const TDataSet &FDataset;
+    const QStringList FKeyNames;
+    const qint64 FRow;
+    const QStringList FKey;
+};
+
 } // namespace
 
 TTableDataFrame::TTableDataFrame(QWidget *owner) : TBaseFrame(owner) {}
@@ -179,6 +215,9 @@ void TTableDataFrame::FetchPage()
     const auto update = qScopeGuard([this] { UpdateUI(); });
     try {
         ReadFieldKinds();
+        // A column that is gone leaves no header to take its order off.
+        if (!FFieldKinds.isEmpty() && !FFieldKinds.contains(FData->OrderFieldName()))
+            FData->SetOrderFieldName({});
         TDataSet &dataset = ReadPage();
         FFailed = false;
         FControls->ShowData();
@@ -212,13 +251,16 @@ TDataSet &TTableDataFrame::ReadPage()
 {
     const TPlace place{FData->CurrentPage(), FData->RowsPerPage(), FData->OrderFieldName(),
                        FData->OrderAscending(), FData->WhereCommandText()};
-    const qint64 row = FData->Dataset().RecNo();
+    QStringList keyNames;
+    if (const auto table = FindTable(*FManager, FDatabaseName, FTableName))
+        table->TryGetRowKey(keyNames);
+    const TRecordMark record(FData->Dataset(), keyNames);
     const TQuietRows quiet(FData->Dataset());
     TDataSet &dataset = FData->GetDataset();
     if (place != FPlace)
         FDataFrame->ForgetPlace();
-    else if (row >= 0)
-        dataset.SetRecNo(row);
+    else if (record.Row() >= 0)
+        dataset.SetRecNo(record.Row());
     FPlace = place;
     return dataset;
 }

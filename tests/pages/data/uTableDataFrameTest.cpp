@@ -75,6 +75,11 @@ TEST_F(TTableDataTest, TurnsPages)
     click();
     EXPECT_FALSE(header->isSortIndicatorShown());
     EXPECT_FALSE(FStatements.filter("SELECT `id`").last().contains("ORDER BY"));
+
+    click();
+    Exec("ALTER TABLE t DROP v");
+    Trigger("actRefresh");
+    EXPECT_EQ(RowCount(), 40) << "the order goes with its column";
 }
 
 TEST_F(TTableDataTest, FiltersAndShowsWhatTheServerSaysOfAFilter)
@@ -158,6 +163,9 @@ TEST_F(TTableDataTest, ARefreshLeavesTheRowThatTheUserIsIn)
     EXPECT_EQ(Cell(60, 0), "62");
     QTest::keyClick(&Grid(), Qt::Key_Down);
     EXPECT_TRUE(isAt(61, 1));
+    Exec("INSERT INTO t VALUES (0, 'of another session')");
+    Run("actRefresh");
+    EXPECT_TRUE(isAt(62, 1)) << "the record, and not its number";
     Run("actNextPage");
     EXPECT_TRUE(isAt(0, 1)) << "other rows begin at their top";
 }
