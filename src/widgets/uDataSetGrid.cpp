@@ -134,6 +134,9 @@ void TDataSetGrid::SetEditMode(bool value)
     FSetNull->setEnabled(value);
     setSelectionMode(ExtendedSelection);
     setSelectionBehavior(value ? SelectItems : SelectRows);
+    if (!value) // the record keys are about whole rows
+        selectionModel()->select(currentIndex(),
+                                 QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     setEditTriggers(value ? EditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed)
                           : EditTriggers(NoEditTriggers));
 }
@@ -186,6 +189,7 @@ void TDataSetGrid::RebuildColumns()
         FColumnNames += FModel->FieldName(column);
         const int width = known.value(FModel->FieldName(column), 0);
         setColumnWidth(column, width > 0 ? width : WantedWidth(column, samples));
+        horizontalHeader()->moveSection(horizontalHeader()->visualIndex(column), column);
     }
     updateGeometries();
     FPlace.RestoreAcross(*this);
@@ -423,7 +427,8 @@ void TDataSetGrid::keyPressEvent(QKeyEvent *event)
 void TDataSetGrid::mouseDoubleClickEvent(QMouseEvent *event)
 {
     QTableView::mouseDoubleClickEvent(event);
-    if (!FEditMode && indexAt(event->position().toPoint()).isValid())
+    if (!FEditMode && event->button() == Qt::LeftButton &&
+        indexAt(event->position().toPoint()).isValid())
         Q_EMIT OnUpdateRequested();
 }
 

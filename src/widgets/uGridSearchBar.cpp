@@ -36,6 +36,7 @@ TGridSearchBar::TGridSearchBar(QAbstractItemView *view) : QFrame(view), FView(vi
     FTimer.setInterval(0);
     connect(&FTimer, &QTimer::timeout, this, &TGridSearchBar::Step);
     view->installEventFilter(this);
+    installEventFilter(this);
     hide();
 }
 
@@ -240,6 +241,12 @@ bool TGridSearchBar::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == FView && event->type() == QEvent::Resize)
         Place();
+    // What the controls leave over is not for the grid: Delete and Insert mean a record there.
+    if (watched == this && event->type() == QEvent::KeyPress) {
+        if (static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape)
+            Close();
+        return true;
+    }
     if (watched != FEdit || event->type() != QEvent::KeyPress)
         return false;
     const auto *key = static_cast<QKeyEvent *>(event);

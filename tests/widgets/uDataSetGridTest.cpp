@@ -5,6 +5,7 @@
 #include <QAbstractItemModelTester>
 #include <QAction>
 #include <QPlainTextEdit>
+#include <QToolButton>
 
 namespace {
 
@@ -180,6 +181,20 @@ TEST_F(TDataSetGridTest, OutsideEditModeTheRecordKeysWork)
     QTest::keyClick(&Grid, Qt::Key_Insert);
     QTest::keyClick(&Grid, Qt::Key_Delete);
     EXPECT_EQ(asked, (QStringList{"update", "append", "delete"}));
+    asked.clear();
+    const QPoint place = Grid.visualRect(Cell(1, 0)).center();
+    for (const auto button : {Qt::RightButton, Qt::LeftButton})
+        QTest::mouseDClick(Grid.viewport(), button, {}, place);
+    EXPECT_EQ(asked, QStringList("update")) << "by the left button alone";
+    Grid.SearchBar()->Open();
+    QTest::keyClick(Find<QLineEdit>(&Grid, "edSearch"), Qt::Key_Insert);
+    QTest::keyClick(Find<QToolButton>(&Grid, "butFindNext"), Qt::Key_Delete);
+    EXPECT_EQ(asked.size(), 1) << "keys of the search are not for the rows";
+    Grid.SearchBar()->Close();
+    Grid.SetEditMode(true);
+    Grid.setCurrentIndex(Cell(1, 0));
+    Grid.SetEditMode(false);
+    EXPECT_TRUE(Grid.selectionModel()->isRowSelected(1));
     Open("SELECT 1 AS a FROM DUAL WHERE FALSE");
     asked.clear();
     QTest::keyClick(&Grid, Qt::Key_Return);
@@ -214,6 +229,9 @@ TEST_F(TDataSetGridTest, WidthsOfColumnsThatStayAreTheUsers)
     Open("SELECT 'new' AS c, 1 AS a");
     EXPECT_EQ(Grid.columnWidth(1), 321);
     EXPECT_NE(Grid.columnWidth(0), 321);
+    Grid.horizontalHeader()->moveSection(1, 0);
+    Grid.RebuildColumns();
+    EXPECT_EQ(Grid.horizontalHeader()->visualIndex(1), 1);
 }
 
 } // namespace
