@@ -48,13 +48,14 @@ bool TAppManagerSessionUtils::ReadPage(const QString &path)
 {
     const QString word = FSession->Config().GetValue(path, "id", QString());
     const bool active = FSession->Config().GetValue(path, "active", false);
+    const int before = FPageManagerFrame->PageCount();
     if (word == "query")
         ReadQuery(path, active);
     else if (word == "table")
         ReadTable(path, active);
     else if (word == "schema")
         FPageUtils->ShowSchema(FSession->Config().GetValue(path, "database", QString()), active);
-    return active;
+    return active && FPageManagerFrame->PageCount() > before; // its file may be gone
 }
 
 void TAppManagerSessionUtils::ReadQuery(const QString &path, bool active)
@@ -104,14 +105,20 @@ bool TAppManagerSessionUtils::WritePage(TConfigChanges &changes, TPageFrame *pag
         WriteSchema(changes, *schema, path);
     else
         return false;
-    changes.SetValue(path, "active", FPageManagerFrame->ActivePage() == page);
     return true;
+}
+
+void TAppManagerSessionUtils::WriteHead(TConfigChanges &changes, const TPageFrame &page,
+                                        const QString &path, const QString &word)
+{
+    changes.SetValue(path, "id", word);
+    changes.SetValue(path, "active", FPageManagerFrame->ActivePage() == &page);
 }
 
 void TAppManagerSessionUtils::WriteQuery(TConfigChanges &changes, const TQueryPageFrame &query,
                                          const QString &path)
 {
-    changes.SetValue(path, "id", QStringLiteral("query"));
+    WriteHead(changes, query, path, "query");
     if (query.GetFileName().isEmpty())
         changes.SetValue(path, "text", query.GetText(), true);
     else
@@ -127,7 +134,7 @@ void TAppManagerSessionUtils::WriteTable(TConfigChanges &changes, const TTablePa
 {
     const QString database = table.GetDatabaseName();
     const QString name = table.GetTableOrViewName();
-    changes.SetValue(path, "id", QStringLiteral("table"));
+    WriteHead(changes, table, path, "table");
     changes.SetValue(path, "database", database);
     changes.SetValue(path, "table", name);
     TAppSession::WriteTableDataFrame(changes, path, table.GetDataSessionData());
@@ -139,7 +146,7 @@ void TAppManagerSessionUtils::WriteTable(TConfigChanges &changes, const TTablePa
 void TAppManagerSessionUtils::WriteSchema(TConfigChanges &changes, const TSchemaPageFrame &schema,
                                           const QString &path)
 {
-    changes.SetValue(path, "id", QStringLiteral("schema"));
+    WriteHead(changes, schema, path, "schema");
     changes.SetValue(path, "database", schema.GetDatabaseName());
 }
 

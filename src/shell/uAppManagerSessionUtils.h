@@ -28,6 +28,8 @@ public:
 private:
     bool ReadPage(const QString &path);
     bool WritePage(TConfigChanges &changes, TPageFrame *page, const QString &path);
+    void WriteHead(TConfigChanges &changes, const TPageFrame &page, const QString &path,
+                   const QString &word);
     void ReadQuery(const QString &path, bool active);
     void ReadTable(const QString &path, bool active);
     void WriteQuery(TConfigChanges &changes, const TQueryPageFrame &query, const QString &path);
