@@ -283,7 +283,13 @@ TEST_F(TTableDataTest, ARowWithoutAWholeKeyIsNotTouched)
     Exec("INSERT INTO prefixed VALUES ('abc')");
     Exec("CREATE TABLE gone (id INT PRIMARY KEY)");
     Exec("INSERT INTO gone VALUES (1)");
-    for (const char *table : {"t", "prefixed"}) {
+    // A table of the session's own hides the one of its name, and its key with it.
+    Exec("CREATE TABLE hidden (id INT PRIMARY KEY)");
+    OpenWorkspace();
+    NewQuery("");
+    RunQuery("CREATE TEMPORARY TABLE " + Database().Name() +
+             ".hidden SELECT 1 AS id UNION ALL SELECT 1");
+    for (const char *table : {"t", "prefixed", "hidden"}) {
         Open(table);
         Grid().setCurrentIndex(Grid().model()->index(0, 0));
         ExpectError("This table should have a primary key.");

@@ -361,9 +361,23 @@ TEST_F(TObjectsFrameTest, AServerThatIsGoneIsToldAndTheTreeComesBack)
     Action("actRefresh")->trigger();
     EXPECT_EQ(told->text(), QString());
     EXPECT_EQ(frame.SelectedDatabase(), Database().Name());
-    EXPECT_EQ(Captions(*Node({"Tables", "cities", "Fields"}).DataList()),
-              (QStringList{"id", "name"}));
+    const auto fields = [this] {
+        return Captions(*Node({"Tables", "cities", "Fields"}).DataList());
+    };
+    EXPECT_EQ(fields(), (QStringList{"id", "name"}));
     EXPECT_TRUE(Node({"Tables", "streets"}).IsExpanded());
+    // It dies while the tree and its open tables are being read, at one list or another.
+    for (const int bytes : {50, 1000, 2000, 4000}) {
+        SCOPED_TRACE(bytes);
+        proxy.CutAfter(bytes);
+        Action("actRefresh")->trigger();
+        EXPECT_EQ(frame.SelectedDatabase().isEmpty(), !FTree->isVisible());
+        proxy.Resume();
+        Action("actRefresh")->trigger();
+        EXPECT_EQ(told->text(), QString());
+        Node({"Tables", "cities"}).SetExpanded(true);
+        EXPECT_EQ(fields(), (QStringList{"id", "name"}));
+    }
 }
 
 TEST_F(TObjectsFrameTest, ADatabaseIsChosenFromWhatTheServerHas)
