@@ -108,6 +108,8 @@ private:
     bool FetchBinaryRow(const char *const *&cells, const unsigned long *&lengths);
     void NoteAnswer();
     void NoteDatabase(const QString &sql);
+    /// Codes after which the session has ended although they do not say that it was lost.
+    static bool EndsSession(int code);
     [[noreturn]] void Fail();
     [[noreturn]] void Fail(const EMyError &error);
     EMyError LastError() const;
