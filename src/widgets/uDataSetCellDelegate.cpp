@@ -164,5 +164,7 @@ bool TDataSetCellDelegate::eventFilter(QObject *watched, QEvent *event)
         if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter)
             return false;
     }
+    if (event->type() == QEvent::FocusOut && editor->IsChoosing())
+        return false;
     return QStyledItemDelegate::eventFilter(editor, event);
 }

@@ -198,10 +198,14 @@ void TDataSetCellEditor::PressButton()
     const QPointer<TDataSetCellEditor> self = this; // a popup waits, and the rows may go meanwhile
     QString value = FLine->text();
     QDate day = TValuePopups::DayOf(value);
+    FIsChoosing = true;
     const bool isChosen = FKind == ckOne       ? TValuePopups::ChooseOne(this, FMembers, value)
                           : FKind == ckSeveral ? TValuePopups::ChooseSeveral(this, FMembers, value)
                                                : TValuePopups::ChooseDate(this, day);
-    if (!self || !isChosen)
+    if (!self)
+        return;
+    FIsChoosing = false;
+    if (!isChosen)
         return;
     if (FKind == ckDate || FKind == ckMoment)
         value = TValuePopups::WithDay(value, day, FKind == ckMoment);

@@ -30,6 +30,8 @@ public:
     void SetText(const QString &text);
     QString Text() const;
     bool IsModified() const;
+    /// A popup of the editor is open: the focus that it takes is no end of the edit.
+    bool IsChoosing() const { return FIsChoosing; }
     bool HasLines() const { return FBox != nullptr; }
     /// What has the focus.
     QWidget *Control() const;
@@ -55,5 +57,6 @@ private:
     QLineEdit *FLine;
     QToolButton *FButton = nullptr; // none for a plain line
     QPlainTextEdit *FBox = nullptr; // in place of the line
+    bool FIsChoosing = false;
     bool FIsGrown = false;
 };
