@@ -52,17 +52,25 @@ void TAppManagerPageUtils::ShowQueryFromFile(const QString &fileName,
                                              bool activate)
 {
     if (QFileInfo(fileName).isFile())
-        RestoreUnsavedText(fileName, {}, usedDatabaseName, editorHeight, activate);
+        RestoreUnsavedText(fileName, {}, {}, usedDatabaseName, editorHeight, activate);
 }
 
 void TAppManagerPageUtils::RestoreUnsavedText(const QString &fileName, const QString &text,
+                                              const QString &fileStamp,
                                               const QString &usedDatabaseName, int editorHeight,
                                               bool activate)
 {
-    Show("query." + fileName, TIcons::Icon("query"), activate, [&](QWidget *owner) {
+    const QString id = "query." + fileName;
+    TPageFrame *other = nullptr;
+    // Two pages may have been saved as one file. The second text is in no file all the same.
+    if (!text.isEmpty() && FPageManager->TryGetPage(id, other)) {
+        ShowQueryFromText(text, usedDatabaseName, editorHeight, activate);
+        return;
+    }
+    Show(id, TIcons::Icon("query"), activate, [&](QWidget *owner) {
         auto *page = TBaseFrame::New<TQueryPageFrame>(owner);
         page->InitializeFromFile(FManager, fileName, editorHeight, usedDatabaseName);
-        page->RestoreUnsavedText(text);
+        page->RestoreUnsavedText(text, fileStamp);
         HookQueryPage(page);
         return page;
     });

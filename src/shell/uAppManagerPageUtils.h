@@ -33,8 +33,9 @@ public:
     /// Only if the file exists; found again by the file's name.
     void ShowQueryFromFile(const QString &fileName, const QString &usedDatabaseName,
                            int editorHeight, bool activate);
-    /// Opens the file with a text that was not saved to it.
-    void RestoreUnsavedText(const QString &fileName, const QString &text,
+    /// Opens the file with a text that was not saved to it; without the file when another page
+    /// has it. `fileStamp` is as in TQueryPageFrame.
+    void RestoreUnsavedText(const QString &fileName, const QString &text, const QString &fileStamp,
                             const QString &usedDatabaseName, int editorHeight, bool activate);
     /// Called with the editor of each query page that is made; `usedDatabase` is the page's.
     using TSqlEditorEvent =

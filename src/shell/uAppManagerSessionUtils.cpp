@@ -69,13 +69,17 @@ void TAppManagerSessionUtils::ReadQuery(const QString &path, bool active)
         FPageUtils->ShowQueryFromText(text, database, height, active);
         return;
     }
+    QDomElement node;
+    config.GetNode(path, "unsaved_text", node);
     const QString unsaved = config.GetValue(path, "unsaved_text", QString(), true);
-    if (unsaved.isEmpty())
+    if (node.isNull())
         FPageUtils->ShowQueryFromFile(fileName, database, height, active);
     else if (!QFileInfo(fileName).isFile())
         FPageUtils->ShowQueryFromText(unsaved, database, height, active);
     else
-        FPageUtils->RestoreUnsavedText(fileName, unsaved, database, height, active);
+        FPageUtils->RestoreUnsavedText(fileName, unsaved.isNull() ? QString("") : unsaved,
+                                       config.GetValue(path, "file_stamp", QString()), database,
+                                       height, active);
 }
 
 void TAppManagerSessionUtils::Write()
@@ -123,8 +127,10 @@ void TAppManagerSessionUtils::WriteQuery(TConfigChanges &changes, const TQueryPa
         changes.SetValue(path, "text", query.GetText(), true);
     else
         changes.SetValue(path, "filename", query.GetFileName(), true);
-    if (query.IsUnsaved() && !query.GetFileName().isEmpty())
+    if (query.IsUnsaved() && !query.GetFileName().isEmpty()) {
         changes.SetValue(path, "unsaved_text", query.GetText(), true);
+        changes.SetValue(path, "file_stamp", query.GetFileStamp());
+    }
     changes.SetValue(path, "used_database_name", query.GetUsedDatabaseName(), true);
     changes.SetValue(path, "result_height", query.GetResultHeight());
 }

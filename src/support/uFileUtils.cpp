@@ -281,3 +281,19 @@ TFileStamp TFileStamp::Of(const QString &fileName)
     stamp.FNode = status.st_ino;
     return stamp;
 }
+
+QString TFileStamp::Text() const
+{
+    return QString("%1 %2 %3 %4").arg(int(FExists)).arg(FSize).arg(FModifiedNSecs).arg(FNode);
+}
+
+TFileStamp TFileStamp::Parse(const QString &text)
+{
+    const QStringList numbers = text.split(' ');
+    TFileStamp stamp;
+    stamp.FExists = numbers.value(0) == u"1";
+    stamp.FSize = numbers.value(1).toLongLong();
+    stamp.FModifiedNSecs = numbers.value(2).toLongLong();
+    stamp.FNode = numbers.value(3).toULongLong();
+    return stamp;
+}

@@ -43,6 +43,9 @@ class TFileStamp
 public:
     TFileStamp() = default; // a missing file
     static TFileStamp Of(const QString &fileName);
+    /// For another run of the program.
+    QString Text() const;
+    static TFileStamp Parse(const QString &text);
     bool operator==(const TFileStamp &) const = default;
 
 private:

@@ -131,22 +131,45 @@ TEST_F(TManagerSessionTest, WhatWasTypedSurvivesACrash)
 {
     OpenWorkspace();
     NewQuery("SELECT 'typed'");
-    Workspace().PageUtils().ShowQueryFromFile(Write("file.sql", "SELECT 2"), {}, 0, true);
+    const auto open = [this](const QString &name, const QString &text) {
+        Workspace().PageUtils().ShowQueryFromFile(Write(name, text), {}, 0, true);
+    };
+    open("file.sql", "SELECT 2");
     Type("/* unsaved */ ");
-    const QByteArray journal = JournalWith("/* unsaved */ SELECT 2");
+    open("void.sql", "SELECT 3");
+    Find<TTextEditor>(&QueryPage(), "edEditor")->SelectAll();
+    Type("");
+    open("twin.sql", "SELECT 4");
+    Type("/* twin */ ");
+    QByteArray journal = JournalWith("/* twin */ SELECT 4");
     ASSERT_FALSE(journal.isEmpty());
-    Trigger("actQuerySave");
     Workspace().CloseAllPages();
     CloseWorkspace();
     Write("file.sql", "SELECT 2");
 
-    // As a process that died leaves it: nobody holds its lock.
-    TFileUtils::WriteBinary(SessionFile(".5.journal"), journal);
+    // As a process that died leaves it: nobody holds its lock. Two pages were saved as one file.
+    const auto hex = [](const char *name) { return QByteArray(name).toHex().toUpper(); };
+    ASSERT_TRUE(journal.contains(hex("twin.sql")));
+    TFileUtils::WriteBinary(SessionFile(".5.journal"),
+                            journal.replace(hex("twin.sql"), hex("file.sql")));
     OpenWorkspace();
-    EXPECT_EQ(Texts(), (QStringList{"SELECT 'typed'", "/* unsaved */ SELECT 2"}));
-    EXPECT_TRUE(IsEnabled("actQuerySave")) << "the change is not in the file";
-    EXPECT_EQ(Read(FilePath("file.sql")), "SELECT 2");
+    EXPECT_EQ(Texts(),
+              (QStringList{"SELECT 'typed'", "/* unsaved */ SELECT 2", "", "/* twin */ SELECT 4"}));
     EXPECT_FALSE(QFile::exists(SessionFile(".5.journal")));
+
+    // Both files were written since.
+    for (const int page : {1, 2}) {
+        Workspace().SetActivePageIndex(page);
+        EXPECT_TRUE(IsEnabled("actQuerySave")) << "the change is not in the file";
+        const QString file = QueryPage().GetFileName();
+        const QByteArray before = Read(file);
+        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butNo"); }); // overwrite it?
+        Trigger("actQuerySave");
+        EXPECT_EQ(Read(file), before);
+        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+        Trigger("actQuerySave");
+        EXPECT_EQ(Read(file), Texts()[page].toUtf8());
+    }
 }
 
 TEST_F(TManagerSessionTest, HowATableIsBrowsedSurvivesACrash)

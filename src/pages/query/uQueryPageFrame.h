@@ -45,7 +45,10 @@ public:
     /// Whether the text, or a change of it, stands in no file.
     bool IsUnsaved() const;
     /// Changes of the file's text that a crash kept from being saved; before the page loads.
-    void RestoreUnsavedText(const QString &text);
+    /// `fileStamp` is what GetFileStamp gave with that text; empty when it is not known.
+    void RestoreUnsavedText(const QString &text, const QString &fileStamp);
+    /// Of the file as this page knows it.
+    QString GetFileStamp() const;
     /// Another number after each change of the text, and in each page.
     int Revision() const { return FRevision; }
     QString GetFileName() const { return FFileName; }
@@ -121,7 +124,8 @@ private:
     TDbmManager *FManager = nullptr;
     QString FFileName;
     QString FText;
-    QString FUnsavedText; // null when there is none
+    QString FUnsavedText;  // null when there is none
+    QString FUnsavedStamp; // of the file that FUnsavedText changes; empty when it is not known
     int FRevision = NewRevision();
     int FDroppedRevision = -1;
     TDropTextEvent FOnDropText;

@@ -44,6 +44,9 @@ void TQueryPageFrame::LoadFile()
     FEditorFrame->Editor().SetReadOnly(true);
     const QString text = FFile.Load(FFileName);
     FEditorFrame->Editor().SetReadOnly(false);
+    // Whoever changed the file since the crash is not overwritten without a question.
+    if (!FUnsavedStamp.isEmpty())
+        FFile.SetStamp(FUnsavedStamp);
     if (FUnsavedText.isNull()) {
         const QSignalBlocker quiet(FEditorFrame); // nobody has changed anything
         FEditorFrame->SetText(text);
@@ -156,9 +159,15 @@ bool TQueryPageFrame::IsUnsaved() const
     return FFileName.isEmpty() ? !GetText().isEmpty() : !FUnsavedText.isNull();
 }
 
-void TQueryPageFrame::RestoreUnsavedText(const QString &text)
+void TQueryPageFrame::RestoreUnsavedText(const QString &text, const QString &fileStamp)
 {
     FUnsavedText = text;
+    FUnsavedStamp = fileStamp;
+}
+
+QString TQueryPageFrame::GetFileStamp() const
+{
+    return FEditorFrame ? FFile.Stamp() : FUnsavedStamp;
 }
 
 QString TQueryPageFrame::GetText() const

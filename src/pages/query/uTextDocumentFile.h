@@ -15,6 +15,9 @@ public:
     bool IsUndecodable() const { return FForm.Encoding == teUndecodable; }
     /// Whether somebody else changed the file since it was read or written here.
     bool IsChangedOnDisk() const;
+    /// Of the file as it was read or written here; the text of a TFileStamp.
+    QString Stamp() const { return FStamp.Text(); }
+    void SetStamp(const QString &text) { FStamp = TFileStamp::Parse(text); }
     /// Raises EException with the path and the reason; the file is as it was then.
     void Save(const QString &text);
     void SaveAs(const QString &fileName, const QString &text);
