@@ -189,8 +189,9 @@ QList<TDbmIndexColumnEntity>
 TDbmTableDDLParser::ParseIndexColumns(const TDbmIndexEntity &index) const
 {
     QList<TDbmIndexColumnEntity> columns;
+    const QString text = ColumnsOf(FDDL, index);
     TRegExUtils::ForEachMatch(
-        ColumnsOf(FDDL, index), "(`\\w+`(?:\\(\\d+\\))?)", [&](const QRegularExpressionMatch &part) {
+        text, "(`\\w+`(?:\\(\\d+\\))?)", [&](const QRegularExpressionMatch &part) {
             const auto column = TRegExUtils::Match(part.captured(1), "`(\\w+)`(?:\\((\\d*)\\))?");
             if (!column.hasMatch())
                 return;
