@@ -28,7 +28,9 @@ std::vector<TManagerObjectsFrame::TActionRow> TManagerObjectsFrame::DatabaseActi
     const auto onTable = [this](TOnTable operation) {
         return [this, operation] {
             const TObjectsNode table = GetActiveTable();
-            (FUtils->*operation)(table.DatabaseName, table.Name);
+            // Through a reference: GCC 12 with its sanitizer takes the lambda for `this` otherwise.
+            TAppManagerUtils &utils = *FUtils;
+            (utils.*operation)(table.DatabaseName, table.Name);
         };
     };
     return {
