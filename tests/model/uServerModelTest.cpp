@@ -174,23 +174,27 @@ TEST_P(TServerModelTest, ListsOfTheServer)
 TEST_P(TServerModelTest, ThreadsAreKilledAndKeepTheirItems)
 {
     const auto other = NewManager();
-    const qint64 id = other->Processes().TryFind([](TDbmProcessItem &) { return true; })
-                          ? Value("SELECT MAX(id) FROM information_schema.processlist").toLongLong()
-                          : 0;
+    const auto idOf = [](TDbmManager &manager) {
+        return manager.Command()
+            .ExecQuery("SELECT CONNECTION_ID()")
+            .Query->Fields()[0]
+            ->Value()
+            .ToInt();
+    };
+    const qint64 own = idOf(*Manager); // other tests come and go on the same server
+    const qint64 victim = idOf(*other);
     TDbmProcessList::TItemPtr item;
     const auto find = [&] {
         return Manager->Processes().TryFind(
-            [&](TDbmProcessItem &process) { return process.Entity().User == "root"; }, item);
+            [&](TDbmProcessItem &process) { return process.Entity().Id == own; }, item);
     };
     ASSERT_TRUE(find());
     const auto before = item;
     Manager->Processes().RequestProcess();
     ASSERT_TRUE(find());
     EXPECT_EQ(item, before);
-    EXPECT_THROW(Manager->Commands().Processes().ExecuteKillConnection(id + 1000000),
+    EXPECT_THROW(Manager->Commands().Processes().ExecuteKillConnection(victim + 1000000),
                  EDacMySqlError);
-    const qint64 victim =
-        other->Command().ExecQuery("SELECT CONNECTION_ID()").Query->Fields()[0]->Value().ToInt();
     Manager->Commands().Processes().ExecuteKillConnection(victim);
     EXPECT_EQ(Server().Value(QString("SELECT COUNT(*) FROM information_schema.processlist WHERE "
                                      "id = %1 AND command <> 'Killed'")
