@@ -1,5 +1,6 @@
 #include "uBenchRows.h"
 
+#include "model/uDbmManager.h"
 #include "uBench.h"
 
 #include <cstdlib>
@@ -88,4 +89,16 @@ qint64 TBenchRows::BareLoop(st_mysql *session)
     }
     mysql_free_result(result);
     return static_cast<qint64>(buffer.Used());
+}
+
+std::unique_ptr<TDbmManager> TBenchRows::ConnectManager()
+{
+    TDbmConnectionProfile profile;
+    profile.HostName = "127.0.0.1";
+    profile.Port = TBench::ServerPort();
+    profile.UserName = "root";
+    auto manager = TDbmManager::Create();
+    manager->SetParams(profile);
+    manager->Connect();
+    return manager;
 }

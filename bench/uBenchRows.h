@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QString>
+#include <memory>
 
+class TDbmManager;
 struct st_mysql;
 
 /// The table of the measurements that read rows: a million of them with ten columns of mixed types,
@@ -21,6 +23,8 @@ public:
 
     /// A session over the plain client library.
     static st_mysql *Connect(const char *database);
+    /// The same through the product.
+    static std::unique_ptr<TDbmManager> ConnectManager();
     /// The bare loop that others are measured against: unbuffered, every cell copied into one
     /// buffer. Gives the bytes of all cells.
     static qint64 BareLoop(st_mysql *session);

@@ -56,18 +56,6 @@ void Prepare()
     mysql_close(session);
 }
 
-std::unique_ptr<TDbmManager> Connect()
-{
-    TDbmConnectionProfile profile;
-    profile.HostName = "127.0.0.1";
-    profile.Port = TBench::ServerPort();
-    profile.UserName = "root";
-    auto manager = TDbmManager::Create();
-    manager->SetParams(profile);
-    manager->Connect();
-    return manager;
-}
-
 TDbmTableList &TablesOf(TDbmManager &manager)
 {
     return manager.Databases().GetByName(Database)->Tables();
@@ -75,7 +63,7 @@ TDbmTableList &TablesOf(TDbmManager &manager)
 
 double ListTables()
 {
-    const auto manager = Connect();
+    const auto manager = TBenchRows::ConnectManager();
     TDbmTableList &tables = TablesOf(*manager);
     return TBench::Seconds([&] { tables.Count(); });
 }
@@ -93,7 +81,7 @@ double ListTablesBare()
 
 double ReadColumns()
 {
-    const auto manager = Connect();
+    const auto manager = TBenchRows::ConnectManager();
     TDbmTableList &tables = TablesOf(*manager);
     tables.Count();
     return TBench::Seconds(
@@ -115,7 +103,7 @@ double ReadColumnsBare()
 
 double ReadKeys(bool parse)
 {
-    const auto manager = Connect();
+    const auto manager = TBenchRows::ConnectManager();
     TDbmTableList &tables = TablesOf(*manager);
     tables.Count();
     const double fetch = TBench::Seconds(

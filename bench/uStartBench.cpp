@@ -8,6 +8,7 @@
 #include "shell/uMainForm.h"
 #include "shell/uManagerFrame.h"
 #include "uBench.h"
+#include "uBenchRows.h"
 
 #include <QCoreApplication>
 #include <QDialog>
@@ -58,13 +59,7 @@ void StartProduct()
     const TMainDataModule dataModule;
     TMainForm window;
     window.show();
-    TDbmConnectionProfile profile;
-    profile.HostName = "127.0.0.1";
-    profile.Port = TBench::ServerPort();
-    profile.UserName = "root";
-    auto manager = TDbmManager::Create();
-    manager->SetParams(profile);
-    manager->Connect();
+    auto manager = TBenchRows::ConnectManager();
     window.NewConnection(std::move(manager), "bench", "{id}");
     window.GetActiveManagerFrame()->Utils().NewQuery();
     window.repaint();

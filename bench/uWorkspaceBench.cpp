@@ -67,18 +67,6 @@ double Replay(const QStringList &statements)
     return seconds;
 }
 
-std::unique_ptr<TDbmManager> Connect()
-{
-    TDbmConnectionProfile profile;
-    profile.HostName = "127.0.0.1";
-    profile.Port = TBench::ServerPort();
-    profile.UserName = "root";
-    auto manager = TDbmManager::Create();
-    manager->SetParams(profile);
-    manager->Connect();
-    return manager;
-}
-
 /// The program's window, with one workspace that stays; kept to the end of the process.
 TMainForm &Window()
 {
@@ -99,7 +87,7 @@ TMainForm &Window()
             QCoreApplication::exit(0);
         });
         QCoreApplication::exec();
-        made->NewConnection(Connect(), "bench", {});
+        made->NewConnection(TBenchRows::ConnectManager(), "bench", {});
         return made;
     }();
     return *window;
@@ -110,7 +98,7 @@ struct TWorkspace
 {
     explicit TWorkspace(const QString &sessionId = {})
     {
-        Window().NewConnection(Connect(), "bench", sessionId);
+        Window().NewConnection(TBenchRows::ConnectManager(), "bench", sessionId);
         Frame = Window().GetActiveManagerFrame();
         Tree = Frame->findChild<TManagerObjectsFrame *>();
         Nodes = Tree->findChild<TVTTreeView *>("lvTree")->findChild<TVTDataManager *>();
@@ -260,7 +248,7 @@ void PrepareRows()
 
 double ShowPage(const TTableDataSessionData &data)
 {
-    const auto manager = Connect();
+    const auto manager = TBenchRows::ConnectManager();
     manager->Databases().Count();
     QStringList statements;
     manager->SetOnCommandBeforeExecute(
