@@ -99,6 +99,36 @@ TFieldType TypeOf(const st_mysql_field &field)
     }
 }
 
+QByteArrayView View(const char *bytes, uint size)
+{
+    return QByteArrayView(bytes, static_cast<qsizetype>(bytes ? size : 0));
+}
+
+QByteArrayView NameOf(const st_mysql_field &field)
+{
+    return View(field.name, field.name_length);
+}
+
+QByteArrayView OrgNameOf(const st_mysql_field &field)
+{
+    return View(field.org_name, field.org_name_length);
+}
+
+QByteArrayView TableOf(const st_mysql_field &field)
+{
+    return View(field.table, field.table_length);
+}
+
+QByteArrayView OrgTableOf(const st_mysql_field &field)
+{
+    return View(field.org_table, field.org_table_length);
+}
+
+QByteArrayView DatabaseOf(const st_mysql_field &field)
+{
+    return View(field.db, field.db_length);
+}
+
 int ClampedWidth(quint64 width)
 {
     constexpr quint64 Most = std::numeric_limits<int>::max();
@@ -108,22 +138,24 @@ int ClampedWidth(quint64 width)
 } // namespace
 
 TFieldInfo TFieldInfo::Read(const st_mysql_field &field, const TCharsetCodec &names,
-                            std::shared_ptr<const TCharsetCodec> codec)
+                            std::shared_ptr<const TCharsetCodec> codec,
+                            const st_mysql_field *before, const TFieldInfo *known)
 {
-    const auto view = [](const char *bytes, uint size) {
-        return QByteArrayView(bytes, static_cast<qsizetype>(bytes ? size : 0));
-    };
-    const QByteArrayView name = view(field.name, field.name_length);
-    const QByteArrayView orgName = view(field.org_name, field.org_name_length);
-    const QByteArrayView table = view(field.table, field.table_length);
-    const QByteArrayView orgTable = view(field.org_table, field.org_table_length);
     TFieldInfo info;
-    // Most columns have no alias, and decoding is most of the work here.
-    info.Name = names.Decode(name);
-    info.OrgName = orgName == name ? info.Name : names.Decode(orgName);
-    info.Table = names.Decode(table);
-    info.OrgTable = orgTable == table ? info.Table : names.Decode(orgTable);
-    info.Database = names.Decode(view(field.db, field.db_length));
+    // Decoding is most of the work here, and most columns have no alias and their neighbour's
+    // table.
+    info.Name = names.Decode(NameOf(field));
+    info.OrgName = OrgNameOf(field) == NameOf(field) ? info.Name : names.Decode(OrgNameOf(field));
+    const auto shared = [&](QByteArrayView (*bytesOf)(const st_mysql_field &),
+                            const QString &text) {
+        return before && bytesOf(*before) == bytesOf(field) ? text : names.Decode(bytesOf(field));
+    };
+    static const TFieldInfo none;
+    const TFieldInfo &last = known ? *known : none;
+    info.Table = shared(TableOf, last.Table);
+    info.OrgTable =
+        OrgTableOf(field) == TableOf(field) ? info.Table : shared(OrgTableOf, last.OrgTable);
+    info.Database = shared(DatabaseOf, last.Database);
     info.DataType = TypeOf(field);
     info.ServerType = field.type;
     info.Flags = field.flags;

@@ -49,9 +49,11 @@ struct TFieldInfo
     bool IsText = false;                        // bytes of the cell are characters
     std::shared_ptr<const TCharsetCodec> Codec; // of the cell's characters; never null
 
-    /// `codec` reads the cells of a column of text.
+    /// `codec` reads the cells of a column of text. `before` is the column ahead, or nullptr, and
+    /// `known` what was read of it: most columns of a result have the same table.
     static TFieldInfo Read(const st_mysql_field &field, const TCharsetCodec &names,
-                           std::shared_ptr<const TCharsetCodec> codec);
+                           std::shared_ptr<const TCharsetCodec> codec, const st_mysql_field *before,
+                           const TFieldInfo *known);
 
     bool IsNumeric() const;
     bool IsBinary() const

@@ -126,7 +126,9 @@ std::vector<TFieldInfo> TMySession::OpenRows()
     const MYSQL_FIELD *fields = mysql_fetch_fields(FResult.get());
     infos.reserve(count);
     for (uint i = 0; i < count; ++i)
-        infos.push_back(TFieldInfo::Read(fields[i], *FCodec, CodecOfColumn(fields[i].charsetnr)));
+        infos.push_back(TFieldInfo::Read(fields[i], *FCodec, CodecOfColumn(fields[i].charsetnr),
+                                         i ? &fields[i - 1] : nullptr,
+                                         i ? &infos[i - 1] : nullptr));
     return infos;
 }
 

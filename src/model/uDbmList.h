@@ -5,6 +5,7 @@
 
 #include <QHash>
 #include <algorithm>
+#include <vector>
 
 /// A lazily loaded list of items of one kind. A reload keeps the identity of the items that are
 /// still on the server, and all that hangs below them. Any read may raise what the load raises.
@@ -108,18 +109,22 @@ private:
     void Fill()
     {
         QList<TEntity> entities = SelectEntities();
+        std::vector<TEntity *> ordered;
+        ordered.reserve(static_cast<size_t>(entities.size()));
+        for (TEntity &entity : entities)
+            ordered.push_back(&entity);
         const auto comparer = CreateEntityComparer();
-        const auto isBefore = [&](const TEntity &left, const TEntity &right) {
-            return comparer(left, right) < 0;
+        const auto isBefore = [&](const TEntity *left, const TEntity *right) {
+            return comparer(*left, *right) < 0;
         };
-        // Servers give most lists in this order, and sorting moves each entity a dozen times.
-        if (!std::is_sorted(entities.begin(), entities.end(), isBefore))
-            std::stable_sort(entities.begin(), entities.end(), isBefore);
+        // Servers give most lists in this order.
+        if (!std::is_sorted(ordered.begin(), ordered.end(), isBefore))
+            std::stable_sort(ordered.begin(), ordered.end(), isBefore);
         FDict.reserve(entities.size());
-        for (TEntity &entity : entities) {
-            const TItemPtr item = FindOrCreate(GetEntityKey(entity));
+        for (TEntity *entity : ordered) {
+            const TItemPtr item = FindOrCreate(GetEntityKey(*entity));
             item->SetIsDelete(false);
-            item->SetEntity(std::move(entity));
+            item->SetEntity(std::move(*entity));
             FList.append(item);
         }
     }

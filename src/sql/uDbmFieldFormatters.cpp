@@ -116,7 +116,7 @@ void TDbmFieldFormatters::ParseDefault(const TDataSet &row, TDbmFieldEntity &fie
 void TDbmFieldFormatters::ParseExtra(const TDataSet &row, TDbmFieldEntity &field,
                                      const QString &extra) const
 {
-    if (!extra.isEmpty())
+    if (!extra.isEmpty() && extra != u"auto_increment")
         ParseExtraWords(row, field, extra);
     QStringList trailing;
     if (extra.contains(u"INVISIBLE", Qt::CaseInsensitive))

@@ -51,12 +51,12 @@ const QList<TDataTypeWords> &DataTypes()
     return types;
 }
 
-qint32 ToLength(const QString &text)
+qint32 ToLength(QStringView text)
 {
     bool ok = false;
     const qint32 value = text.trimmed().toInt(&ok);
     if (!ok)
-        throw EException(TFormat::Format("'%s' is not a valid integer value", {text}));
+        throw EException(TFormat::Format("'%s' is not a valid integer value", {text.toString()}));
     return value;
 }
 
@@ -70,8 +70,8 @@ void ParseArguments(const QString &text, TDbmFieldType &fieldType)
     const TDbmFieldDataType dataType = fieldType.DataType;
     if (TDbmFieldUtils::HaveDecimals(dataType)) {
         const qsizetype comma = text.indexOf(u',');
-        fieldType.Length = ToLength(comma < 0 ? QString() : text.left(comma));
-        fieldType.Decimals = ToLength(text.mid(comma + 1));
+        fieldType.Length = ToLength(QStringView(text).left(qMax<qsizetype>(comma, 0)));
+        fieldType.Decimals = ToLength(QStringView(text).mid(comma + 1));
     } else if (TDbmFieldUtils::HaveLength(dataType)) {
         fieldType.Length = ToLength(text);
         if (dataType == fdtTinyint && fieldType.Length == 1)
@@ -214,9 +214,13 @@ void TDbmFieldUtils::ParseType(const QString &text, TDbmFieldType &fieldType,
             ParseArguments(arguments, fieldType);
     }
     fieldType.Attrs = GetAttributes(fieldType.DataType);
-    const QString rest = QString(text).remove(name);
-    fieldType.Unsigned = rest.contains(u"UNSIGNED", Qt::CaseInsensitive);
-    fieldType.Zerofill = rest.contains(u"ZEROFILL", Qt::CaseInsensitive);
+    // Few types say either, and a list has thousands of columns.
+    const auto says = [&](QStringView word) {
+        return text.contains(word, Qt::CaseInsensitive) &&
+               QString(text).remove(name).contains(word, Qt::CaseInsensitive);
+    };
+    fieldType.Unsigned = says(u"UNSIGNED");
+    fieldType.Zerofill = says(u"ZEROFILL");
     fieldType.Binary = collation.endsWith(u"_bin", Qt::CaseInsensitive);
     fieldType.Collation = collation;
 }

@@ -74,7 +74,16 @@ TDateTime TDateTime::FromQDateTime(const QDateTime &value)
 
 TDateTime TDateTime::Now()
 {
-    return FromQDateTime(QDateTime::currentDateTime());
+    // Asking for the zone reads files, and a log asks with every statement. Clocks are set forward
+    // and back at whole seconds.
+    thread_local qint64 askedSecond = -1;
+    thread_local qint64 offset = 0;
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    if (const qint64 second = now / 1000; second != askedSecond) {
+        offset = QDateTime::fromMSecsSinceEpoch(now).offsetFromUtc() * qint64(1000);
+        askedSecond = second;
+    }
+    return FromQDateTime(QDateTime::fromMSecsSinceEpoch(now + offset, Qt::UTC));
 }
 
 bool TDateTime::TryEncode(int year, int month, int day, int hour, int minute, int second,

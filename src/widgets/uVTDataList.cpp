@@ -6,6 +6,13 @@
 #include <algorithm>
 #include <iterator>
 
+namespace {
+
+// A tree has thousands of lists with a node or two, and a hash is larger than these.
+constexpr std::size_t MostScanned = 8;
+
+} // namespace
+
 TVTDataList::~TVTDataList() = default;
 
 TVTDataItem *TVTDataList::Add(const QString &id, void *data, const QVector<int> &imageIndexes,
@@ -49,7 +56,7 @@ TVTDataItem *TVTDataList::AddHidden(const QString &id)
 
 TVTDataItem *TVTDataList::FindNode(const QString &id, bool recursive) const
 {
-    TVTDataItem *found = FByKey.value(Key(id));
+    TVTDataItem *found = FindHere(Key(id));
     if (found || !recursive)
         return found;
     for (const auto &item : FItems) {
@@ -58,6 +65,30 @@ TVTDataItem *TVTDataList::FindNode(const QString &id, bool recursive) const
             return found;
     }
     return nullptr;
+}
+
+TVTDataItem *TVTDataList::FindHere(const QString &key) const
+{
+    if (!FByKey.isEmpty())
+        return FByKey.value(key);
+    for (const TItems *items : {&FItems, &FHidden})
+        for (const auto &item : *items)
+            if (Key(item->FId) == key)
+                return item.get();
+    return nullptr;
+}
+
+void TVTDataList::Index(TVTDataItem *item)
+{
+    if (!FByKey.isEmpty()) {
+        FByKey.insert(Key(item->FId), item);
+        return;
+    }
+    if (FItems.size() + FHidden.size() <= MostScanned)
+        return;
+    for (const TItems *items : {&FItems, &FHidden})
+        for (const auto &known : *items)
+            FByKey.insert(Key(known->FId), known.get());
 }
 
 void TVTDataList::BeginUpdate()
@@ -115,7 +146,7 @@ TVTDataItem *TVTDataList::Make(const QString &id, TItems &items)
 {
     items.emplace_back(new TVTDataItem(this, id));
     TVTDataItem *item = items.back().get();
-    FByKey.insert(Key(id), item);
+    Index(item);
     FTouched = true;
     return item;
 }
@@ -125,9 +156,10 @@ bool TVTDataList::Rename(TVTDataItem *item, const QString &id)
     TVTDataItem *holder = FindNode(id);
     if (holder && holder != item)
         return false;
-    FByKey.remove(Key(item->FId));
+    const bool isIndexed = FByKey.remove(Key(item->FId)) > 0;
     item->FId = id;
-    FByKey.insert(Key(id), item);
+    if (isIndexed)
+        FByKey.insert(Key(id), item);
     return true;
 }
 

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-/// The children of one node, or the root nodes, each found by its key through a hash.
+/// The children of one node, or the root nodes, each found by its key; many through a hash.
 ///
 /// A refresh is one cycle: BeginUpdate marks all that is there, Add takes the mark from what is
 /// still wanted and makes what is new, EndUpdate removes what kept its mark. Nodes that stay keep
@@ -69,6 +69,8 @@ private:
     /// This list and all below may be out of order.
     void Touch();
     TVTDataItem *Make(const QString &id, TItems &items);
+    TVTDataItem *FindHere(const QString &key) const;
+    void Index(TVTDataItem *item);
     bool Rename(TVTDataItem *item, const QString &id);
     void ItemChanged(TVTDataItem *item);
     void NumberRows();
@@ -81,7 +83,7 @@ private:
     TVTDataItem *FParentItem;
     TItems FItems; // the first FShown are known to the view
     TItems FHidden;
-    QHash<QString, TVTDataItem *> FByKey;
+    QHash<QString, TVTDataItem *> FByKey; // empty while the nodes are few
     int FShown = 0;
     bool FTouched = false; // may be out of order
 };

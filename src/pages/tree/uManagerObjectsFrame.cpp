@@ -184,7 +184,8 @@ void TManagerObjectsFrame::SelectDatabase(const QString &name)
     if (!name.isEmpty())
         FChosenDatabase = name;
     FillDatabases();
-    if (cbxDatabase->count() > 0)
+    // Once: asking opens a lost session anew, and a failure would be a box in the user's way.
+    if (!FHasEvents && cbxDatabase->count() > 0)
         FHasEvents = FManager->Features().Events;
     DrawDatabase();
     UpdateActions();
@@ -225,7 +226,7 @@ void TManagerObjectsFrame::DrawDatabase()
         return;
     }
     pcBody->setCurrentWidget(lvTree);
-    FTree->Draw(*database, name != FLastDatabaseProcessed);
+    FTree->Draw(*database, FHasEvents, name != FLastDatabaseProcessed);
     FLastDatabaseProcessed = name;
 }
 

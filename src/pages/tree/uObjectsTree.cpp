@@ -65,7 +65,7 @@ TObjectsNode *TObjectsTree::Keep(const TObjectsNode &node)
     return &FNodes.emplace_back(node);
 }
 
-void TObjectsTree::Draw(TDbmDatabaseItem &database, bool expandFolders)
+void TObjectsTree::Draw(TDbmDatabaseItem &database, bool hasEvents, bool expandFolders)
 {
     // Nodes that stay refer to the old ones until they are drawn.
     std::deque<TObjectsNode> drawnBefore;
@@ -91,7 +91,7 @@ void TObjectsTree::Draw(TDbmDatabaseItem &database, bool expandFolders)
     DrawRoutines(
         database, procedures,
         folder("folder.functions", "Functions", routines.CountByType(rtFunction), 3, onkFunctions));
-    if (FManager->Features().Events)
+    if (hasEvents)
         DrawEvents(database,
                    folder("folder.events", "Events", database.Events().Count(), 4, onkEvents));
 }
