@@ -36,6 +36,8 @@ TEST(TDbmFileTextsTest, FitsBodiesForTheReaderOfFiles)
     EXPECT_EQ(TDbmFileTexts::Losses("SELECT '\\\n'"), QStringList{"line ends inside quoted texts"});
     EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN\n  SELECT '$$';\nEND $$"), "$$");
     EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN -- $$\n  SELECT 1; # //  \nEND"), "$$$");
+    EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN # $\x01$\x1f\r\nEND"), "//");
+    EXPECT_EQ(TDbmFileTexts::Delimiter("# $$\n# //\n# $$$\n# $END1$ \nEND"), "$end2$");
 }
 
 class TJobExactnessTest : public TJobRunsTest
