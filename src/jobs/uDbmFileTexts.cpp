@@ -77,6 +77,22 @@ QString TDbmFileTexts::Fitted(const QString &body, bool hasEscapes)
     return TRegExUtils::Replace(fitted, "(\\n[ \\t]*)(DELIMITER)", "\\1/**/\\2", CaseBlind);
 }
 
+QString TDbmFileTexts::FittedNames(const QString &text)
+{
+    QString fitted = text;
+    TRegExUtils::ForEachMatch(
+        text, Parts,
+        [&](const QRegularExpressionMatch &match) {
+            if (text[match.capturedStart()] != u'`')
+                return;
+            for (qsizetype i = match.capturedStart(); i < match.capturedEnd(); ++i)
+                if (text[i] < QChar(14) && text[i] != u'\t')
+                    fitted[i] = u'_';
+        },
+        Multiline);
+    return fitted;
+}
+
 QStringList TDbmFileTexts::Losses(const QString &body)
 {
     bool comments = false;
