@@ -111,6 +111,14 @@ void TDbmCommand::ExecuteQuery(const QString &sql, const TQueryAction &action)
     action(result.Query);
 }
 
+void TDbmCommand::ExecuteStatement(const QString &statement, const TQueryAction &action)
+{
+    PrepareQuery({}, nullptr);
+    Run(QStringLiteral(";"), [&] { ProcessStatement(statement); });
+    const TDbmCommandExecQueryResult result = TakeQueryResult();
+    action(result.Query);
+}
+
 void TDbmCommand::PrepareScript(TDbmCommandExecScriptOptions options)
 {
     FIsQuery = false;

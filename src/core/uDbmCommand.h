@@ -78,6 +78,8 @@ public:
     /// Runs the text, hands the rows over (nullptr when there were none) and frees them, also when
     /// the action raises.
     void ExecuteQuery(const QString &sql, const TQueryAction &action);
+    /// The same with one statement just as it stands, past the splitter.
+    void ExecuteStatement(const QString &statement, const TQueryAction &action);
 
     /// Everything that ran since the command was made, newest last; 257 items at most.
     TDbmCommandLog &Log() { return *FLog; }

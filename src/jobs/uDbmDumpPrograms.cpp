@@ -38,6 +38,14 @@ QString TDbmDumpUtils::DumpCreateView(const QString &view)
         entity.Algorithm = FManager->Commands().Views().ExecuteSelectAlgorithm(
             Escaped(FSourceDatabaseName), Escaped(view));
     entity.ViewName = Escaped(entity.ViewName);
+    // Views that stand on this one name the columns in the same way, so that they still fit.
+    const QString fitted =
+        FIntoFile ? TDbmFileTexts::FittedNames(entity.Definition) : entity.Definition;
+    if (fitted != entity.Definition)
+        LeaveOut("control characters in the names of columns of view \"%s\"; \"_\" takes their "
+                 "place",
+                 {view});
+    entity.Definition = fitted;
     return Carried(FFormatters->Views().FormatCreate(Target(), entity, true, false, false,
                                                      Escaped(FSourceDatabaseName)),
                    "view", view);

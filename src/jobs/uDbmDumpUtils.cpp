@@ -42,6 +42,24 @@ QString Options(const QString &ddl)
     return Tail(ddl).section(u'\n', 0, 0);
 }
 
+// Words of a column's definition outside of quotes and brackets, also those in the comments by
+// which servers hide them from others. A name is one where a value is given to it.
+QString ColumnWords(const QString &line)
+{
+    QString words;
+    int depth = 0;
+    TRegExUtils::ForEachMatch(line, "'(?:[^'\\\\]|''|\\\\.)*+'|`(?:[^`]|``)*+`(=?)|\\w+|[()]",
+                              [&](const QRegularExpressionMatch &match) {
+                                  const QChar first = line[match.capturedStart()];
+                                  if (first == u'(' || first == u')')
+                                      depth += first == u'(' ? 1 : -1;
+                                  else if (depth == 0 && first != u'\'' &&
+                                           (first != u'`' || match.capturedLength(1) > 0))
+                                      words += match.captured() + ' ';
+                              });
+    return words;
+}
+
 bool IsLiteralDefault(const QString &text)
 {
     return TRegExUtils::Match(text, "^(NULL|b'|'|-?\\d|0x|\\(|(CURRENT_TIMESTAMP|NOW)\\b)",
@@ -232,7 +250,7 @@ void TDbmDumpUtils::FitField(TDbmFieldEntity &field, const QString &table)
     TDbmFieldServerText &server = field.ServerText;
     // The CHECK of a column belongs to its type where JSON is a text with a condition.
     const QString check = TDbmFieldFormatters::ParseColumnCheck(DDL(table), field.FieldName);
-    if (!check.isEmpty() && server.Generated.isEmpty())
+    if (!check.isEmpty())
         server.Trailing = (server.Trailing + ' ' + check).trimmed();
     const QString fitted = FitCollation(field.FieldType.Collation);
     if (fitted != field.FieldType.Collation) {
@@ -412,6 +430,7 @@ void TDbmDumpUtils::NoteTable(const QString &table)
     if (tail.contains("WITH SYSTEM VERSIONING", Qt::CaseInsensitive))
         LeaveOut("system versioning of table \"%s\"", {table});
     NoteOptions(table);
+    NoteColumns(table);
 }
 
 void TDbmDumpUtils::NoteOptions(const QString &table)
@@ -427,6 +446,29 @@ void TDbmDumpUtils::NoteOptions(const QString &table)
                 LeaveOut("option %s of table \"%s\"", {option, table});
         },
         IgnoreCase);
+}
+
+// What the lists of the server do not tell of a column.
+void TDbmDumpUtils::NoteColumns(const QString &table)
+{
+    const QString attributes = "STORAGE|COLUMN_FORMAT|(?:SECONDARY_)?ENGINE_ATTRIBUTE|"
+                               "NOT SECONDARY|WITHOUT SYSTEM VERSIONING";
+    const QString pattern = "`((?:[^`]|``)*+)`=|\\b(" + attributes +
+                            // In its type, by a word that the other kind of server passes over.
+                            (FFeatures->MarkedDefaults ? "|COMPRESSED)\\b" : ")\\b");
+    // Nearly no table has any, and columns are many.
+    if (!TRegExUtils::IsMatch(DDL(table), pattern))
+        return;
+    for (const QString &line : TStringUtils::Lines(DDL(table))) {
+        const auto name = TRegExUtils::Match(line, "^  `((?:[^`]|``)*+)` ");
+        if (!name.hasMatch())
+            continue;
+        TRegExUtils::ForEachMatch(
+            ColumnWords(line), pattern, [&](const QRegularExpressionMatch &match) {
+                LeaveOut("option %s of column \"%s\" of table \"%s\"",
+                         {match.captured(1) + match.captured(2), name.captured(1), table});
+            });
+    }
 }
 
 bool TDbmDumpUtils::CanWrite(const char *kind, const QString &name)

@@ -95,6 +95,7 @@ private:
     void FitIndex(TDbmWholeIndex &index, const QString &table);
     void FitDefault(TDbmFieldEntity &field);
     void NoteOptions(const QString &table);
+    void NoteColumns(const QString &table);
     void ReadSequences();
     TDbmDatabaseEntity TargetDatabase();
     void FitField(TDbmFieldEntity &field, const QString &table);

@@ -77,6 +77,22 @@ QString TDbmFileTexts::Fitted(const QString &body, bool hasEscapes)
     return TRegExUtils::Replace(fitted, "(\\n[ \\t]*)(DELIMITER)", "\\1/**/\\2", CaseBlind);
 }
 
+QString TDbmFileTexts::FittedNames(const QString &text)
+{
+    QString fitted = text;
+    TRegExUtils::ForEachMatch(
+        text, Parts,
+        [&](const QRegularExpressionMatch &match) {
+            if (text[match.capturedStart()] != u'`')
+                return;
+            for (qsizetype i = match.capturedStart(); i < match.capturedEnd(); ++i)
+                if (text[i] < QChar(14) && text[i] != u'\t')
+                    fitted[i] = u'_';
+        },
+        Multiline);
+    return fitted;
+}
+
 QStringList TDbmFileTexts::Losses(const QString &body)
 {
     bool comments = false;
@@ -101,15 +117,22 @@ QStringList TDbmFileTexts::Losses(const QString &body)
 
 QString TDbmFileTexts::Delimiter(const QString &program)
 {
-    const QStringList delimiters{"$$", "//", "$$$", "@@@", "|||", "$end$"};
-    const QStringList lines = program.split(u'\n');
+    // As the reader sees it: what it drops may stand inside a delimiter, what it trims behind one.
+    QString read;
+    for (qsizetype i = 0; i < program.size(); ++i)
+        if (program[i] != u'\r' && !IsDropped(program, i))
+            read += program[i];
     const auto isFree = [&](const QString &delimiter) {
-        return std::none_of(lines.begin(), lines.end() - 1, [&](const QString &line) {
-            return line.trimmed().endsWith(delimiter, Qt::CaseInsensitive);
-        });
+        return !TRegExUtils::IsMatch(
+            read, QRegularExpression::escape(delimiter) + "[\\x00-\\x20]*\\n", CaseBlind);
     };
-    const auto found = std::find_if(delimiters.begin(), delimiters.end(), isFree);
-    return found == delimiters.end() ? delimiters.first() : *found;
+    for (const char *delimiter : {"$$", "//", "$$$"})
+        if (isFree(delimiter))
+            return delimiter;
+    QString delimiter;
+    for (int i = 1; delimiter.isEmpty() || !isFree(delimiter); ++i)
+        delimiter = QString("$end%1$").arg(i); // lower case: so it comes back from the file
+    return delimiter;
 }
 
 QString TDbmFileTexts::HexLiteral(const QString &text)

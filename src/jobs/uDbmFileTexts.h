@@ -15,6 +15,9 @@ public:
     /// inside quotes as escapes, other lines that the reader would take otherwise shielded.
     /// `hasEscapes` is false where backslashes are none.
     static QString Fitted(const QString &body, bool hasEscapes);
+    /// The text with an underscore for each line end, and each character that the reader drops, in
+    /// a name between backticks: it has no escape there, and the rest would be a line of its own.
+    static QString FittedNames(const QString &text);
     /// What of the fitted body does not come back, in words; empty for nearly every one.
     static QStringList Losses(const QString &body);
     /// The delimiter of stored programs, or another one where a line inside the text ends so.

@@ -42,7 +42,7 @@ public:
 
     TDbmDatabaseItem &Database() const;
     /// Each view behind every view that its definition names with its database; views of a cycle
-    /// stand in the order of the list.
+    /// stand in any order.
     TItems ToDependencySortedArray();
 
 protected:

@@ -2,10 +2,20 @@
 
 #include "sql/uVariantUtils.h"
 
+// Past the splitter, as the rows that are counted are read: it would end a condition of several
+// lines at a delimiter inside a text, and drop lines of it that begin as comments.
 qint64 TDbmDataCommands::SelectCount(const QString &statement)
 {
-    return SafeExecuteToValue<qint64>(
-        statement, [](const TDataSet &row) { return TFieldReading::Int64(row.FieldAt(0)); }, 0);
+    qint64 count = 0;
+    SafeExecute(statement, [&](const QString &text) {
+        FProvider->Command().ExecuteStatement(text, [&](TDataSet *rows) {
+            if (!rows || rows->IsEmpty())
+                return;
+            rows->First();
+            count = TFieldReading::Int64(rows->FieldAt(0));
+        });
+    });
+    return count;
 }
 
 qint64 TDbmDataCommands::ExecuteSelectRowCount(const QString &database, const QString &table)

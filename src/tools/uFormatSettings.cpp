@@ -10,15 +10,18 @@ namespace {
 const QString ServersDate = QStringLiteral("yyyy/mm/dd");
 const QString ServersTime = QStringLiteral("HH:mm:ss");
 
-// Puts the placeholder where the format has its separator, and gives the separator.
+// Puts the placeholder where the format has its separator, and gives the separator. A language
+// that writes units or blanks between the numbers has none: they stay, and the placeholder is
+// given.
 QString TakeSeparator(QString &format, QChar placeholder)
 {
     // Marks of direction stand beside the separator in right-to-left languages.
     format.remove(QRegularExpression("[\\x{200e}\\x{200f}]"));
-    static const QRegularExpression quoted("'[^']*'"), other("[^A-Za-z]");
-    const QString separator = other.match(QString(format).remove(quoted)).captured();
-    if (!separator.isEmpty())
-        format.replace(separator, placeholder);
+    static const QRegularExpression quoted("'[^']*'"), mark("(?<=[A-Za-z])\\p{P}");
+    const QString separator = mark.match(QString(format).remove(quoted)).captured();
+    if (separator.isEmpty())
+        return placeholder;
+    format.replace(separator, placeholder);
     return separator;
 }
 

@@ -93,8 +93,9 @@ void TCompletionList::FitSize()
     const int row = qMax(1, FView->sizeHintForRow(0));
     const int scrollBar = FView->verticalScrollBar()->sizeHint().width();
     const int frame = 2 * frameWidth();
-    const int lines = qBound(1, static_cast<int>(texts.size()), LinesInWindow);
-    resize(qMin(width + scrollBar + 16, WidestWidth) + frame, lines * row + frame);
+    // The same height for few texts: a list that grows and shrinks under the caret while one types
+    // is restless, and may jump to the other side of the line.
+    resize(qMin(width + scrollBar + 16, WidestWidth) + frame, LinesInWindow * row + frame);
     QPoint corner = FCorner;
     if (const QScreen *screen = FEditor->screen()) {
         const QRect room = screen->availableGeometry();

@@ -202,12 +202,16 @@ TEST_P(TForeignTextTest, NamesWithLineEndsAreLeftOutAndNamed)
     Exec("CREATE TABLE plain (" + name + " INT)");
     Exec("CREATE TABLE keyed (id INT, KEY " + name + " (id))");
     Exec("CREATE VIEW " + Quoted(Attack("v\n")) + " AS SELECT 1 AS one");
+    Exec("CREATE VIEW below AS SELECT 1 AS " +
+         Quoted("a;\nDROP TABLE " + FVictim->Name() + ".victim;\nb"));
+    Exec("CREATE VIEW onto AS SELECT * FROM below");
     const TJobRun run = Dump();
     EXPECT_EQ(run.Error, "");
-    for (const char *part : {"\"plain\"", "\"keyed\"", "view \"v"})
+    for (const char *part : {"\"plain\"", "\"keyed\"", "view \"v", "columns of view \"below\""})
         EXPECT_THAT(run.LeftOut().join('\n').toStdString(), HasSubstr(part));
     Server().Exec("DROP DATABASE " + Name());
     EXPECT_EQ(Load().Error, "");
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM onto"), "1");
 }
 
 ON_BOTH_SERVERS(TDumpFilesTest);

@@ -36,6 +36,8 @@ TEST(TDbmFileTextsTest, FitsBodiesForTheReaderOfFiles)
     EXPECT_EQ(TDbmFileTexts::Losses("SELECT '\\\n'"), QStringList{"line ends inside quoted texts"});
     EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN\n  SELECT '$$';\nEND $$"), "$$");
     EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN -- $$\n  SELECT 1; # //  \nEND"), "$$$");
+    EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN # $\x01$\x1f\r\nEND"), "//");
+    EXPECT_EQ(TDbmFileTexts::Delimiter("# $$\n# //\n# $$$\n# $END1$ \nEND"), "$end2$");
 }
 
 class TJobExactnessTest : public TJobRunsTest
@@ -166,10 +168,27 @@ TEST_P(TJobExactnessTest, WhatATableHasIsCarriedOrNamed)
     Exec("CREATE TABLE last_one (id INT) ENGINE=MyISAM CHECKSUM=1");
     Exec("CREATE TABLE c (v VARCHAR(20) CHARACTER SET utf8mb4 DEFAULT _utf8mb4 0x6101620C0A27"
          " COMMENT 'a\x02z', n VARCHAR(20) CHARACTER SET utf8mb4 DEFAULT _utf8mb4 0x610062)");
+    const bool isMySQL = GetParam() == skMySQL;
+    if (isMySQL)
+        Exec("CREATE TABLE x (`a b` INT STORAGE DISK COLUMN_FORMAT FIXED COMMENT 'NOT SECONDARY',"
+             " c INT SECONDARY_ENGINE_ATTRIBUTE '{\"x\": 1}', d INT NOT SECONDARY,"
+             " e INT AS (c = 1))");
+    else
+        Exec("SET sql_mode = 'IGNORE_BAD_TABLE_OPTIONS'; CREATE TABLE x (`a b` INT COMMENT"
+             " '`STORAGE`=' zoo='COLUMN_FORMAT', c INT WITHOUT SYSTEM VERSIONING, d INT,"
+             " e INT AS (c = 1) CHECK (e < 9)) WITH SYSTEM VERSIONING");
     const TJobRun run = Dump();
     QStringList named{"option MAX_ROWS of table \"o\"", "option MIN_ROWS of table \"o\"",
                       "option AVG_ROW_LENGTH of table \"o\"",
                       "control characters in the definition of table \"c\""};
+    named += isMySQL
+                 ? QStringList{"option STORAGE of column \"a b\" of table \"x\"",
+                               "option COLUMN_FORMAT of column \"a b\" of table \"x\"",
+                               "option SECONDARY_ENGINE_ATTRIBUTE of column \"c\" of table \"x\"",
+                               "option NOT SECONDARY of column \"d\" of table \"x\""}
+                 : QStringList{"option zoo of column \"a b\" of table \"x\"",
+                               "option WITHOUT SYSTEM VERSIONING of column \"c\" of table \"x\"",
+                               "system versioning of table \"x\""};
     for (QString &line : named)
         line.prepend("Left out: ");
     EXPECT_THAT(run.LeftOut(), testing::UnorderedElementsAreArray(named));
@@ -181,6 +200,8 @@ TEST_P(TJobExactnessTest, WhatATableHasIsCarriedOrNamed)
         EXPECT_THAT(options.toStdString(), HasSubstr(option));
     EXPECT_EQ(FDatabase->Rows("SHOW CREATE TABLE last_one").value(0).value(1).count("CHECKSUM=1"),
               1);
+    EXPECT_EQ(FDatabase->Rows("SHOW CREATE TABLE x").value(0).value(1).contains("CHECK (`e` < 9)"),
+              !isMySQL);
     Exec("INSERT INTO c VALUES (DEFAULT, DEFAULT)");
     EXPECT_EQ(FDatabase->Rows("SELECT HEX(v), HEX(n) FROM c").value(0),
               (QStringList{"6101620C0A27", "610062"}));

@@ -61,6 +61,31 @@ TEST_F(TManagerTest, ListsDatabasesWithOneStatement)
     }
 }
 
+TEST_F(TManagerTest, AReloadOfEverythingAsksForEachListAgain)
+{
+    Exec("CREATE TABLE r (id INT)");
+    Manager->Connect();
+    const auto data = Manager->DataPool().AddData();
+    data->SetParams(Database().Name(), "r");
+    const auto asks = [this](auto &...lists) {
+        return QList<bool>{(Statements.clear(), lists.Count(), !Statements.isEmpty())...};
+    };
+    const auto all = [&] {
+        TDbmManager &m = *Manager;
+        QList<bool> asked = asks(m.Databases(), m.UsersPrivileges(), m.Processes(), m.Engines(),
+                                 m.GlobalVariables(), m.SessionVariables(), m.GlobalStatus(),
+                                 m.SessionStatus(), m.Charsets(), m.Collations(), m.Plugins());
+        Statements.clear();
+        data->GetDataset();
+        return asked << !Statements.isEmpty();
+    };
+    EXPECT_EQ(all(), QList<bool>(12, true));
+    EXPECT_EQ(all(), QList<bool>(12, false));
+    Manager->RequestProcess();
+    EXPECT_EQ(all(), QList<bool>(12, true));
+    Manager->DataPool().ReleaseData(data);
+}
+
 TEST_F(TManagerTest, ABoundConnectionHasOneDatabase)
 {
     BindTo(Database().Name());

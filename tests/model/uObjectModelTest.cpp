@@ -85,6 +85,15 @@ TEST_P(TObjectModelTest, ViewsComeBehindWhatTheyStandOn)
     for (const auto &view : Database().Views().ToDependencySortedArray())
         names.append(view->ViewName());
     EXPECT_EQ(names, QStringList({"z", "m", "a", "loop2"}));
+    // A name inside a text counts as well, and so do two of them that go in a circle.
+    Exec("CREATE VIEW n AS SELECT '`" + Name() + "`.`o`' AS a FROM m");
+    Exec("CREATE VIEW o AS SELECT '`" + Name() + "`.`n`' AS a FROM m");
+    Database().Views().RequestProcess();
+    names.clear();
+    for (const auto &view : Database().Views().ToDependencySortedArray())
+        names.append(view->ViewName());
+    EXPECT_EQ(names.size(), 6);
+    EXPECT_LT(names.indexOf("m"), qMin(names.indexOf("n"), names.indexOf("o")));
 }
 
 TEST_P(TObjectModelTest, RoutinesAreCopiedWhole)

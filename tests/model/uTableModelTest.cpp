@@ -490,6 +490,9 @@ TEST_P(TTableModelTest, PagesOfRows)
     Exec("DELETE FROM t WHERE id = 5");
     data->SetWhereCommandText("id < 10");
     EXPECT_EQ(data->GetDataset().RecordCount(), 8) << "back to what was shown";
+    data->SetWhereCommandText("id < 10\n# all; but\nAND txt <> ';\n-- x'");
+    EXPECT_EQ(data->GetDataset().RecordCount(), 8);
+    EXPECT_EQ(data->RowCount(), 8) << "lines that a script would drop or end at count too";
     Manager->DataPool().ReleaseData(data);
 }
 

@@ -85,6 +85,9 @@ TEST_F(TDatasetExportTextTest, TheSystemsFormatsAreTheDefault)
     const QString sql = "SELECT 1.5, 2.5e0, CAST('2024-02-09 13:05:07' AS DATETIME),"
                         " CAST('2024-02-29' AS DATE), CAST('2024-02-29 00:07:00' AS DATETIME),"
                         " CAST('2024-02-10 00:00:00' AS DATETIME), CAST('11:02:03' AS TIME)";
+    // Neither a unit nor a blank is what the dialog calls a delimiter.
+    for (const char *locale : {"ja_JP", "ko_KR", "fr_CA", "ta_IN", "nn_NO"})
+        EXPECT_EQ(TFormatSettings::Of(QLocale(locale)).TimeSeparator, ":") << locale;
     const TRow rows[] = {
         {"de_DE", "1,5;2,5;09.02.2024 13:05:07;29.02.2024;29.02.2024 00:07:00;10.02.2024;"
                   "11:02:03;\r\n"},
@@ -94,6 +97,8 @@ TEST_F(TDatasetExportTextTest, TheSystemsFormatsAreTheDefault)
                   "11:02:03;\r\n"},
         {"fr_CA", "1,5;2,5;2024-02-09 13 h 05 min 07 s;2024-02-29;2024-02-29 00 h 07 min 00 s;"
                   "2024-02-10;11 h 02 min 03 s;\r\n"},
+        {"ja_JP", "1.5;2.5;2024/02/09 13時05分07秒;2024/02/29;2024/02/29 0時07分00秒;2024/02/10;"
+                  "11時02分03秒;\r\n"},
         {"es_ES", "1,5;2,5;9/2/2024 13:05:07;29/2/2024;29/2/2024 0:07:00;10/2/2024;11:02:03;\r\n"},
     };
     FExport.FOptions.FieldDelimiter = u';';

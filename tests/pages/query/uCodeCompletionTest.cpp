@@ -17,6 +17,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QListView>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -80,7 +81,9 @@ TEST_F(TCodeCompletionTest, TheListOpensNarrowsAndInserts)
     Press(Qt::Key_Backspace);
     Press(Qt::Key_Backspace);
     Press(Qt::Key_Space, Qt::ControlModifier);
-    EXPECT_NE(List(), nullptr);
+    ASSERT_NE(List(), nullptr);
+    EXPECT_LT(Shown().size(), 10);
+    EXPECT_GE(List()->height(), 10 * List()->findChild<QListView *>()->sizeHintForRow(0));
     Press(Qt::Key_Escape);
     EXPECT_EQ(List(), nullptr);
     EXPECT_EQ(Editor().Text(), "upd");
