@@ -1,13 +1,12 @@
 #include "client/uSSHTransport.h"
 #include "support/uException.h"
+#include "uTestSocket.h"
 #include "uTestSshServer.h"
 
 #include <gtest/gtest.h>
 #include <libssh/server.h>
 #include <memory>
-#include <netinet/in.h>
 #include <stdexcept>
-#include <sys/socket.h>
 #include <thread>
 
 namespace {
@@ -30,10 +29,7 @@ public:
         ssh_bind_options_set(FBind.get(), SSH_BIND_OPTIONS_BINDPORT, &any);
         if (ssh_bind_listen(FBind.get()) != SSH_OK)
             throw std::runtime_error(ssh_get_error(FBind.get()));
-        sockaddr_in address{};
-        socklen_t size = sizeof address;
-        ::getsockname(ssh_bind_get_fd(FBind.get()), reinterpret_cast<sockaddr *>(&address), &size);
-        FPort = ntohs(address.sin_port);
+        FPort = TTestSocket::PortOf(ssh_bind_get_fd(FBind.get()));
         FThread = std::thread([this] { Serve(); });
     }
     ~TPasswordServer() { FThread.join(); }
