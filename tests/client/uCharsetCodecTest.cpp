@@ -6,44 +6,30 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-struct TCase
+// How the other sets are spoken is seen where text goes through a server.
+TEST(TCharsetCodec, GoesBothWays)
 {
-    const char *Name;
-    const char *Charset;
-    QString Text;
-    QByteArray Bytes;
-};
-
-const TCase Cases[] = {
-    {"Utf8HasFourBytes", "utf8mb4", u"я€😀"_s, "\xD1\x8F\xE2\x82\xAC\xF0\x9F\x98\x80"},
-    {"Latin1IsTheWindowsOne", "latin1", u"é€“"_s, "\xE9\x80\x93"},
-    {"Latin1HasNoHoles", "latin1", u"\u0081\u008D\u009D"_s, "\x81\x8D\x9D"},
-    {"Cyrillic", "cp1251", u"Привет"_s, "\xCF\xF0\xE8\xE2\xE5\xF2"},
-    {"HighSecondByteMayBeABackslash", "gbk", u"運"_s, "\xDF\x5C"},
-    {"CzechOfTheServersOwn", "keybcs2", u"Žluť\u00A0"_s, "\x92lu\x9F\xFF"},
-    {"Japanese", "sjis", u"ソ"_s, "\x83\x5C"},
-    {"UnicodeWithTheHighByteFirst", "ucs2", u"aя"_s, QByteArray("\0a\x04\x4F", 4)},
-    {"NulIsACharacter", "latin1", u"a\0b"_s, QByteArray("a\0b", 3)},
-};
-
-class TCharsetCodecText : public ::testing::TestWithParam<TCase>
-{};
-
-TEST_P(TCharsetCodecText, GoesBothWays)
-{
-    const TCase &c = GetParam();
-    const auto codec = TCharsetCodec::Create(c.Charset);
-    ASSERT_TRUE(codec);
-    QString decoded;
-    QByteArray encoded;
-    EXPECT_TRUE(codec->TryDecode(c.Bytes, decoded));
-    EXPECT_EQ(decoded, c.Text);
-    EXPECT_TRUE(codec->TryEncode(c.Text, encoded));
-    EXPECT_EQ(encoded, c.Bytes);
+    const struct
+    {
+        const char *Charset;
+        QString Text;
+        QByteArray Bytes;
+    } cases[] = {
+        {"latin1", u"é€“\0"_s, QByteArray("\xE9\x80\x93\0", 4)}, // Windows' own, and NUL
+        {"latin1", u"\u0081\u008D\u009D"_s, "\x81\x8D\x9D"},
+        {"keybcs2", u"Žluť\u00A0"_s, "\x92lu\x9F\xFF"},
+        {"ucs2", u"aя"_s, QByteArray("\0a\x04\x4F", 4)},
+    };
+    for (const auto &c : cases) {
+        const auto codec = TCharsetCodec::Create(c.Charset);
+        QString decoded;
+        QByteArray encoded;
+        EXPECT_TRUE(codec->TryDecode(c.Bytes, decoded)) << c.Charset;
+        EXPECT_EQ(decoded, c.Text) << c.Charset;
+        EXPECT_TRUE(codec->TryEncode(c.Text, encoded)) << c.Charset;
+        EXPECT_EQ(encoded, c.Bytes) << c.Charset;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Sets, TCharsetCodecText, ::testing::ValuesIn(Cases),
-                         [](const auto &info) { return std::string(info.param.Name); });
 
 TEST(TCharsetCodec, TellsWhatHasNoPlace)
 {

@@ -3,8 +3,7 @@
 #include "client/uMyConnection.h"
 #include "client/uMyQuery.h"
 #include "uTestDatabase.h"
-
-#include <functional>
+#include "uTestErrors.h"
 
 /// Points a connection at a server, as root and with the text in UTF-8.
 inline void Aim(TMyConnection &connection, const TTestServer &server, const QString &database = {})
@@ -27,17 +26,6 @@ inline EMyError ErrorOf(const std::function<void()> &operation)
         return error;
     }
     return EMyError(0, QString());
-}
-
-/// The text of any of the system's exceptions; empty when nothing is thrown.
-inline std::string MessageOf(const std::function<void()> &operation)
-{
-    try {
-        operation();
-    } catch (const EException &error) {
-        return error.Message().toStdString();
-    }
-    return {};
 }
 
 /// A database on the run's MariaDB and a connection of the product's to it.

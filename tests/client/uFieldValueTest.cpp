@@ -183,8 +183,7 @@ TEST_F(TFieldValueOnServer, SurvivesReadingAndWritingOnMySql)
     Survive(*TTestServer::MySql9(), MySqlValues);
 }
 
-class TFieldTest : public TClientTest
-{};
+using TFieldTest = TClientTest;
 
 TEST_F(TFieldTest, TellsColumnsApart)
 {

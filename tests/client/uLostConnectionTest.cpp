@@ -85,19 +85,6 @@ TEST_F(TLostConnection, OnMySqlIsToldByTheSameCodes)
     }
 }
 
-TEST_F(TLostConnection, TheNewSessionHasWhatTheLostOneHad)
-{
-    TTestDatabase other;
-    FConnection.Execute("USE `" + other.Name() + '`');
-    FConnection.Execute("SET NAMES cp1251");
-    FConnection.Execute("SET autocommit = 0");
-    EXPECT_TRUE(Lose().CanRepeat());
-    EXPECT_EQ(Ask("SELECT DATABASE()"), other.Name().toStdString());
-    EXPECT_EQ(Ask("SELECT @@character_set_results"), "cp1251");
-    EXPECT_EQ(Ask("SELECT @@autocommit"), "0");
-    EXPECT_EQ(Ask("SELECT HEX('я')"), "FF");
-}
-
 TEST_F(TLostConnection, AnotherWayToTheServerKeepsWhatTheLostOneHad)
 {
     TTestDatabase other;
@@ -181,7 +168,6 @@ TEST_F(TLostConnection, AKilledStatementIsNoLostSessionButTheNextOneWorks)
 
 TEST_F(TLostConnection, InTheMiddleOfRowsClosesTheDatasetAndCanBeRepeated)
 {
-    const QString sql = "SELECT seq, REPEAT('x', 100) FROM seq_1_to_200000";
     struct TCounting : TDataLink
     {
         void ActiveChanged() override { ++Told; }
@@ -193,7 +179,7 @@ TEST_F(TLostConnection, InTheMiddleOfRowsClosesTheDatasetAndCanBeRepeated)
     query.SetSQL("SELECT 1");
     query.Execute();
     link.Told = 0;
-    query.SetSQL(sql);
+    query.SetSQL("SELECT seq, REPEAT('x', 100) FROM seq_1_to_200000");
     FProxy.CutAfter(1000000);
     const EMyError error = ErrorOf([&] { query.Execute(); });
     FProxy.Resume();

@@ -2,7 +2,6 @@
 
 #include "client/uMySession.h"
 #include "uClientTools.h"
-#include "uTcpProxy.h"
 
 #include <gmock/gmock.h>
 #include <mysql.h>
@@ -12,59 +11,26 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-class TMyConnectionTest : public TClientTest
-{};
+using TMyConnectionTest = TClientTest;
 
-struct TWrong
-{
-    const char *Name;
-    std::function<void(TMyConnection &)> Break;
-    int Code;
-};
-
-const TWrong Wrongs[] = {
-    {"Password", [](TMyConnection &c) { c.Password = "wrong"; }, 1045},
-    {"Database", [](TMyConnection &c) { c.Database = "no_such_database"; }, 1049},
-    {"Port", [](TMyConnection &c) { c.Port = 1; }, 2002},
-    {"NoPort", [](TMyConnection &c) { c.Port = 0; }, 2003},
-    {"Host", [](TMyConnection &c) { c.Server = "no.such.host.invalid"; }, 2005},
-    {"Charset",
-     [](TMyConnection &c) {
-         c.Options.UseUnicode = false;
-         c.Options.Charset = "klingon";
-     },
-     2019},
-};
-
+// Those that the layers above turn into texts of their own; the others are tested there.
 TEST_F(TMyConnectionTest, WrongParametersAreErrorsAndTheNextTryWorks)
 {
-    for (const TWrong &wrong : Wrongs) {
-        TMyConnection connection;
-        Aim(connection, Server(), Database().Name());
-        int told = 0;
-        connection.SetOnError(
-            [&](TMyConnection *, const EMyError &e, bool &) { told = e.ErrorCode(); });
-        wrong.Break(connection);
-        const EMyError error = ErrorOf([&] { connection.Connect(); });
-        EXPECT_EQ(error.ErrorCode(), wrong.Code) << wrong.Name << error.what();
-        EXPECT_EQ(told, wrong.Code) << wrong.Name;
-        EXPECT_FALSE(connection.Connected());
-        Aim(connection, Server(), Database().Name());
-        connection.Connect();
-        EXPECT_TRUE(connection.Connected()) << wrong.Name;
-    }
-}
-
-TEST_F(TMyConnectionTest, AServerThatNeverAnswersIsGivenUp)
-{
-    TBlackHole hole;
-    FConnection.Server = hole.Host();
-    FConnection.Port = hole.Port();
-    FConnection.ConnectionTimeout = 1;
-    const EMyError error = ErrorOf([&] { FConnection.Connect(); });
-    EXPECT_EQ(error.ErrorCode(), 2013);
-    EXPECT_FALSE(error.CanRepeat());
+    int told = 0;
+    FConnection.SetOnError(
+        [&](TMyConnection *, const EMyError &e, bool &) { told = e.ErrorCode(); });
+    FConnection.Server = "no.such.host.invalid";
+    EXPECT_EQ(ErrorOf([&] { FConnection.Connect(); }).ErrorCode(), 2005);
+    EXPECT_EQ(told, 2005);
     EXPECT_FALSE(FConnection.Connected());
+    Aim(FConnection, Server(), Database().Name());
+    FConnection.Options.UseUnicode = false;
+    FConnection.Options.Charset = "klingon";
+    EXPECT_EQ(ErrorOf([&] { FConnection.Connect(); }).ErrorCode(), 2019);
+    EXPECT_EQ(told, 2019);
+    Aim(FConnection, Server(), Database().Name());
+    FConnection.Connect();
+    EXPECT_TRUE(FConnection.Connected());
 }
 
 TEST_F(TMyConnectionTest, AStatementMayTakeLongerThanTheHandshake)
@@ -224,15 +190,6 @@ TEST_F(TMyConnectionTest, ServerMessagesAreReadInTheSessionsSet)
     FConnection.Options.Charset = "cp1251";
     EXPECT_THAT(MessageOf([&] { FConnection.Execute("SELECT * FROM `таблица`"); }),
                 ::testing::HasSubstr("таблица"));
-}
-
-TEST_F(TMyConnectionTest, AnOldServerGetsTheUnicodeItKnows)
-{
-    const auto old = TTestServer::Start({"--version=5.0.95-log"});
-    TMyConnection connection;
-    Aim(connection, *old);
-    connection.Connect();
-    EXPECT_EQ(connection.ServerVersion(), QString("5.0.95-log"));
 }
 
 } // namespace

@@ -9,8 +9,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using ::testing::HasSubstr;
 
-class TMyQueryTest : public TClientTest
-{};
+using TMyQueryTest = TClientTest;
 
 TEST_F(TMyQueryTest, KeepsTheLastAnswerThatHasColumns)
 {
@@ -44,18 +43,13 @@ TEST_F(TMyQueryTest, RunsOneStatementAndNotTheTextBehindIt)
     EXPECT_EQ(ErrorOf([&] { Open("SELECT 1; SELECT 2"); }).ErrorCode(), 1064);
 }
 
-TEST_F(TMyQueryTest, AStatementThatFailsLeavesTheRowsOfTheLastOne)
+TEST_F(TMyQueryTest, AFailureLeavesTheRowsOfTheLastStatementUntilNewOnesCame)
 {
+    Exec("CREATE PROCEDURE p() BEGIN SELECT 1 AS a; SELECT * FROM nowhere; END");
     const auto query = Open("SELECT 7 AS a");
     query->SetSQL("SELECT * FROM nowhere");
     EXPECT_EQ(ErrorOf([&] { query->Execute(); }).ErrorCode(), 1146);
     EXPECT_EQ(query->FieldByName("a").AsInteger(), 7);
-}
-
-TEST_F(TMyQueryTest, AnErrorBehindTheFirstRowsClosesIt)
-{
-    Exec("CREATE PROCEDURE p() BEGIN SELECT 1 AS a; SELECT * FROM nowhere; END");
-    const auto query = Open("SELECT 1");
     query->SetSQL("CALL p()");
     EXPECT_EQ(ErrorOf([&] { query->Execute(); }).ErrorCode(), 1146);
     EXPECT_FALSE(query->Active());
@@ -149,15 +143,11 @@ protected:
     }
 };
 
-TEST_F(TMyQueryStream, HandsOverEachRow)
-{
-    EXPECT_EQ(Walk("SELECT seq, 'x' FROM seq_1_to_1000", 5000), 500500);
-    EXPECT_EQ(Ask("SELECT 1"), "1");
-}
-
-TEST_F(TMyQueryStream, EndsWhenNobodyWantsMoreAndTheSessionStays)
+TEST_F(TMyQueryStream, HandsOverEachRowUntilNobodyWantsMoreAndTheSessionStays)
 {
     FConnection.Execute("SET @here = 5");
+    EXPECT_EQ(Walk("SELECT seq, 'x' FROM seq_1_to_1000", 5000), 500500);
+    EXPECT_EQ(Ask("SELECT @here"), "5");
     EXPECT_EQ(Walk("SELECT seq, REPEAT('x', 1000) FROM seq_1_to_100000000", 10), 55);
     EXPECT_EQ(Ask("SELECT @here"), "5");
     EXPECT_EQ(Walk("SELECT seq FROM seq_1_to_3", 3), 6); // the end and the stop fall together

@@ -41,21 +41,6 @@ protected:
     TRowArena FArena;
 };
 
-const TCells Rows[] = {
-    {"one", std::nullopt, "three"},
-    {std::nullopt, std::nullopt, std::nullopt},
-    {"", QByteArray("a\0b", 3), ""},
-    {std::nullopt, "x", std::nullopt},
-};
-
-TEST_F(TRowArenaTest, KeepsNullApartFromEmpty)
-{
-    for (const TCells &row : Rows)
-        Append(row);
-    for (qint64 i = 0; i < 4; ++i)
-        EXPECT_EQ(Row(i), Rows[i]) << i;
-}
-
 TEST_F(TRowArenaTest, HoldsRowsOfEverySizeAcrossBlocks)
 {
     const auto cell = [](int i) {
@@ -67,17 +52,25 @@ TEST_F(TRowArenaTest, HoldsRowsOfEverySizeAcrossBlocks)
         ASSERT_EQ(Row(i), TCells({cell(i), std::nullopt, QByteArray::number(i)})) << i;
 }
 
-TEST_F(TRowArenaTest, ReplacesAndRemovesInPlace)
+TEST_F(TRowArenaTest, ReplacesAndRemovesInPlaceAndKeepsNullApartFromEmpty)
 {
-    for (const TCells &row : Rows)
+    const TCells rows[] = {
+        {"one", std::nullopt, "three"},
+        {std::nullopt, std::nullopt, std::nullopt},
+        {"", QByteArray("a\0b", 3), ""},
+        {std::nullopt, "x", std::nullopt},
+    };
+    for (const TCells &row : rows)
         Append(row);
+    for (qint64 i = 0; i < 4; ++i)
+        EXPECT_EQ(Row(i), rows[i]) << i;
     const TCells changed = {"changed", "and longer", std::nullopt};
     Give(changed, [&](auto cells, auto lengths) { FArena.Replace(2, cells, lengths); });
     FArena.Remove(1);
     ASSERT_EQ(FArena.RowCount(), 3);
-    EXPECT_EQ(Row(0), Rows[0]);
+    EXPECT_EQ(Row(0), rows[0]);
     EXPECT_EQ(Row(1), changed);
-    EXPECT_EQ(Row(2), Rows[3]);
+    EXPECT_EQ(Row(2), rows[3]);
 }
 
 TEST_F(TRowArenaTest, CostsLittleMoreThanItsBytes)

@@ -1,57 +1,30 @@
 #include "client/uSSHTransport.h"
 #include "client/uSSHUtils.h"
-#include "support/uException.h"
+#include "uTestErrors.h"
+#include "uTestSocket.h"
 #include "uTestSshServer.h"
 
-#include <arpa/inet.h>
 #include <atomic>
 #include <gmock/gmock.h>
-#include <sys/socket.h>
 #include <thread>
-#include <unistd.h>
 
 namespace {
-
-int Socket()
-{
-    return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-}
-
-sockaddr_in Loopback(quint16 port)
-{
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(port);
-    return address;
-}
 
 /// A listening socket on a free port.
 class TListener
 {
 public:
-    TListener()
-    {
-        sockaddr_in address = Loopback(0);
-        socklen_t size = sizeof address;
-        ::bind(FSocket, reinterpret_cast<sockaddr *>(&address), size);
-        ::listen(FSocket, 16);
-        ::getsockname(FSocket, reinterpret_cast<sockaddr *>(&address), &size);
-        Port = ntohs(address.sin_port);
-    }
     ~TListener() { End(); }
     void End()
     {
-        if (FSocket >= 0)
-            ::shutdown(FSocket, SHUT_RDWR), ::close(FSocket);
-        FSocket = -1;
+        ::shutdown(FSocket, SHUT_RDWR);
+        ::close(std::exchange(FSocket, -1));
     }
     int Accept() { return ::accept(FSocket, nullptr, nullptr); }
-
-    quint16 Port = 0;
+    quint16 Port() const { return TTestSocket::PortOf(FSocket); }
 
 private:
-    int FSocket = Socket();
+    int FSocket = TTestSocket::Listen();
 };
 
 QByteArray ReadAll(int socket)
@@ -95,7 +68,7 @@ public:
         for (std::thread &client : FClients)
             client.join();
     }
-    quint16 Port() const { return FListener.Port; }
+    quint16 Port() const { return FListener.Port(); }
 
 private:
     TListener FListener;
@@ -122,29 +95,23 @@ protected:
     }
     std::string ErrorOf(const TSSHTransportSettings &settings)
     {
-        try {
-            Transport->Connect(settings);
-        } catch (const EException &e) {
-            EXPECT_FALSE(Transport->Connected());
-            return e.Message().toStdString();
-        }
-        return {};
+        const std::string message = MessageOf([&] { Transport->Connect(settings); });
+        EXPECT_EQ(Transport->Connected(), message.empty());
+        return message;
     }
     int Client(int receiveBuffer = 0) const
     {
-        const int client = Socket();
+        const int client = TTestSocket::New();
         if (receiveBuffer)
             ::setsockopt(client, SOL_SOCKET, SO_RCVBUF, &receiveBuffer, sizeof receiveBuffer);
-        const sockaddr_in address = Loopback(FLocalPort);
-        EXPECT_EQ(::connect(client, reinterpret_cast<const sockaddr *>(&address), sizeof address),
-                  0);
+        EXPECT_TRUE(TTestSocket::Connect(client, FLocalPort));
         return client;
     }
     void ForwardTo(quint16 port)
     {
         Transport->Connect(Settings(Server->NewKey({"-t", "ed25519"})));
         TListener free;
-        FLocalPort = free.Port;
+        FLocalPort = free.Port();
         free.End();
         Transport->ForwardPort(FLocalPort, "localhost", port);
     }
@@ -156,17 +123,15 @@ protected:
 
 std::unique_ptr<TTestSshServer> TSSHClientTest::Server;
 
-struct TKeyRow
-{
-    QStringList Arguments;
-    QString PassPhrase;
-    TSSHKeyAlgorithm Algorithm;
-    int Bits;
-};
-
 TEST_F(TSSHClientTest, EntersWithEveryKindOfKey)
 {
-    const TKeyRow rows[] = {
+    const struct
+    {
+        QStringList Arguments;
+        QString PassPhrase;
+        TSSHKeyAlgorithm Algorithm;
+        int Bits;
+    } rows[] = {
         {{"-t", "rsa", "-b", "3072"}, "", sshkaRSA, 3072},
         {{"-t", "rsa", "-b", "2048", "-m", "PEM"}, "", sshkaRSA, 2048},
         {{"-t", "rsa", "-b", "2048", "-m", "PEM"}, "pass phrase", sshkaRSA, 2048},
@@ -177,11 +142,10 @@ TEST_F(TSSHClientTest, EntersWithEveryKindOfKey)
         {{"-t", "ed25519"}, "", sshkaEd25519, 256},
         {{"-t", "ed25519"}, "päss", sshkaEd25519, 256},
     };
-    for (const TKeyRow &row : rows) {
+    for (const auto &row : rows) {
         const std::string name = row.Arguments.join(' ').toStdString();
         const QByteArray key = Server->NewKey(row.Arguments, row.PassPhrase);
         EXPECT_EQ(ErrorOf(Settings(key, row.PassPhrase)), "") << name;
-        EXPECT_TRUE(Transport->Connected()) << name;
         TSSHKeyInfo info;
         ASSERT_TRUE(TSSHUtils::TryGetKeyInfo(key, row.PassPhrase, info)) << name;
         EXPECT_EQ(info.Algorithm, row.Algorithm) << name;
@@ -210,7 +174,7 @@ TEST_F(TSSHClientTest, TellsWhyItIsNotLetIn)
                 StartsWith("The SSH server refused the password of user \"" + user + "\"."));
     TListener nobody;
     TSSHTransportSettings closed = Settings({});
-    closed.Port = nobody.Port;
+    closed.Port = nobody.Port();
     nobody.End();
     EXPECT_THAT(ErrorOf(closed),
                 testing::MatchesRegex("Cannot connect to the SSH server 127.0.0.1:[0-9]+. .+"));
@@ -249,7 +213,7 @@ TEST_F(TSSHClientTest, AClientThatRestsIsServedAtOnce)
         WriteAll(client, QByteArray(size, 'x'));
         ::close(client);
     });
-    ForwardTo(flood.Port);
+    ForwardTo(flood.Port());
     const int client = Client(64 * 1024);
     std::string part(4 << 20, ' ');
     qsizetype read = 0;
@@ -274,7 +238,7 @@ TEST_F(TSSHClientTest, TheLastWordsOfAServerThatHangsUpArrive)
         WriteAll(client, words);
         ::close(client); // with all else unread
     });
-    ForwardTo(listener.Port);
+    ForwardTo(listener.Port());
     const int client = Client();
     std::thread sender([&] { WriteAll(client, QByteArray(16 << 20, 'x')); });
     server.join();
@@ -287,7 +251,7 @@ TEST_F(TSSHClientTest, TheLastWordsOfAServerThatHangsUpArrive)
 TEST_F(TSSHClientTest, ADestinationThatRefusesEndsTheConnectionAlone)
 {
     TListener nobody;
-    const quint16 port = nobody.Port;
+    const quint16 port = nobody.Port();
     nobody.End();
     ForwardTo(port);
     const int client = Client();
@@ -305,7 +269,7 @@ TEST_F(TSSHClientTest, ClosesWhileDataFlow)
         }
         ::close(client);
     });
-    ForwardTo(flood.Port);
+    ForwardTo(flood.Port());
     const int client = Client();
     char some[1000];
     EXPECT_GT(::recv(client, some, sizeof some, 0), 0);

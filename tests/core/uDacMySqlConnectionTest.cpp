@@ -1,5 +1,4 @@
-#include "core/uDacMySqlConnection.h"
-#include "uServerProfile.h"
+#include "uCoreTools.h"
 #include "uTcpProxy.h"
 
 #include <gmock/gmock.h>
@@ -16,11 +15,8 @@ class TDacConnection : public TServerTest
 protected:
     TDacConnection() : FProxy(Server().Host(), Server().Port())
     {
-        FConnection.SetHost(FProxy.Host());
+        Aim(FConnection, Database());
         FConnection.SetPort(FProxy.Port());
-        FConnection.SetUserName(Server().User());
-        FConnection.SetDatabase(Database().Name());
-        FConnection.SetCharset("utf8mb4");
         const auto note = [this](const char *name) {
             return [this, name](TDacMySqlConnection *) { FEvents.push_back(name); };
         };
@@ -45,17 +41,6 @@ protected:
         FConnection.ExecuteDataset(sql, *query);
         return query->FieldAt(0).AsString();
     }
-    /// The code with which an operation fails, 0 when it does not.
-    int CodeOf(const std::function<void()> &operation)
-    {
-        try {
-            operation();
-        } catch (const EDacMySqlError &e) {
-            FCommandText = e.CommandText();
-            return e.ErrorCode();
-        }
-        return 0;
-    }
     void KillSession()
     {
         const QString id = Ask("SELECT CONNECTION_ID()");
@@ -69,7 +54,6 @@ protected:
     TTcpProxy FProxy;
     TDacMySqlConnection FConnection;
     std::unique_ptr<TMyQuery> FQuery;
-    QString FCommandText;
 };
 
 TEST_F(TDacConnection, AStatementLiesBetweenItsEvents)
@@ -83,17 +67,19 @@ TEST_F(TDacConnection, AStatementLiesBetweenItsEvents)
 
 TEST_F(TDacConnection, AFailureIsToldOnceAndCarriesItsStatement)
 {
-    EXPECT_EQ(CodeOf([&] { FConnection.Execute("SELEC 1"); }), 1064);
-    EXPECT_EQ(FCommandText.toStdString(), "SELEC 1");
-    EXPECT_EQ(CodeOf([&] { FConnection.ExecuteDataset("SELECT * FROM no", *FQuery); }), 1146);
-    EXPECT_THAT(FEvents, ElementsAre("before SELEC 1", "error 1064", "after",
-                                     "before SELECT * FROM no", "error 1146", "after"));
+    const EDacMySqlError error = ErrorOf([&] { FConnection.Execute("SELEC 1"); });
+    EXPECT_EQ(error.ErrorCode(), 1064);
+    EXPECT_EQ(error.CommandText().toStdString(), "SELEC 1");
+    EXPECT_THAT(FEvents, ElementsAre("before SELEC 1", "error 1064", "after"));
 }
 
 TEST_F(TDacConnection, ARefreshBehindARefusedStatementReadsTheRowsThatAreShown)
 {
     FConnection.ExecuteDataset("SELECT 1", *FQuery);
-    EXPECT_EQ(CodeOf([&] { FConnection.ExecuteDataset("SELECT * FROM no", *FQuery); }), 1146);
+    FEvents.clear();
+    EXPECT_EQ(ErrorOf([&] { FConnection.ExecuteDataset("SELECT * FROM no", *FQuery); }).ErrorCode(),
+              1146);
+    EXPECT_THAT(FEvents, ElementsAre("before SELECT * FROM no", "error 1146", "after"));
     FEvents.clear();
     FConnection.RefreshDataset(*FQuery);
     EXPECT_EQ(FQuery->RecordCount(), 1);
@@ -109,16 +95,12 @@ TEST_F(TDacConnection, AChangeOfARowIsAStatementLikeOthers)
     FEvents.clear();
     FQuery->Edit();
     FQuery->FieldAt(0).SetValue(2);
-    try {
-        FQuery->Post();
-        FAIL() << "the key is taken";
-    } catch (const EDacMySqlError &e) {
-        EXPECT_EQ(e.Message(), "(1062) Duplicate entry '2' for key 'PRIMARY'");
-        EXPECT_TRUE(e.CommandText().startsWith("UPDATE ")) << e.CommandText().toStdString();
-        EXPECT_THAT(FEvents,
-                    ElementsAre("before SHOW KEYS FROM `t` FROM " + table, "after",
-                                "before " + e.CommandText().toStdString(), "error 1062", "after"));
-    }
+    const EDacMySqlError error = ErrorOf([&] { FQuery->Post(); });
+    EXPECT_EQ(error.Message(), "(1062) Duplicate entry '2' for key 'PRIMARY'");
+    EXPECT_TRUE(error.CommandText().startsWith("UPDATE ")) << error.CommandText().toStdString();
+    EXPECT_THAT(FEvents,
+                ElementsAre("before SHOW KEYS FROM `t` FROM " + table, "after",
+                            "before " + error.CommandText().toStdString(), "error 1062", "after"));
     EXPECT_EQ(FQuery->State(), dsEdit);
 
     Exec("DROP TABLE t");
@@ -157,16 +139,21 @@ TEST_P(TDacConnectionLost, AStatementIsRepeatedOnceWithItsEvents)
                                      "after", "after"));
 }
 
-TEST_P(TDacConnectionLost, ADatasetIsRepeatedInTheDatabaseAndCharsetOfBefore)
+TEST_P(TDacConnectionLost, ADatasetIsRepeatedWithWhatTheSessionHad)
 {
     TTestDatabase other;
     FConnection.Execute("USE " + other.Name());
     FConnection.Execute("SET NAMES cp1251");
+    FConnection.Execute("SET autocommit = 0");
     Lose();
-    FConnection.ExecuteDataset("SELECT DATABASE(), @@character_set_client, 'я'", *FQuery);
+    FConnection.ExecuteDataset("SELECT DATABASE(), @@character_set_client, @@autocommit, 'я', "
+                               "HEX('я')",
+                               *FQuery);
     EXPECT_EQ(FQuery->FieldAt(0).AsString(), other.Name());
     EXPECT_EQ(FQuery->FieldAt(1).AsString().toStdString(), "cp1251");
-    EXPECT_EQ(FQuery->FieldAt(2).AsString(), QString::fromUtf8("я"));
+    EXPECT_EQ(FQuery->FieldAt(2).AsString().toStdString(), "0");
+    EXPECT_EQ(FQuery->FieldAt(3).AsString(), QString::fromUtf8("я"));
+    EXPECT_EQ(FQuery->FieldAt(4).AsString().toStdString(), "FF");
 }
 
 TEST_P(TDacConnectionLost, ARefreshExecutesAnew)
@@ -188,10 +175,10 @@ TEST_P(TDacConnectionLost, AStatementInATransactionIsNotRepeated)
     FConnection.Execute("START TRANSACTION");
     FConnection.Execute("INSERT INTO t VALUES (1)");
     Lose();
-    const int code = CodeOf([&] { FConnection.Execute("INSERT INTO t VALUES (2)"); });
-    EXPECT_TRUE(EDacMySqlError(code, "", "").IsLostConnection()) << code;
+    const EDacMySqlError error = ErrorOf([&] { FConnection.Execute("INSERT INTO t VALUES (2)"); });
+    EXPECT_TRUE(error.IsLostConnection()) << error.what();
     EXPECT_THAT(FEvents, ElementsAre("before INSERT INTO t VALUES (2)", "disconnected",
-                                     "error " + std::to_string(code), "after"));
+                                     "error " + std::to_string(error.ErrorCode()), "after"));
     EXPECT_EQ(Value("SELECT COUNT(*) FROM t").toStdString(), "0");
 
     FConnection.Execute("INSERT INTO t VALUES (3)");
@@ -213,10 +200,11 @@ TEST_P(TDacConnectionLost, WhatWouldBeDoneTwiceIsNotRepeated)
     for (const auto &operation : operations) {
         FConnection.Execute("SELECT 1"); // what was lost before is open again
         Lose();
-        const int code = CodeOf(operation);
-        EXPECT_TRUE(EDacMySqlError(code, "", "").IsLostConnection()) << code;
-        EXPECT_THAT(FEvents, ElementsAre("before " + FCommandText.toStdString(), "disconnected",
-                                         "error " + std::to_string(code), "after"));
+        const EDacMySqlError error = ErrorOf(operation);
+        EXPECT_TRUE(error.IsLostConnection()) << error.what();
+        EXPECT_THAT(FEvents,
+                    ElementsAre("before " + error.CommandText().toStdString(), "disconnected",
+                                "error " + std::to_string(error.ErrorCode()), "after"));
     }
     FQuery->Post();
     EXPECT_EQ(Value("SELECT a FROM t"), "1");
@@ -228,9 +216,10 @@ INSTANTIATE_TEST_SUITE_P(Faults, TDacConnectionLost, ::testing::Bool(),
 TEST_F(TDacConnection, ASecondLossIsTheError)
 {
     FProxy.CutAfter(0);
-    const int code = CodeOf([&] { FConnection.ExecuteDataset("SELECT 1", *FQuery); });
+    const EDacMySqlError error = ErrorOf([&] { FConnection.ExecuteDataset("SELECT 1", *FQuery); });
+    const int code = error.ErrorCode();
     EXPECT_NE(code, 0);
-    EXPECT_EQ(FCommandText.toStdString(), "SELECT 1");
+    EXPECT_EQ(error.CommandText().toStdString(), "SELECT 1");
     EXPECT_EQ(std::count(FEvents.begin(), FEvents.end(), "before SELECT 1"), 2);
     EXPECT_EQ(std::count(FEvents.begin(), FEvents.end(), "after"), 2);
     EXPECT_EQ(std::count(FEvents.begin(), FEvents.end(), "error " + std::to_string(code)), 1);
@@ -242,7 +231,7 @@ TEST_F(TDacConnection, ASecondLossIsTheError)
 
 TEST_F(TDacConnection, ARunningStatementThatIsKilledIsNotRepeated)
 {
-    EXPECT_EQ(CodeOf([&] { FConnection.Execute("KILL CONNECTION_ID()"); }), 1927);
+    EXPECT_EQ(ErrorOf([&] { FConnection.Execute("KILL CONNECTION_ID()"); }).ErrorCode(), 1927);
     EXPECT_THAT(FEvents,
                 ElementsAre("before KILL CONNECTION_ID()", "disconnected", "error 1927", "after"));
     EXPECT_EQ(Ask("SELECT 1").toStdString(), "1");
@@ -260,24 +249,17 @@ TEST_F(TDacConnection, ConnectEventsCanBeSilenced)
     EXPECT_THAT(FEvents, ElementsAre("disconnected", "init", "connected"));
 }
 
-struct TCharsetRow
-{
-    const char *Charset;
-    bool IsUnicode;
-};
-
-const TCharsetRow Charsets[] = {
-    {"utf8", true}, {"UTF8MB4", true}, {"Utf16", true},   {"utf32", true},
-    {"ucs2", true}, {"latin1", false}, {"cp1251", false}, {"utf8mb3", false},
-};
-
 TEST_F(TDacConnection, UnicodeCharsetsSwitchTheLibraryToUnicode)
 {
-    for (const TCharsetRow &row : Charsets) {
-        FConnection.ChangeCharset(row.Charset);
+    const std::pair<const char *, bool> charsets[] = {
+        {"utf8", true}, {"UTF8MB4", true}, {"Utf16", true},   {"utf32", true},
+        {"ucs2", true}, {"latin1", false}, {"cp1251", false}, {"utf8mb3", false},
+    };
+    for (const auto &[charset, isUnicode] : charsets) {
+        FConnection.ChangeCharset(charset);
         EXPECT_FALSE(FConnection.Connected());
         FConnection.Connect();
-        EXPECT_EQ(FConnection.LibraryConnection().Options.UseUnicode, row.IsUnicode) << row.Charset;
+        EXPECT_EQ(FConnection.LibraryConnection().Options.UseUnicode, isUnicode) << charset;
     }
 }
 

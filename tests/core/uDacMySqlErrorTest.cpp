@@ -1,43 +1,25 @@
-#include "core/uDacMySqlConnection.h"
 #include "core/uDbmErrorNames.h"
 #include "support/uFileUtils.h"
-#include "uTestDatabase.h"
+#include "uCoreTools.h"
 
 #include <QTemporaryDir>
+#include <gmock/gmock.h>
 
 namespace {
 
-/// The list that is shipped with the program.
-QString ShippedList()
-{
-    return QStringLiteral(KORVANE_SOURCE_DIR "/data/errors.xml");
-}
-
-struct TTextRow
-{
-    const char *Raw;
-    const char *Clean;
-};
-
-const TTextRow Texts[] = {
-    {"#42000You have an error", "You have an error"},
-    {"#28000", ""},
-    {"You have an error", "You have an error"},
-    {"Table '#42000' is full", "Table '#42000' is full"},
-    {"#HY000 text", "#HY000 text"},
-    {"one\n#42000two", "one\n#42000two"},
-};
-
 TEST(TDacMySqlErrorText, IsCleanedOfTheStateInFront)
 {
-    for (const TTextRow &row : Texts) {
-        const EDacMySqlError error(1064, row.Raw, "SELECT");
-        EXPECT_EQ(error.ErrorMessage().toStdString(), row.Clean);
-        EXPECT_EQ(error.Message().toStdString(), std::string("(1064) ") + row.Clean);
-
-        const EDacMySqlError copy(error);
-        EXPECT_EQ(copy.Message(), error.Message());
-        EXPECT_EQ(copy.CommandText().toStdString(), "SELECT");
+    const std::pair<const char *, const char *> texts[] = {
+        {"#42000You have an error", "You have an error"},
+        {"#28000", ""},
+        {"Table '#42000' is full", "Table '#42000' is full"},
+        {"#HY000 text", "#HY000 text"},
+        {"one\n#42000two", "one\n#42000two"},
+    };
+    for (const auto &[raw, clean] : texts) {
+        const EDacMySqlError error(1064, raw, "SELECT");
+        EXPECT_EQ(error.ErrorMessage().toStdString(), clean);
+        EXPECT_EQ(error.Message().toStdString(), std::string("(1064) ") + clean);
     }
 }
 
@@ -68,8 +50,9 @@ protected:
     TDbmErrorNameList FList;
 };
 
-TEST_F(TErrorNames, TakesTheErrorElementsOfTheRoot)
+TEST_F(TErrorNames, TakesTheErrorElementsOfTheRootInPlaceOfTheOldOnes)
 {
+    FList.LoadFromXml(File("<errors><error code='4' name='FOUR'/></errors>"));
     FList.LoadFromXml(File("<errors><error code='5' name='FIVE'/><error code='5' name='AGAIN'/>"
                            "<other code='6' name='SIX'/><error name='NO_CODE'/>"
                            "<group><error code='7' name='SEVEN'/></group></errors>"));
@@ -78,67 +61,40 @@ TEST_F(TErrorNames, TakesTheErrorElementsOfTheRoot)
     EXPECT_EQ(FList.Count(), 2);
 }
 
-TEST_F(TErrorNames, LoadingAgainReplacesTheList)
-{
-    FList.LoadFromXml(File("<errors><error code='5' name='FIVE'/></errors>"));
-    FList.LoadFromXml(File("<errors><error code='6' name='SIX'/></errors>"));
-    EXPECT_EQ(FList.Find(5), nullptr);
-    EXPECT_EQ(NameOf(6).toStdString(), "SIX");
-}
-
 TEST_F(TErrorNames, ADamagedFileIsAnErrorWithItsPathAndLeavesTheListAlone)
 {
     FList.LoadFromXml(File("<errors><error code='5' name='FIVE'/></errors>"));
     for (const QString &name : {File("<errors><error"), FFolder.filePath("missing.xml")}) {
-        try {
-            FList.LoadFromXml(name);
-            ADD_FAILURE() << name.toStdString();
-        } catch (const EException &e) {
-            EXPECT_TRUE(e.Message().contains(name)) << e.what();
-        }
+        EXPECT_THAT(MessageOf([&] { FList.LoadFromXml(name); }),
+                    testing::HasSubstr(name.toStdString()));
         EXPECT_EQ(NameOf(5).toStdString(), "FIVE");
     }
 }
 
-struct TServerErrorRow
-{
-    const char *Sql;
-    const char *Name;
-};
-
-const TServerErrorRow ServerErrors[] = {
-    {"SELEC 1", "ER_PARSE_ERROR"},
-    {"SELECT * FROM missing", "ER_NO_SUCH_TABLE"},
-    {"SELECT missing FROM t", "ER_BAD_FIELD_ERROR"},
-    {"USE no_such_database", "ER_BAD_DB_ERROR"},
-    {"CREATE TABLE t (a INT)", "ER_TABLE_EXISTS_ERROR"},
-    {"INSERT INTO t VALUES (1), (1)", "ER_DUP_ENTRY"},
-    {"CALL missing()", "ER_SP_DOES_NOT_EXIST"},
-    {"KILL CONNECTION_ID()", "ER_CONNECTION_KILLED"},
-};
-
-class TErrorNamesOnServer : public TServerTest
-{};
+using TErrorNamesOnServer = TServerTest;
 
 TEST_F(TErrorNamesOnServer, ShippedListNamesWhatTheServerRaises)
 {
-    TDbmErrorCodeParser::Initialize(ShippedList());
+    TDbmErrorCodeParser::Initialize(QStringLiteral(KORVANE_SOURCE_DIR "/data/errors.xml"));
     Exec("CREATE TABLE t (a INT PRIMARY KEY)");
     TDacMySqlConnection connection;
-    connection.SetHost(Server().Host());
-    connection.SetPort(Server().Port());
-    connection.SetUserName(Server().User());
-    connection.SetDatabase(Database().Name());
+    Aim(connection, Database());
     connection.Connect();
-    for (const TServerErrorRow &row : ServerErrors) {
-        try {
-            connection.Execute(row.Sql);
-            ADD_FAILURE() << row.Sql;
-        } catch (const EDacMySqlError &e) {
-            EXPECT_EQ(TDbmErrorCodeParser::Parse(e.ErrorCode()).toStdString(), row.Name)
-                << e.what();
-            EXPECT_EQ(e.CommandText().toStdString(), row.Sql);
-        }
+    const std::pair<const char *, const char *> errors[] = {
+        {"SELEC 1", "ER_PARSE_ERROR"},
+        {"SELECT * FROM missing", "ER_NO_SUCH_TABLE"},
+        {"SELECT missing FROM t", "ER_BAD_FIELD_ERROR"},
+        {"USE no_such_database", "ER_BAD_DB_ERROR"},
+        {"CREATE TABLE t (a INT)", "ER_TABLE_EXISTS_ERROR"},
+        {"INSERT INTO t VALUES (1), (1)", "ER_DUP_ENTRY"},
+        {"CALL missing()", "ER_SP_DOES_NOT_EXIST"},
+        {"KILL CONNECTION_ID()", "ER_CONNECTION_KILLED"},
+    };
+    for (const auto &[sql, name] : errors) {
+        const EDacMySqlError error = ErrorOf([&] { connection.Execute(sql); });
+        EXPECT_EQ(TDbmErrorCodeParser::Parse(error.ErrorCode()).toStdString(), name)
+            << error.what();
+        EXPECT_EQ(error.CommandText().toStdString(), sql);
     }
     EXPECT_EQ(TDbmErrorCodeParser::Parse(2013).toStdString(), "CR_SERVER_LOST");
     EXPECT_TRUE(TDbmErrorCodeParser::Parse(99999).isEmpty());

@@ -1,6 +1,7 @@
 #include "core/uDbmErrorNames.h"
 #include "core/uDbmProvider.h"
 #include "support/uFileUtils.h"
+#include "uCoreTools.h"
 #include "uServerProfile.h"
 #include "uTcpProxy.h"
 
@@ -33,47 +34,34 @@ protected:
         });
         return items;
     }
-    int CodeOf(const std::function<void()> &run)
-    {
-        try {
-            run();
-        } catch (const EDacMySqlError &e) {
-            return e.ErrorCode();
-        }
-        return 0;
-    }
+    static int CodeOf(const std::function<void()> &run) { return ErrorOf(run).ErrorCode(); }
 
     TDbmProvider FProvider;
-};
-
-struct TQueryRow
-{
-    const char *Name;
-    const char *Sql;
-    const char *FirstCell;
-    bool HasPlan;
-};
-
-const TQueryRow Queries[] = {
-    {"Nothing", "", "no rows", false},
-    {"LastRowsWin", "SELECT 1;\nSELECT 2;", "2", true},
-    {"AStatementWithoutRowsLeavesThem", "SELECT 1;\nSET @a = 1;", "1", true},
-    {"RowsWithoutAPlanReplaceBoth", "SELECT 1;\nSHOW DATABASES LIKE 'mysql';", "mysql", false},
-    {"UpdatesHaveNoPlan", "UPDATE t SET a = 2;", "no rows", false},
-    {"SelectIsKnownInAnyCase", "seLECT 3;", "3", true},
-    {"SelectBehindACommentHasNoPlan", "/* c */ SELECT 3;", "3", false},
-    {"ASelectWithoutRowsIsActive", "SELECT a FROM t WHERE FALSE;", "", true},
 };
 
 TEST_F(TCommand, GivesTheRowsAndThePlanOfTheLastStatementWithRows)
 {
     Exec("CREATE TABLE t (a INT)");
-    for (const TQueryRow &row : Queries) {
-        const auto result = Command().ExecQuery(row.Sql, {qoExplain});
-        EXPECT_EQ(FirstCell(result.Query), row.FirstCell) << row.Name;
-        EXPECT_EQ(result.Explain != nullptr, row.HasPlan) << row.Name;
-        EXPECT_EQ(result.Log, nullptr) << row.Name;
-        EXPECT_FALSE(result.DefQuery) << row.Name;
+    const struct
+    {
+        const char *Sql, *FirstCell;
+        bool HasPlan;
+    } queries[] = {
+        {"", "no rows", false},
+        {"SELECT 1;\nSELECT 2;", "2", true},
+        {"SELECT 1;\nSET @a = 1;", "1", true},
+        {"SELECT 1;\nSHOW DATABASES LIKE 'mysql';", "mysql", false},
+        {"UPDATE t SET a = 2;", "no rows", false},
+        {"seLECT 3;", "3", true},
+        {"/* c */ SELECT 3;", "3", false},
+        {"SELECT a FROM t WHERE FALSE;", "", true},
+    };
+    for (const auto &query : queries) {
+        const auto result = Command().ExecQuery(query.Sql, {qoExplain});
+        EXPECT_EQ(FirstCell(result.Query), query.FirstCell) << query.Sql;
+        EXPECT_EQ(result.Explain != nullptr, query.HasPlan) << query.Sql;
+        EXPECT_EQ(result.Log, nullptr) << query.Sql;
+        EXPECT_FALSE(result.DefQuery) << query.Sql;
     }
     const auto plan = Command().ExecQuery("SELECT * FROM t", {qoExplain}).Explain;
     EXPECT_EQ(plan->FieldByName("table").AsString().toStdString(), "t");
@@ -164,15 +152,6 @@ TEST_F(TCommand, RowsLandInTheCallersDataset)
     }
     EXPECT_TRUE(mine->Active());
     EXPECT_EQ(FirstCell(mine.get()), "6");
-}
-
-TEST_F(TCommand, HandsRowsOverAndFreesThem)
-{
-    std::string cell;
-    Command().ExecuteQuery("SELECT 5", [&](TDataSet *query) { cell = FirstCell(query); });
-    EXPECT_EQ(cell, "5");
-    const auto raise = [](TDataSet *) { throw EException("no"); };
-    EXPECT_THROW(Command().ExecuteQuery("SELECT 5", raise), EException);
 }
 
 TEST_F(TCommand, TimesAreTheSumOfTheStatements)

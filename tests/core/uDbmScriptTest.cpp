@@ -1,6 +1,6 @@
 #include "core/uDbmScript.h"
 #include "support/uFileUtils.h"
-#include "uTestDatabase.h"
+#include "uCoreTools.h"
 
 #include <QTemporaryDir>
 
@@ -11,10 +11,7 @@ class TScript : public TServerTest
 protected:
     TScript() : FScript(FConnection)
     {
-        FConnection.SetHost(Server().Host());
-        FConnection.SetPort(Server().Port());
-        FConnection.SetUserName(Server().User());
-        FConnection.SetDatabase(Database().Name());
+        Aim(FConnection, Database());
         FConnection.Connect();
         FScript.SetOnBeforeExecute([this](TDbmScript *) { FEvents << "before"; });
         FScript.SetOnAfterExecute([this](TDbmScript *) { FEvents << "after"; });
@@ -52,12 +49,10 @@ TEST_F(TScript, RunsAFileWithItsTabs)
 
 TEST_F(TScript, StopsAtTheFirstFailure)
 {
-    try {
+    const EDacMySqlError error = ErrorOf([&] {
         FScript.ExecuteFromText("CREATE TABLE t (a INT);\nbad;\nINSERT INTO t VALUES (1);", ";");
-        ADD_FAILURE();
-    } catch (const EDacMySqlError &e) {
-        EXPECT_EQ(e.CommandText().toStdString(), "bad");
-    }
+    });
+    EXPECT_EQ(error.CommandText().toStdString(), "bad");
     EXPECT_EQ(Value("SELECT COUNT(*) FROM t").toStdString(), "0");
     EXPECT_THROW(FScript.ExecuteFromFile("/nonexistent/dump.sql", ";"), EException);
 }
@@ -67,14 +62,10 @@ TEST_F(TScript, ALineThatIsTooLongForTheServerIsItsErrorAndTheNextStatementWorks
     QTemporaryDir folder;
     const QString name = folder.filePath("line.sql");
     TFileUtils::WriteBinary(name, "DO LENGTH('" + QByteArray(50 * 1024 * 1024, 'x') + "');");
-    try {
-        FScript.ExecuteFromFile(name, ";");
-        ADD_FAILURE();
-    } catch (const EDacMySqlError &e) {
-        // Told by the server, unless it hangs up before its answer is read.
-        EXPECT_TRUE(e.ErrorCode() == 1153 || e.IsLostConnection()) << e.what();
-        EXPECT_EQ(e.CommandText().size(), 50 * 1024 * 1024 + 13);
-    }
+    const EDacMySqlError error = ErrorOf([&] { FScript.ExecuteFromFile(name, ";"); });
+    // Told by the server, unless it hangs up before its answer is read.
+    EXPECT_TRUE(error.ErrorCode() == 1153 || error.IsLostConnection()) << error.what();
+    EXPECT_EQ(error.CommandText().size(), 50 * 1024 * 1024 + 13);
     FConnection.Execute("DO 1");
 }
 

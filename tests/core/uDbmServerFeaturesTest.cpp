@@ -1,8 +1,6 @@
 #include "core/uDbmServerFeatures.h"
 #include "core/uDbmProvider.h"
-#include "uTestServer.h"
-
-#include <gtest/gtest.h>
+#include "uServerProfile.h"
 
 namespace {
 
@@ -77,12 +75,8 @@ TEST(TServerFeatures, HoldPrivilegesFromTheFirstServerOn)
 TEST(TServerFeatures, FollowTheVersionThatAServerTells)
 {
     const std::unique_ptr<TTestServer> server = TTestServer::Start({"--version=5.0.95-log"});
-    TDbmConnectionProfile profile;
-    profile.HostName = server->Host();
-    profile.Port = server->Port();
-    profile.UserName = server->User();
     TDbmProvider provider;
-    provider.SetParams(profile);
+    provider.SetParams(ServerProfile(*server)); // whose character set is none that it knew
 
     EXPECT_EQ(provider.ServerVersion().toStdString(), "5.0.95-log");
     TFeatures features;

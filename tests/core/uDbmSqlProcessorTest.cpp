@@ -125,12 +125,6 @@ TEST_F(TSqlProcessor, WhatAListenerRaisesEndsTheRunAndLeavesNoRest)
     EXPECT_EQ(FromText("next;"), QStringList{"next"});
 }
 
-TEST_F(TSqlProcessor, KeepsTabsAndUnicodeOfAFile)
-{
-    EXPECT_EQ(FromFile("\xEF\xBB\xBFSELECT 'a\tb',\r\n\t'\xD1\x8F';\r\n"),
-              QStringList{QString::fromUtf8("SELECT 'a\tb',\r\n\t'я'")});
-}
-
 TEST_F(TSqlProcessor, TakesAStatementOfFiftyMegabytesInOneLine)
 {
     const QByteArray value(50 * 1024 * 1024, 'x');

@@ -1,14 +1,12 @@
 #pragma once
 
 #include "core/uSSHTunnel.h"
+#include "uTcpProxy.h"
 
 #include <QList>
 
-#include <thread>
-
-/// Stands in for an SSH session: the forwarded port is a plain TCP relay to the destination, served
-/// on a thread of its own, one connection at a time. What the tunnels asked for is kept in Log()
-/// for the test.
+/// Stands in for an SSH session: the forwarded port is a plain TCP relay to the destination. What
+/// the tunnels asked for is kept in Log() for the test.
 class TRelayTransport : public TSSHTransport
 {
 public:
@@ -35,7 +33,7 @@ public:
     ~TRelayTransport() override;
     void Connect(const TSSHTransportSettings &settings) override;
     void ForwardPort(quint16 sourcePort, const QString &destHost, quint16 destPort) override;
-    bool Forwarding() const override { return FListener >= 0 || FUnnoticed; }
+    bool Forwarding() const override { return FRelay || FUnnoticed; }
     void Disconnect() override;
     bool Connected() const override { return FConnected || FUnnoticed; }
 
@@ -50,14 +48,7 @@ public:
     void Notice() { FUnnoticed = false; }
 
 private:
-    void Serve();
-    void Relay(int client);
-
     bool FConnected = false;
     bool FUnnoticed = false;
-    int FListener = -1;
-    int FWake[2] = {-1, -1};
-    QByteArray FDestHost;
-    quint16 FDestPort = 0;
-    std::thread FThread;
+    std::unique_ptr<TTcpProxy> FRelay;
 };

@@ -1,7 +1,7 @@
 #include "core/uSSHTunnel.h"
 #include "core/uNetUtils.h"
-#include "support/uException.h"
 #include "uRelayTransport.h"
+#include "uTestErrors.h"
 #include "uTestServer.h"
 
 #include <gtest/gtest.h>
@@ -43,27 +43,24 @@ protected:
     TRelayTransport::TInstalled FInstalled;
 };
 
-struct TLoginRow
-{
-    TSSHTunnelAuthentication Authentication;
-    const char *Password;
-    const char *PrivateKey;
-    const char *PassPhrase;
-};
-
-const TLoginRow Logins[] = {
-    {taPassword, "secret", "", ""},
-    {taPublicKey, "", "key", ""},
-    {taPublicKeyWithPassword, "", "key", "secret"},
-};
-
 TEST_F(TTunnel, HandsOverWhatTheAuthenticationNeeds)
 {
-    for (const TLoginRow &row : Logins) {
+    const struct
+    {
+        TSSHTunnelAuthentication Authentication;
+        const char *Password, *PrivateKey, *PassPhrase;
+    } rows[] = {
+        {taPassword, "secret", "", ""},
+        {taPublicKey, "", "key", ""},
+        {taPublicKeyWithPassword, "", "key", "secret"},
+    };
+    for (const auto &row : rows) {
         TSSHTunnel tunnel;
         Aim(tunnel);
         tunnel.Authentication = row.Authentication;
-        tunnel.Open();
+        tunnel.TestConnection();
+        EXPECT_TRUE(TRelayTransport::Log().SourcePorts.isEmpty()) << "nothing is forwarded";
+        EXPECT_FALSE(tunnel.Active());
         const TSSHTransportSettings settings = TRelayTransport::Log().Connects.last();
         EXPECT_EQ(settings.HostName.toStdString(), "10.0.0.1");
         EXPECT_EQ(settings.Port, 2222);
@@ -77,51 +74,34 @@ TEST_F(TTunnel, HandsOverWhatTheAuthenticationNeeds)
 
 TEST_F(TTunnel, ForwardsAPortWhileItIsOpen)
 {
-    TSSHTunnel tunnel;
+    TSSHTunnel tunnel, second;
     Aim(tunnel);
+    Aim(second);
     int opened = 0;
     int closed = 0;
     tunnel.SetOnAfterOpen([&](TSSHTunnel *) { ++opened; });
     tunnel.SetOnAfterClose([&](TSSHTunnel *) { ++closed; });
-    EXPECT_FALSE(tunnel.Active());
-
     tunnel.Open();
-    TSSHTunnel second;
-    Aim(second);
     second.Open();
-    EXPECT_NE(tunnel.GetSourceTunnelPort(), second.GetSourceTunnelPort());
-    EXPECT_TRUE(tunnel.Active());
-    EXPECT_EQ(tunnel.GetSourceTunnelHost().toStdString(), "127.0.0.1");
-    EXPECT_TRUE(TNetUtils::IsPortOpened("127.0.0.1", tunnel.GetSourceTunnelPort()));
-
+    const quint16 port = tunnel.GetSourceTunnelPort();
+    EXPECT_NE(port, second.GetSourceTunnelPort());
+    EXPECT_TRUE(TNetUtils::IsPortOpened(tunnel.GetSourceTunnelHost(), port));
     tunnel.Close();
     EXPECT_FALSE(tunnel.Active());
-    EXPECT_FALSE(TNetUtils::IsPortOpened("127.0.0.1", tunnel.GetSourceTunnelPort()));
+    EXPECT_FALSE(TNetUtils::IsPortOpened("127.0.0.1", port));
     EXPECT_EQ(opened, 1);
     EXPECT_EQ(closed, 1);
-}
-
-TEST_F(TTunnel, TestingForwardsNothing)
-{
-    TSSHTunnel tunnel;
-    Aim(tunnel);
-    tunnel.TestConnection();
-    EXPECT_EQ(TRelayTransport::Log().Connects.size(), 1);
-    EXPECT_TRUE(TRelayTransport::Log().SourcePorts.isEmpty());
-    EXPECT_FALSE(tunnel.Active());
 }
 
 TEST_F(TTunnel, WithoutAFreePortTheSessionStaysAndTheNextOpenWorks)
 {
     TSSHTunnel tunnel;
     Aim(tunnel);
-    try {
+    const std::string message = MessageOf([&] {
         const TNoSockets none;
         tunnel.Open();
-        ADD_FAILURE();
-    } catch (const EException &e) {
-        EXPECT_EQ(e.Message().toStdString(), "Free port not found.");
-    }
+    });
+    EXPECT_EQ(message, "Free port not found.");
     EXPECT_TRUE(tunnel.Active());
     EXPECT_FALSE(tunnel.Forwarding());
 

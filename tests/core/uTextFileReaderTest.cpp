@@ -1,10 +1,10 @@
 #include "core/uTextFileReader.h"
-#include "support/uException.h"
 #include "support/uFileUtils.h"
+#include "uTestErrors.h"
 
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace {
 
@@ -118,14 +118,9 @@ TEST_F(TReader, ProgressIsThePartOfTheFileRead)
 
 TEST_F(TReader, AFileThatCannotBeReadIsAnErrorWithItsPath)
 {
-    for (const QString &name : {FFolder.filePath("missing.txt"), FFolder.path()}) {
-        try {
-            FReader.Execute(name);
-            ADD_FAILURE() << name.toStdString();
-        } catch (const EException &e) {
-            EXPECT_TRUE(e.Message().contains(name)) << e.what();
-        }
-    }
+    for (const QString &name : {FFolder.filePath("missing.txt"), FFolder.path()})
+        EXPECT_THAT(MessageOf([&] { FReader.Execute(name); }),
+                    testing::HasSubstr(name.toStdString()));
 }
 
 } // namespace

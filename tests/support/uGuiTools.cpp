@@ -1,9 +1,7 @@
 #include "uGuiTools.h"
 
 #include <QAbstractItemView>
-#include <QDir>
 #include <QLineEdit>
-#include <QPixmap>
 #include <QTest>
 
 namespace {
@@ -142,13 +140,4 @@ void TGuiTools::Show(QWidget *window)
     window->activateWindow();
     if (!QTest::qWaitForWindowActive(window))
         Fail(NameOf(window) + " does not become active");
-}
-
-QString TGuiTools::Grab(QWidget *widget, const QString &name)
-{
-    const QString folder = QStringLiteral(KORVANE_TEST_BUILD "/screenshots");
-    const QString path = folder + '/' + name + ".png";
-    if (!QDir().mkpath(folder) || !widget->grab().save(path))
-        Fail("Cannot save " + path);
-    return path;
 }

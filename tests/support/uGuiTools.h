@@ -39,8 +39,6 @@ public:
     static void TriggerEntry(const QMenu *menu, const QString &caption);
     /// Shows the window and waits until the window system shows it too.
     static void Show(QWidget *window);
-    /// Saves a picture as screenshots/<name>.png under the build folder and gives its path.
-    static QString Grab(QWidget *widget, const QString &name);
 };
 
 /// The object of type T with this objectName below root (or root itself); throws with a list of

@@ -1,21 +1,17 @@
 #include "uTcpProxy.h"
 
-#include "uTcpProxyPair.h"
+#include "uTestSocket.h"
 
-#include <QByteArray>
-
-#include <arpa/inet.h>
-#include <cerrno>
+#include <chrono>
 #include <condition_variable>
 #include <fcntl.h>
 #include <functional>
 #include <list>
 #include <mutex>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <system_error>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/eventfd.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -25,28 +21,133 @@ namespace {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-// The proxy keeps its port over Refuse() and Resume(); port 0 takes a free one.
-int Listen(int port)
+// Such that the other end gets a reset instead of an orderly end.
+void Reset(int socket)
 {
-    const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    const int on = 1;
-    setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(uint16_t(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (bind(listener, reinterpret_cast<sockaddr *>(&address), sizeof address) ||
-        listen(listener, 64))
-        Fail("proxy");
-    return listener;
+    if (socket < 0)
+        return;
+    const linger discard{1, 0};
+    ::setsockopt(socket, SOL_SOCKET, SO_LINGER, &discard, sizeof discard);
+    ::close(socket);
 }
 
-int PortOf(int listener)
+bool IsForLater()
 {
-    sockaddr_in address{};
-    socklen_t size = sizeof address;
-    getsockname(listener, reinterpret_cast<sockaddr *>(&address), &size);
-    return ntohs(address.sin_port);
+    return errno == EAGAIN || errno == EINTR;
+}
+
+enum TSide { sdClient, sdServer };
+
+/// The two sockets of one forwarded connection. What comes from a side goes to the other one.
+class TPair
+{
+public:
+    TPair(int client, qint64 limit) : FSockets{client, -1}, FLimit(limit) {}
+
+    bool IsConnected() const { return FSockets[sdServer] >= 0; }
+    bool Connect(const QByteArray &host, int port);
+    /// Bytes that may still go to the client before the connection is reset; -1 is no limit.
+    void SetLimit(qint64 bytes) { FLimit = bytes; }
+    /// What poll() is to wait for on this side.
+    pollfd Watch(int side) const;
+    /// Moves what can be moved. False when the connection is over and its sockets are closed.
+    bool Move(const pollfd *fds, std::chrono::milliseconds delay);
+    void Cut();
+
+private:
+    bool Read(int from, std::chrono::milliseconds delay);
+    bool Write(int from);
+    void PassEnd(int from);
+
+    int FSockets[2];
+    QByteArray FWaiting[2];              // read from this side, not yet written to the other
+    bool FEnded[2] = {false, false};     // nothing more comes from this side
+    bool FEndPassed[2] = {false, false}; // and the other one has been told
+    qint64 FLimit;
+};
+
+bool TPair::Connect(const QByteArray &host, int port)
+{
+    const int server = TTestSocket::New();
+    if (!TTestSocket::Connect(server, static_cast<quint16>(port), host)) {
+        ::close(server);
+        return false;
+    }
+    FSockets[sdServer] = server;
+    // Pieces of a protocol are small; held back for each other they would look like a slow server.
+    const int on = 1;
+    for (const int socket : FSockets)
+        ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    return true;
+}
+
+pollfd TPair::Watch(int side) const
+{
+    const bool wantsRead = !FEnded[side] && FWaiting[side].isEmpty();
+    const bool wantsWrite = !FWaiting[1 - side].isEmpty();
+    const int events = (wantsRead ? POLLIN : 0) | (wantsWrite ? POLLOUT : 0);
+    // Asked for nothing, poll() still reports an end again and again; -1 leaves it out.
+    return {events ? FSockets[side] : -1, static_cast<short>(events), 0};
+}
+
+bool TPair::Move(const pollfd *fds, std::chrono::milliseconds delay)
+{
+    for (const int side : {sdClient, sdServer}) {
+        const bool isReady = fds[side].revents & (POLLIN | POLLHUP | POLLERR);
+        if ((isReady && !Read(side, delay)) || !Write(side)) {
+            Cut();
+            return false;
+        }
+        PassEnd(side);
+    }
+    if (!FEndPassed[sdClient] || !FEndPassed[sdServer])
+        return true;
+    for (const int socket : FSockets)
+        ::close(socket);
+    return false;
+}
+
+bool TPair::Read(int from, std::chrono::milliseconds delay)
+{
+    QByteArray bytes(65536, Qt::Uninitialized);
+    const ssize_t got = ::recv(FSockets[from], bytes.data(), bytes.size(), MSG_DONTWAIT);
+    if (got < 0)
+        return IsForLater();
+    FEnded[from] = got == 0;
+    FWaiting[from].append(bytes.constData(), got);
+    std::this_thread::sleep_for(delay); // all the others are late then too, which does no harm
+    return true;
+}
+
+bool TPair::Write(int from)
+{
+    QByteArray &waiting = FWaiting[from];
+    if (waiting.isEmpty())
+        return true;
+    const bool isLimited = from == sdServer && FLimit >= 0;
+    const qint64 wanted = isLimited ? std::min<qint64>(FLimit, waiting.size()) : waiting.size();
+    const ssize_t sent =
+        ::send(FSockets[1 - from], waiting.constData(), wanted, MSG_DONTWAIT | MSG_NOSIGNAL);
+    if (sent < 0)
+        return IsForLater();
+    waiting.remove(0, sent);
+    if (isLimited)
+        FLimit -= sent;
+    return !isLimited || FLimit > 0;
+}
+
+void TPair::PassEnd(int from)
+{
+    if (!FEnded[from] || FEndPassed[from] || !FWaiting[from].isEmpty())
+        return;
+    ::shutdown(FSockets[1 - from], SHUT_WR);
+    FEndPassed[from] = true;
+}
+
+void TPair::Cut()
+{
+    for (const int socket : FSockets)
+        Reset(socket);
 }
 
 } // namespace
@@ -54,39 +155,33 @@ int PortOf(int listener)
 class TTcpProxy::TLoop
 {
 public:
-    TLoop(const QString &host, int port);
+    TLoop(const QString &host, int port, int ownPort);
     ~TLoop();
 
-    /// Runs a change in the proxy's thread and returns when it is done.
-    /// Runs this in the proxy's thread between two moves of data and returns when it is done, so
-    /// a number that is asked for counts all that either side has seen by then.
+    /// Runs this in the proxy's thread between two moves of data and returns when it is done.
     void Call(const std::function<void()> &work);
-    template <class T>
-    T Ask(const std::function<T()> &question);
+    void Listen(int port);
+    void SetLimit(qint64 bytes);
 
-    const QByteArray Host;
-    const int ServerPort;
     int Port = 0;
     // The rest belongs to the thread.
     int Listener = -1;
     bool Stalled = false;
     std::chrono::milliseconds Delay{0};
-    qint64 Limit = -1;
-    std::list<TTcpProxyPair> Pairs;
+    std::list<TPair> Pairs;
     int Accepted = 0;
-    qint64 ToServer = 0;
-    qint64 ToClient = 0;
 
 private:
     void Run();
     void RunCall();
-    int Timeout() const;
     std::vector<pollfd> Watch() const;
     void Accept();
     void ConnectNew();
-    bool Move(TTcpProxyPair &pair, const pollfd (&fds)[2]);
 
-    int FWake[2] = {-1, -1};
+    const QByteArray FHost;
+    const int FServerPort;
+    const int FWake = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    qint64 FLimit = -1;
     std::mutex FCallers;
     std::mutex FMutex;
     std::condition_variable FDone;
@@ -95,12 +190,11 @@ private:
     std::thread FThread;
 };
 
-TTcpProxy::TLoop::TLoop(const QString &host, int port) : Host(host.toUtf8()), ServerPort(port)
+TTcpProxy::TLoop::TLoop(const QString &host, int port, int ownPort)
+    : FHost(host.toUtf8()), FServerPort(port)
 {
-    Listener = Listen(0);
-    Port = PortOf(Listener);
-    if (pipe2(FWake, O_CLOEXEC | O_NONBLOCK))
-        Fail("pipe");
+    Listen(ownPort);
+    Port = TTestSocket::PortOf(Listener);
     FThread = std::thread([this] { Run(); });
 }
 
@@ -108,11 +202,24 @@ TTcpProxy::TLoop::~TLoop()
 {
     Call([this] { FEnding = true; });
     FThread.join();
-    for (TTcpProxyPair &pair : Pairs)
+    for (TPair &pair : Pairs)
         pair.Cut();
-    for (const int fd : {Listener, FWake[0], FWake[1]})
-        if (fd >= 0)
-            close(fd);
+    ::close(FWake);
+    if (Listener >= 0)
+        ::close(Listener);
+}
+
+void TTcpProxy::TLoop::Listen(int port)
+{
+    Listener = TTestSocket::Listen(static_cast<quint16>(port));
+    ::fcntl(Listener, F_SETFL, O_NONBLOCK);
+}
+
+void TTcpProxy::TLoop::SetLimit(qint64 bytes)
+{
+    FLimit = bytes;
+    for (TPair &pair : Pairs)
+        pair.SetLimit(bytes);
 }
 
 void TTcpProxy::TLoop::Call(const std::function<void()> &work)
@@ -120,24 +227,14 @@ void TTcpProxy::TLoop::Call(const std::function<void()> &work)
     const std::lock_guard caller(FCallers);
     std::unique_lock lock(FMutex);
     FCall = work;
-    if (write(FWake[1], "x", 1) < 0)
-        Fail("proxy");
+    ::eventfd_write(FWake, 1);
     FDone.wait(lock, [this] { return !FCall; });
-}
-
-template <class T>
-T TTcpProxy::TLoop::Ask(const std::function<T()> &question)
-{
-    T answer{};
-    Call([&] { answer = question(); });
-    return answer;
 }
 
 void TTcpProxy::TLoop::RunCall()
 {
-    char drained[16];
-    while (read(FWake[0], drained, sizeof drained) > 0)
-        ;
+    eventfd_t calls = 0;
+    ::eventfd_read(FWake, &calls);
     const std::lock_guard lock(FMutex);
     if (FCall)
         FCall();
@@ -145,42 +242,17 @@ void TTcpProxy::TLoop::RunCall()
     FDone.notify_all();
 }
 
-// Data that are due already wait for room in the socket, which poll() reports by itself.
-int TTcpProxy::TLoop::Timeout() const
-{
-    const auto now = TTcpProxyPair::TClock::now();
-    auto due = TTcpProxyPair::TClock::time_point::max();
-    for (const TTcpProxyPair &pair : Pairs)
-        due = std::min(due, pair.NextDue(now));
-    if (Stalled || due == TTcpProxyPair::TClock::time_point::max())
-        return -1;
-    return int(std::chrono::ceil<std::chrono::milliseconds>(due - now).count());
-}
-
-std::vector<pollfd> TTcpProxy::TLoop::Watch() const
-{
-    std::vector<pollfd> fds{{FWake[0], POLLIN, 0}, {Listener, POLLIN, 0}};
-    for (const TTcpProxyPair &pair : Pairs) {
-        pollfd two[2] = {{-1, 0, 0}, {-1, 0, 0}};
-        if (!Stalled)
-            pair.Ask(two);
-        fds.insert(fds.end(), {two[0], two[1]});
-    }
-    return fds;
-}
-
 void TTcpProxy::TLoop::Run()
 {
     while (!FEnding) {
         if (!Stalled)
             ConnectNew();
-        const int timeout = Timeout(); // first, so that what falls due meanwhile is in Watch()
         std::vector<pollfd> fds = Watch();
-        if (poll(fds.data(), fds.size(), timeout) < 0 && errno != EINTR)
+        if (::poll(fds.data(), fds.size(), -1) < 0 && errno != EINTR)
             Fail("poll");
-        size_t i = 2;
-        for (auto pair = Pairs.begin(); pair != Pairs.end() && !Stalled; i += 2)
-            pair = Move(*pair, {fds[i], fds[i + 1]}) ? std::next(pair) : Pairs.erase(pair);
+        const pollfd *two = fds.data() + 2;
+        for (auto pair = Pairs.begin(); pair != Pairs.end() && !Stalled; two += 2)
+            pair = pair->Move(two, Delay) ? std::next(pair) : Pairs.erase(pair);
         if (fds[1].revents)
             Accept();
         if (fds[0].revents)
@@ -188,35 +260,39 @@ void TTcpProxy::TLoop::Run()
     }
 }
 
+std::vector<pollfd> TTcpProxy::TLoop::Watch() const
+{
+    std::vector<pollfd> fds{{FWake, POLLIN, 0}, {Listener, POLLIN, 0}};
+    const pollfd nothing{-1, 0, 0};
+    for (const TPair &pair : Pairs)
+        for (const int side : {sdClient, sdServer})
+            fds.push_back(Stalled ? nothing : pair.Watch(side));
+    return fds;
+}
+
 void TTcpProxy::TLoop::Accept()
 {
-    const int client = accept4(Listener, nullptr, nullptr, SOCK_CLOEXEC);
+    const int client = ::accept4(Listener, nullptr, nullptr, SOCK_CLOEXEC);
     if (client < 0)
         return;
-    Pairs.emplace_back(client).SetLimit(Limit);
+    Pairs.emplace_back(client, FLimit);
     ++Accepted;
 }
 
 // A stalled proxy accepts without a server behind, so the server's side is made when first needed.
 void TTcpProxy::TLoop::ConnectNew()
 {
-    std::erase_if(Pairs, [this](TTcpProxyPair &pair) {
-        if (pair.IsConnected() || pair.Connect(Host, ServerPort))
+    std::erase_if(Pairs, [this](TPair &pair) {
+        if (pair.IsConnected() || pair.Connect(FHost, FServerPort))
             return false;
         pair.Cut();
         return true;
     });
 }
 
-bool TTcpProxy::TLoop::Move(TTcpProxyPair &pair, const pollfd (&fds)[2])
-{
-    const bool alive = pair.Move(fds, Delay);
-    ToServer += pair.TakeBytesToServer();
-    ToClient += pair.TakeBytesToClient();
-    return alive;
-}
-
-TTcpProxy::TTcpProxy(const QString &host, int port) : FLoop(std::make_unique<TLoop>(host, port)) {}
+TTcpProxy::TTcpProxy(const QString &host, int port, int ownPort)
+    : FLoop(std::make_unique<TLoop>(host, port, ownPort))
+{}
 
 TTcpProxy::~TTcpProxy() = default;
 
@@ -228,7 +304,7 @@ int TTcpProxy::Port() const
 void TTcpProxy::Cut()
 {
     FLoop->Call([this] {
-        for (TTcpProxyPair &pair : FLoop->Pairs)
+        for (TPair &pair : FLoop->Pairs)
             pair.Cut();
         FLoop->Pairs.clear();
     });
@@ -236,11 +312,7 @@ void TTcpProxy::Cut()
 
 void TTcpProxy::CutAfter(qint64 bytesToClient)
 {
-    FLoop->Call([this, bytesToClient] {
-        FLoop->Limit = bytesToClient;
-        for (TTcpProxyPair &pair : FLoop->Pairs)
-            pair.SetLimit(bytesToClient);
-    });
+    FLoop->Call([this, bytesToClient] { FLoop->SetLimit(bytesToClient); });
 }
 
 void TTcpProxy::Stall()
@@ -252,11 +324,9 @@ void TTcpProxy::Resume()
 {
     FLoop->Call([this] {
         FLoop->Stalled = false;
-        FLoop->Limit = -1;
-        for (TTcpProxyPair &pair : FLoop->Pairs)
-            pair.SetLimit(-1);
+        FLoop->SetLimit(-1);
         if (FLoop->Listener < 0)
-            FLoop->Listener = Listen(FLoop->Port);
+            FLoop->Listen(FLoop->Port);
     });
 }
 
@@ -264,7 +334,7 @@ void TTcpProxy::Refuse()
 {
     FLoop->Call([this] {
         if (FLoop->Listener >= 0)
-            close(FLoop->Listener);
+            ::close(FLoop->Listener);
         FLoop->Listener = -1;
     });
 }
@@ -276,20 +346,7 @@ void TTcpProxy::SetDelay(int milliseconds)
 
 int TTcpProxy::ConnectionCount() const
 {
-    return FLoop->Ask<int>([this] { return FLoop->Accepted; });
-}
-
-int TTcpProxy::OpenCount() const
-{
-    return FLoop->Ask<int>([this] { return int(FLoop->Pairs.size()); });
-}
-
-qint64 TTcpProxy::BytesToServer() const
-{
-    return FLoop->Ask<qint64>([this] { return FLoop->ToServer; });
-}
-
-qint64 TTcpProxy::BytesToClient() const
-{
-    return FLoop->Ask<qint64>([this] { return FLoop->ToClient; });
+    int count = 0;
+    FLoop->Call([&] { count = FLoop->Accepted; });
+    return count;
 }

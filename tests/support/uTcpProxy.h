@@ -9,8 +9,8 @@
 class TTcpProxy
 {
 public:
-    /// The host is an IPv4 address in figures.
-    TTcpProxy(const QString &host, int port);
+    /// The host is an IPv4 address in figures. Takes a free port when it is told none.
+    TTcpProxy(const QString &host, int port, int ownPort = 0);
     ~TTcpProxy();
     TTcpProxy(const TTcpProxy &) = delete;
     TTcpProxy &operator=(const TTcpProxy &) = delete;
@@ -32,12 +32,8 @@ public:
     /// Milliseconds that each piece of data waits on its way, in each direction.
     void SetDelay(int milliseconds);
 
-    /// Connections accepted so far, and those open now.
+    /// Connections accepted so far.
     int ConnectionCount() const;
-    int OpenCount() const;
-    /// Bytes forwarded so far.
-    qint64 BytesToServer() const;
-    qint64 BytesToClient() const;
 
 private:
     class TLoop;

@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-
 bool TTestLoop::RunUntil(const std::function<bool()> &done, int deadline)
 {
     QElapsedTimer clock;
@@ -31,24 +29,4 @@ void TTestLoop::Settle()
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCoreApplication::processEvents();
-}
-
-void TTestLoop::RunThread(const std::function<void()> &work)
-{
-    std::exception_ptr thrown;
-    std::atomic<bool> finished = false;
-    std::thread thread([&] {
-        try {
-            work();
-        } catch (...) {
-            thrown = std::current_exception();
-        }
-        finished = true;
-    });
-    // Joining a thread that still waits for this one would hang, so past the deadline it is fatal.
-    if (!RunUntil([&] { return finished.load(); }))
-        std::terminate();
-    thread.join();
-    if (thrown)
-        std::rethrow_exception(thrown);
 }

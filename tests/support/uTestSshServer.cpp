@@ -1,44 +1,25 @@
 #include "uTestSshServer.h"
 
+#include "uTestSocket.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <arpa/inet.h>
 #include <csignal>
 #include <pwd.h>
 #include <stdexcept>
 #include <sys/prctl.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 namespace {
 
-int Connect(quint16 port)
-{
-    const int client = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(port);
-    if (::connect(client, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0)
-        return client;
-    ::close(client);
-    return -1;
-}
-
 quint16 FreePort()
 {
-    const int server = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    ::bind(server, reinterpret_cast<sockaddr *>(&address), size);
-    ::getsockname(server, reinterpret_cast<sockaddr *>(&address), &size);
-    ::close(server);
-    return ntohs(address.sin_port);
+    const int listener = TTestSocket::Listen();
+    const quint16 port = TTestSocket::PortOf(listener);
+    ::close(listener);
+    return port;
 }
 
 void Write(const QString &fileName, const QByteArray &text)
@@ -88,11 +69,11 @@ void TTestSshServer::Start()
 void TTestSshServer::AwaitPort()
 {
     for (int i = 0; i < 200; ++i) {
-        const int client = Connect(FPort);
-        if (client >= 0) {
-            ::close(client);
+        const int client = TTestSocket::New();
+        const bool answers = TTestSocket::Connect(client, FPort);
+        ::close(client);
+        if (answers)
             return;
-        }
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     QFile log(Path("log"));

@@ -2,30 +2,16 @@
 
 #include <QStringList>
 
-#include <array>
 #include <cerrno>
-#include <fcntl.h>
 #include <spawn.h>
 #include <stdexcept>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
 #include <vector>
 
 extern char **environ;
-
-namespace {
-
-// Close-on-exec: another child of the test that held the writing end would keep the server alive.
-std::array<int, 2> MakePipe()
-{
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC))
-        throw std::system_error(errno, std::generic_category(), "pipe");
-    return ends;
-}
-
-} // namespace
 
 TTestSupervisor::TTestSupervisor(const QStringList &command)
 {
@@ -37,37 +23,35 @@ TTestSupervisor::TTestSupervisor(const QStringList &command)
         argv.push_back(word.data());
     argv.push_back(nullptr);
 
-    const auto [childInput, input] = MakePipe();
-    const auto [output, childOutput] = MakePipe();
+    // Close-on-exec: another child of the test that held this end would keep the server alive.
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends))
+        throw std::system_error(errno, std::generic_category(), "socketpair");
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, childInput, STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, childOutput, STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, childOutput, STDERR_FILENO);
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        posix_spawn_file_actions_adddup2(&actions, ends[1], standard);
     const int error = posix_spawnp(&FPid, argv[0], &actions, nullptr, argv.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
-    close(childInput);
-    close(childOutput);
-    FInput = input;
-    FOutput = output;
+    close(ends[1]);
+    FEnd = ends[0];
     if (error) {
-        close(FInput);
-        close(FOutput);
+        close(FEnd);
         throw std::system_error(error, std::generic_category(), argv[0]);
     }
 }
 
 TTestSupervisor::~TTestSupervisor()
 {
-    close(FInput);
+    shutdown(FEnd, SHUT_WR);
     waitpid(FPid, nullptr, 0);
-    close(FOutput);
+    close(FEnd);
 }
 
 void TTestSupervisor::Write(const QByteArray &line)
 {
     const QByteArray text = line + '\n';
-    if (write(FInput, text.constData(), size_t(text.size())) != text.size())
+    if (write(FEnd, text.constData(), size_t(text.size())) != text.size())
         throw std::system_error(errno, std::generic_category(), "supervisor of a test server");
 }
 
@@ -76,7 +60,7 @@ QByteArray TTestSupervisor::ReadLine()
     QByteArray line;
     char c = 0;
     ssize_t got = 0;
-    while ((got = read(FOutput, &c, 1)) == 1 || (got < 0 && errno == EINTR)) {
+    while ((got = read(FEnd, &c, 1)) == 1 || (got < 0 && errno == EINTR)) {
         if (got == 1)
             line += c;
         if (got == 1 && c == '\n')

@@ -5,9 +5,10 @@
 
 #include <sys/types.h>
 
-/// The script that looks after a private server, at the other ends of two pipes. It takes the end
-/// of its input as the sign to end the server, so the server goes with this process however this
-/// process goes. No QProcess, since that belongs to one thread and to the life of the application.
+/// The script that looks after a private server, at the other end of a pair of sockets. It takes
+/// the end of its input as the sign to end the server, so the server goes with this process however
+/// this process goes. No QProcess, since that belongs to one thread and to the life of the
+/// application.
 class TTestSupervisor
 {
 public:
@@ -26,6 +27,5 @@ private:
     QByteArray ReadLine();
 
     pid_t FPid = 0;
-    int FInput = -1;  // what the script reads
-    int FOutput = -1; // what the script writes
+    int FEnd = -1;
 };

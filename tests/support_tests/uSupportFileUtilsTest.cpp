@@ -1,13 +1,13 @@
 #include "support/uFileUtils.h"
 
-#include "support/uException.h"
+#include "uTestErrors.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <csignal>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -41,16 +41,6 @@ protected:
     QTemporaryDir FFolder;
 };
 
-QString MessageOf(const std::function<void()> &action)
-{
-    try {
-        action();
-    } catch (const EException &e) {
-        return e.Message();
-    }
-    return {};
-}
-
 TEST_F(TFilesTest, GiveTheDefaultOnlyWhenTheFileIsMissing)
 {
     QString text;
@@ -76,17 +66,15 @@ TEST_F(TFilesTest, ReadAFileWhoseSizeTheSystemDoesNotTell)
     EXPECT_TRUE(Bytes("/proc/self/status").contains("VmPeak"));
 }
 
-struct TModeRow
-{
-    const char *Name;
-    int Before; // -1: no file
-    TAccess Access;
-    uint After;
-};
-
 TEST_F(TFilesTest, TakeOverPermissionsOrKeepTheOwnersSecret)
 {
-    const TModeRow rows[] = {
+    const struct
+    {
+        const char *Name;
+        int Before; // -1: no file
+        TAccess Access;
+        uint After;
+    } rows[] = {
         {"new default", -1, TAccess::faDefault, 0644},
         {"new secret", -1, TAccess::faOwnerOnly, 0600},
         {"executable stays", 0755, TAccess::faDefault, 0755},
@@ -94,7 +82,7 @@ TEST_F(TFilesTest, TakeOverPermissionsOrKeepTheOwnersSecret)
         {"open secret is closed", 0644, TAccess::faOwnerOnly, 0600},
     };
     const mode_t mask = ::umask(022);
-    for (const TModeRow &row : rows) {
+    for (const auto &row : rows) {
         const QString path = Path(row.Name);
         if (row.Before >= 0) {
             TFileUtils::WriteBinary(path, "old");
@@ -126,23 +114,18 @@ TEST_F(TFilesTest, ReplaceTheTargetOfALinkAndNotTheLink)
 TEST_F(TFilesTest, FailWithPathAndReasonAndLeaveNothingBehind)
 {
     TFileUtils::WriteBinary(Path("file"), "old");
-    struct TRow
-    {
-        QString FileName;
-        const char *Reason;
-    };
-    const TRow rows[] = {
+    const std::pair<QString, const char *> rows[] = {
         {Path("missing/file"), "No such file or directory"},
         {Path("file/below"), "Not a directory"},
         {FFolder.path(), "Is a directory"},
         {"/dev/full", "No space left on device"},
         {"/proc/version", ""}, // refused in one way or another, by who we are
     };
-    for (const TRow &row : rows) {
-        const QString message =
-            MessageOf([&] { TFileUtils::WriteBinary(row.FileName, QByteArray(100000, 'x')); });
-        EXPECT_TRUE(message.contains(row.FileName)) << qPrintable(message);
-        EXPECT_TRUE(message.contains(row.Reason)) << qPrintable(message);
+    for (const auto &[fileName, reason] : rows) {
+        const std::string message =
+            MessageOf([&] { TFileUtils::WriteBinary(fileName, QByteArray(100000, 'x')); });
+        EXPECT_THAT(message, testing::HasSubstr(fileName.toStdString()));
+        EXPECT_THAT(message, testing::HasSubstr(reason));
     }
     EXPECT_EQ(Names(), QStringList("file"));
     EXPECT_EQ(Bytes(Path("file")), "old");
@@ -156,11 +139,11 @@ TEST_F(TFilesTest, KeepTheOldFileWhenThereIsNoRoomForTheNew)
     const rlimit small = {4096, old.rlim_max};
     const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
     ::setrlimit(RLIMIT_FSIZE, &small);
-    const QString message =
+    const std::string message =
         MessageOf([&] { TFileUtils::WriteBinary(Path("file"), QByteArray(100000, 'x')); });
     ::setrlimit(RLIMIT_FSIZE, &old);
     std::signal(SIGXFSZ, oldHandler);
-    EXPECT_TRUE(message.contains("File too large")) << qPrintable(message);
+    EXPECT_THAT(message, testing::HasSubstr("File too large"));
     EXPECT_EQ(Bytes(Path("file")), "old");
     EXPECT_EQ(Names(), QStringList("file"));
 }

@@ -1,8 +1,8 @@
 #include "support/uTextCoding.h"
 
-#include "support/uException.h"
+#include "uTestErrors.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace {
 
@@ -16,122 +16,73 @@ public:
     ~TCodePage() { TTextCoding::SetLegacyCodePage({}); }
 };
 
-struct TFileRow
+const QByteArray Mark("\xEF\xBB\xBF");
+
+TEST(TTextCoding, ReadsAFileAndWritesItBackAlike)
 {
-    const char *Name;
-    const char *CodePage;
-    QByteArray Bytes;
-    QString Text;
-    TTextForm Form;
-};
-
-const TFileRow Files[] = {
-    {"Utf8WithMark",
-     "UTF-8",
-     "\xEF\xBB\xBF"
-     "a\xD0\x96\r\n",
-     u"aЖ\r\n"_qs,
-     {teUtf8, true, leCrLf}},
-    {"Utf8WithoutMark", "windows-1251", "\xD0\x96\n", u"Ж\n"_qs, {teUtf8, false, leLf}},
-    {"SecondMarkIsText",
-     "UTF-8",
-     "\xEF\xBB\xBF\xEF\xBB\xBFz",
-     u"\uFEFFz"_qs,
-     {teUtf8, true, leCrLf}},
-    {"Nul", "UTF-8", QByteArray("a\0b\r", 4), u"a\0b\r"_qs, {teUtf8, false, leCr}},
-    {"Emoji", "UTF-8", "\xF0\x9F\x98\x80", u"😀"_qs, {teUtf8, false, leCrLf}},
-    {"Empty", "UTF-8", "", u""_qs, {teUtf8, false, leCrLf}},
-    {"MarkAlone", "UTF-8", "\xEF\xBB\xBF", u""_qs, {teUtf8, true, leCrLf}},
-    {"Utf16LittleEndian",
-     "UTF-8",
-     QByteArray("\xFF\xFE\x16\x04\n\0", 6),
-     u"Ж\n"_qs,
-     {teUtf16LE, true, leLf}},
-    {"Utf16BigEndian",
-     "UTF-8",
-     QByteArray("\xFE\xFF\x04\x16\0\r\0\n", 8),
-     u"Ж\r\n"_qs,
-     {teUtf16BE, true, leCrLf}},
-    {"LegacyCyrillic",
-     "windows-1251",
-     "\xCF\xF0\xE8\xE2\xE5\xF2\n",
-     u"Привет\n"_qs,
-     {teLegacy, false, leLf}},
-    {"LegacyJapanese",
-     "SHIFT_JIS",
-     "\x83\x65\x83\x58\x83\x67",
-     u"テスト"_qs,
-     {teLegacy, false, leCrLf}},
-    {"LegacyNul",
-     "windows-1251",
-     QByteArray("\xCF\0\xF0", 3),
-     u"П\0р"_qs,
-     {teLegacy, false, leCrLf}},
-};
-
-class TTextFiles : public testing::TestWithParam<TFileRow>
-{};
-
-TEST_P(TTextFiles, AreReadAndWrittenBackAlike)
-{
-    const TFileRow &row = GetParam();
-    const TCodePage page(row.CodePage);
-    TTextForm form;
-    EXPECT_EQ(TTextCoding::Decode(row.Bytes, form), row.Text);
-    EXPECT_EQ(form, row.Form);
-    EXPECT_EQ(TTextCoding::Encode(row.Text, form), row.Bytes);
+    const struct
+    {
+        QByteArray Bytes;
+        QString Text;
+        TTextForm Form;
+        const char *CodePage = "UTF-8";
+    } files[] = {
+        {Mark + "a\xD0\x96\r\n", u"aЖ\r\n"_qs, {teUtf8, true, leCrLf}},
+        {"\xD0\x96\n", u"Ж\n"_qs, {teUtf8, false, leLf}, "windows-1251"},
+        {Mark + Mark + "z", u"\uFEFFz"_qs, {teUtf8, true, leCrLf}}, // the second one is text
+        {QByteArray("a\0b\r", 4), u"a\0b\r"_qs, {teUtf8, false, leCr}},
+        {"\xF0\x9F\x98\x80", u"😀"_qs, {teUtf8, false, leCrLf}},
+        {"", u""_qs, {teUtf8, false, leCrLf}},
+        {Mark, u""_qs, {teUtf8, true, leCrLf}},
+        {QByteArray("\xFF\xFE\x16\x04\n\0", 6), u"Ж\n"_qs, {teUtf16LE, true, leLf}},
+        {QByteArray("\xFE\xFF\x04\x16\0\r\0\n", 8), u"Ж\r\n"_qs, {teUtf16BE, true, leCrLf}},
+        {"\xCF\xF0\xE8\n", u"При\n"_qs, {teLegacy, false, leLf}, "windows-1251"},
+        {"\x83\x65\x83\x58", u"テス"_qs, {teLegacy, false, leCrLf}, "SHIFT_JIS"},
+        {QByteArray("\xCF\0\xF0", 3), u"П\0р"_qs, {teLegacy, false, leCrLf}, "windows-1251"},
+    };
+    for (const auto &file : files) {
+        const TCodePage page(file.CodePage);
+        TTextForm form;
+        EXPECT_EQ(TTextCoding::Decode(file.Bytes, form), file.Text) << qPrintable(file.Text);
+        EXPECT_EQ(form, file.Form) << qPrintable(file.Text);
+        EXPECT_EQ(TTextCoding::Encode(file.Text, form), file.Bytes) << qPrintable(file.Text);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(TextCoding, TTextFiles, testing::ValuesIn(Files),
-                         [](const auto &row) { return std::string(row.param.Name); });
-
-struct TBrokenRow
+TEST(TTextCoding, ShowsABrokenFileButNeverWritesItBack)
 {
-    const char *Name;
-    const char *CodePage;
-    QByteArray Bytes;
-    QString Start; // of the text that is shown
-};
-
-const TBrokenRow Broken[] = {
-    {"ForeignByte", "UTF-8", "ok \xCF\xF0", u"ok \uFFFD"_qs},
-    {"CutSequence", "UTF-8", "ok \xD0", u"ok \uFFFD"_qs},
-    {"OverlongSlash", "UTF-8", "\xC0\xAF", u"\uFFFD"_qs},
-    {"EncodedSurrogate", "UTF-8", "\xED\xA0\x80", u"\uFFFD"_qs},
-    {"BrokenBehindMark", "windows-1251", "\xEF\xBB\xBFx\xFF", u"x\uFFFD"_qs},
-    {"HalfUtf16Unit", "UTF-8", QByteArray("\xFF\xFE\x16\x04\x16", 5), u"Ж"_qs},
-    {"HoleInCodePage", "windows-1251", "\xCF\x98\xF0", u"П\uFFFDр"_qs},
-    {"CutDoubleByte", "SHIFT_JIS", "a\xFF\x83\x65\x83", u"a\uFFFDテ\uFFFD"_qs},
-};
-
-class TBrokenFiles : public testing::TestWithParam<TBrokenRow>
-{};
-
-TEST_P(TBrokenFiles, AreShownButNeverWrittenBack)
-{
-    const TBrokenRow &row = GetParam();
-    const TCodePage page(row.CodePage);
-    TTextForm form;
-    const QString text = TTextCoding::Decode(row.Bytes, form);
-    EXPECT_TRUE(text.startsWith(row.Start)) << qPrintable(text);
-    EXPECT_EQ(form.Encoding, teUndecodable);
-    EXPECT_THROW(TTextCoding::Encode(text, form), EException);
+    const struct
+    {
+        const char *CodePage;
+        QByteArray Bytes;
+        QString Start; // of the text that is shown
+    } files[] = {
+        {"UTF-8", "ok \xCF\xF0", u"ok \uFFFD"_qs},
+        {"UTF-8", "ok \xD0", u"ok \uFFFD"_qs},
+        {"UTF-8", "\xC0\xAF", u"\uFFFD"_qs},     // a slash in two bytes
+        {"UTF-8", "\xED\xA0\x80", u"\uFFFD"_qs}, // half a pair
+        {"windows-1251", Mark + "x\xFF", u"x\uFFFD"_qs},
+        {"UTF-8", QByteArray("\xFF\xFE\x16\x04\x16", 5), u"Ж"_qs},
+        {"windows-1251", "\xCF\x98\xF0", u"П\uFFFDр"_qs}, // a hole in the code page
+        {"SHIFT_JIS", "a\xFF\x83\x65\x83", u"a\uFFFDテ\uFFFD"_qs},
+    };
+    for (const auto &file : files) {
+        const TCodePage page(file.CodePage);
+        TTextForm form;
+        const QString text = TTextCoding::Decode(file.Bytes, form);
+        EXPECT_TRUE(text.startsWith(file.Start)) << qPrintable(text);
+        EXPECT_EQ(form.Encoding, teUndecodable) << qPrintable(text);
+        EXPECT_THROW(TTextCoding::Encode(text, form), EException) << qPrintable(text);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(TextCoding, TBrokenFiles, testing::ValuesIn(Broken),
-                         [](const auto &row) { return std::string(row.param.Name); });
 
 TEST(TTextCoding, RefusesWhatTheEncodingCannotHold)
 {
     const TCodePage page("windows-1251");
     const TTextForm legacy{teLegacy, false, leLf};
-    try {
-        TTextCoding::Encode(u"Ж😀"_qs, legacy);
-        FAIL() << "no exception";
-    } catch (const EException &e) {
-        EXPECT_TRUE(e.Message().contains(u"U+1F600"_qs)) << qPrintable(e.Message());
-        EXPECT_TRUE(e.Message().contains("windows-1251"));
-    }
+    const std::string message = MessageOf([&] { TTextCoding::Encode(u"Ж😀"_qs, legacy); });
+    EXPECT_THAT(message, testing::HasSubstr("U+1F600"));
+    EXPECT_THAT(message, testing::HasSubstr("windows-1251"));
     EXPECT_THROW(TTextCoding::Encode(QString(QChar(0xD83D)) + u'x', TTextForm()), EException);
 }
 

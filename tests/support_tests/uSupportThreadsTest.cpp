@@ -55,14 +55,6 @@ TEST_F(TMainThreadTest, ServesNothingElseWhileItWaits)
     EXPECT_TRUE(clicked);
 }
 
-TEST_F(TMainThreadTest, RunsCallsInAnEventLoop)
-{
-    QEventLoop loop;
-    const TThreadPtr thread = Start([&] { TMainThread::Synchronize([&] { loop.exit(5); }); });
-    EXPECT_EQ(loop.exec(), 5);
-    TMainThread::WaitFor(*thread);
-}
-
 TEST_F(TMainThreadTest, RunsCallsInALoopInsideACall)
 {
     QEventLoop inner;

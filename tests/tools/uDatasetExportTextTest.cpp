@@ -10,11 +10,7 @@ namespace {
 class TDatasetExportTextTest : public TToolsTest
 {
 protected:
-    void SetUp() override
-    {
-        TToolsTest::SetUp();
-        FExport.FSystem = TFormatSettings::Of(QLocale::c());
-    }
+    TDatasetExportTextTest() { FExport.FSystem = TFormatSettings::Of(QLocale::c()); }
     QString Text(const QString &sql)
     {
         const auto query = Open(sql);
@@ -76,11 +72,6 @@ TEST_F(TDatasetExportTextTest, ValuesKeepWhatTheyAre)
 
 TEST_F(TDatasetExportTextTest, TheSystemsFormatsAreTheDefault)
 {
-    struct TRow
-    {
-        const char *Locale;
-        QString Expected;
-    };
     // The 29th is no day that every month has, so it takes another way through the code.
     const QString sql = "SELECT 1.5, 2.5e0, CAST('2024-02-09 13:05:07' AS DATETIME),"
                         " CAST('2024-02-29' AS DATE), CAST('2024-02-29 00:07:00' AS DATETIME),"
@@ -88,7 +79,7 @@ TEST_F(TDatasetExportTextTest, TheSystemsFormatsAreTheDefault)
     // Neither a unit nor a blank is what the dialog calls a delimiter.
     for (const char *locale : {"ja_JP", "ko_KR", "fr_CA", "ta_IN", "nn_NO"})
         EXPECT_EQ(TFormatSettings::Of(QLocale(locale)).TimeSeparator, ":") << locale;
-    const TRow rows[] = {
+    const std::pair<const char *, QString> rows[] = {
         {"de_DE", "1,5;2,5;09.02.2024 13:05:07;29.02.2024;29.02.2024 00:07:00;10.02.2024;"
                   "11:02:03;\r\n"},
         {"en_US", "1.5;2.5;2/9/2024 1:05:07 PM;2/29/2024;2/29/2024 12:07:00 AM;2/10/2024;"
@@ -102,17 +93,17 @@ TEST_F(TDatasetExportTextTest, TheSystemsFormatsAreTheDefault)
         {"es_ES", "1,5;2,5;9/2/2024 13:05:07;29/2/2024;29/2/2024 0:07:00;10/2/2024;11:02:03;\r\n"},
     };
     FExport.FOptions.FieldDelimiter = u';';
-    for (const TRow &row : rows) {
-        FExport.FSystem = TFormatSettings::Of(QLocale(row.Locale));
+    for (const auto &[locale, expected] : rows) {
+        FExport.FSystem = TFormatSettings::Of(QLocale(locale));
         FExport.FOptions.DefaultRegionalSettings = true;
-        EXPECT_EQ(Text(sql), row.Expected) << row.Locale;
+        EXPECT_EQ(Text(sql), expected) << locale;
         // What the dialog shows as defaults gives the same file.
         FExport.FOptions.DefaultRegionalSettings = false;
         FExport.FOptions.DateFormat = FExport.FSystem.ShortDateFormat;
         FExport.FOptions.DateDelimiter = FExport.FSystem.DateSeparator[0].unicode();
         FExport.FOptions.TimeDelimiter = FExport.FSystem.TimeSeparator[0].unicode();
         FExport.FOptions.DecimalDelimiter = FExport.FSystem.DecimalSeparator[0].unicode();
-        EXPECT_EQ(Text(sql), row.Expected) << row.Locale;
+        EXPECT_EQ(Text(sql), expected) << locale;
     }
 }
 

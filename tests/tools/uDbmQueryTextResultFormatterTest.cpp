@@ -61,24 +61,19 @@ TEST_F(TDbmQueryTextResultFormatterTest, AlignsByTheTypeOfTheColumn)
          " tim TIME, txt VARCHAR(9), bin VARBINARY(9), en ENUM('e'), bits BIT(4))");
     Exec("INSERT INTO t VALUES (1, 2, 3, 4, 5, 2006, 7.5, 8.25, '2010-05-01', '12:30:00', 'a', "
          "'b', 'e', 5)");
-    struct TRow
-    {
-        const char *Column;
-        const char *Cell; // in a column of 12
-    };
-    const TRow rows[] = {
+    const std::pair<const char *, const char *> rows[] = {
+        // a column, and its cell of 12
         {"id", "           1"},  {"tiny", "           2"}, {"small", "           3"},
         {"big", "           4"}, {"huge", "           5"}, {"yr", "        2006"},
         {"dbl", "         7.5"}, {"deci", "8.25        "}, {"dat", "2010-05-01  "},
         {"tim", "12:30:00    "}, {"txt", "a           "},  {"bin", "0x62        "},
         {"en", "e           "},
     };
-    for (const TRow &row : rows) {
-        const QStringList table =
-            Table(QString("SELECT %1 AS a_long_name_ FROM t").arg(row.Column));
+    for (const auto &[column, cell] : rows) {
+        const QStringList table = Table(QString("SELECT %1 AS a_long_name_ FROM t").arg(column));
         ASSERT_EQ(table.size(), 5);
         EXPECT_EQ(table[1], "a_long_name_");
-        EXPECT_EQ(table[3], row.Cell) << row.Column;
+        EXPECT_EQ(table[3], cell) << column;
     }
 }
 

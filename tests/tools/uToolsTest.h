@@ -1,32 +1,9 @@
 #pragma once
 
-#include "client/uMyQuery.h"
-#include "uTestDatabase.h"
+#include "client/uClientTools.h"
 
 /// A session of the product's own on the test's database.
-class TToolsTest : public TServerTest
-{
-protected:
-    void SetUp() override
-    {
-        FConnection.Server = Server().Host();
-        FConnection.Port = Server().Port();
-        FConnection.Username = Server().User();
-        FConnection.Password = Server().Password();
-        FConnection.Database = Database().Name();
-        FConnection.Options.Charset = "utf8mb4";
-        FConnection.Options.UseUnicode = true;
-    }
-    std::unique_ptr<TMyQuery> Open(const QString &sql)
-    {
-        auto query = std::make_unique<TMyQuery>(&FConnection);
-        query->SetSQL(sql);
-        query->Execute();
-        return query;
-    }
-
-    TMyConnection FConnection;
-};
+using TToolsTest = TClientTest;
 
 /// Counts what a bound grid would hear of.
 class TCountingLink : public TDataLink
