@@ -80,7 +80,7 @@ TEST_F(TCrashTest, WhatWasTypedIsThereAfterTheProcessWasKilled)
     manager->SetParams(Profile());
     manager->Connect();
     Window->NewConnection(std::move(manager), "Crash", Id);
-    TPageManagerFrame &pages = Window->GetActiveManagerFrame()->PageManager();
+    TPageManagerFrame &pages = Workspace().PageManager();
     ASSERT_EQ(pages.PageCount(), 2);
     const auto text = [&](int page) {
         return qobject_cast<TQueryPageFrame *>(pages.GetPageByIndex(page))->GetText();
