@@ -62,8 +62,7 @@ protected:
     template <typename TPage>
     TPage &Page()
     {
-        auto *page =
-            qobject_cast<TPage *>(Window->GetActiveManagerFrame()->PageUtils().GetActivePage());
+        auto *page = qobject_cast<TPage *>(Pages().GetActivePage());
         if (!page)
             throw std::runtime_error("another page is active");
         return *page;
@@ -78,17 +77,17 @@ protected:
 
 TEST_F(TPagesOnMySql9Test, TheTreeShowsAndChangesObjects)
 {
-    QStringList captions;
-    for (int i = 0; i < FData->DataList()->Count(); ++i)
-        captions += FData->DataList()->Items(i)->Caption();
-    EXPECT_EQ(captions, (QStringList{"Tables (2)", "Views (1)", "Procedures (1)", "Functions (1)",
-                                     "Events (1)"}));
+    const auto captions = [](const TVTDataList &list) {
+        QStringList texts;
+        for (int i = 0; i < list.Count(); ++i)
+            texts += list.Items(i)->Caption();
+        return texts;
+    };
+    EXPECT_EQ(
+        captions(*FData->DataList()),
+        (QStringList{"Tables (2)", "Views (1)", "Procedures (1)", "Functions (1)", "Events (1)"}));
     Node(Id("table", "t")).SetExpanded(true);
-    captions.clear();
-    const TVTDataList &lists = *Node(Id("table", "t")).DataList();
-    for (int i = 0; i < lists.Count(); ++i)
-        captions += lists.Items(i)->Caption();
-    EXPECT_EQ(captions,
+    EXPECT_EQ(captions(*Node(Id("table", "t")).DataList()),
               (QStringList{"Fields (3)", "Indexes (3)", "References (1)", "Triggers (1)"}));
 
     for (const auto &[kind, name] :
@@ -113,14 +112,14 @@ TEST_F(TPagesOnMySql9Test, TheTreeShowsAndChangesObjects)
                 ->FindNode(name);
         };
         ASSERT_NE(find(), nullptr) << name;
-        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+        Answer("butYes");
         Press(Qt::Key_Delete, *find());
         EXPECT_EQ(find(), nullptr) << name;
     }
     const std::pair<const char *, const char *> objects[] = {
         {"view", "v_renamed"}, {"proc", "p"}, {"func", "f"}, {"event", "e_renamed"}};
     for (const auto &[kind, name] : objects) {
-        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+        Answer("butYes");
         Press(Qt::Key_Delete, Node(Id(kind, name)));
         EXPECT_EQ(FData->FindNode(Id(kind, name)), nullptr) << name;
     }

@@ -151,11 +151,7 @@ TEST_F(TMainFormTest, ADatabaseIsAskedForFirst)
     Driver.Expect("Migrate Database", [](QWidget *form) { TGuiTools::Click(form, "butCancel"); });
     Trigger("actToolsMigrateDatabase");
     choose(byKey);
-    Driver.Expect("frmWorker", [](QWidget *job) {
-        EXPECT_TRUE(
-            TTestLoop::RunUntil([job] { return job->windowTitle().endsWith(" - Finished"); }));
-        TGuiTools::Click(job, "butClose");
-    });
+    ExpectJob();
     Trigger("actToolsChecksumDatabase");
     for (const char *action : {"actSchemaOpen", "actToolsMigrateDatabase",
                                "actToolsChecksumDatabase", "actSchemaDelete"}) {

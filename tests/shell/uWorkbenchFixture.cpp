@@ -146,6 +146,19 @@ void TWorkbenchTest::StoreProfile(const QString &alias, const TDbmConnectionProf
     profiles.Write();
 }
 
+void TWorkbenchTest::ExpectJob(const QString &title)
+{
+    Driver.Expect("frmWorker", [this, title](QWidget *job) {
+        const QString end = " - Finished";
+        EXPECT_TRUE(TTestLoop::RunUntil([&] { return job->windowTitle().endsWith(end); }));
+        if (!title.isEmpty())
+            EXPECT_EQ(job->windowTitle(), title + end);
+        JobLog = Find<QPlainTextEdit>(job, "memLog")->toPlainText();
+        EXPECT_EQ(Find<QPushButton>(job, "butClose")->text(), "Close");
+        TGuiTools::Click(job, "butClose");
+    });
+}
+
 void TWorkbenchTest::ExpectError(const QString &text)
 {
     Driver.Expect("frmErrorBox", [text](QWidget *box) {

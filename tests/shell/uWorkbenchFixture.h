@@ -51,12 +51,16 @@ protected:
     void ChooseDatabase(const QString &name);
     /// The profile is the only one of the file.
     static void StoreProfile(const QString &alias, const TDbmConnectionProfile &connection);
+    /// A job's window, of this title unless empty: waits for the end, keeps what the job said and
+    /// closes the window.
+    void ExpectJob(const QString &title = {});
     /// Expects the shell's error box with this text in it, and closes it.
     void ExpectError(const QString &text);
     QString FilePath(const QString &name) const { return FFolder.filePath(name); }
 
     TModalDriver Driver;
     std::unique_ptr<TMainForm> Window;
+    QString JobLog;
 
 private:
     QTemporaryDir FFolder;

@@ -125,11 +125,6 @@ protected:
         });
     }
 
-    void Answer(const char *button)
-    {
-        Driver.Expect([button](QWidget *box) { TGuiTools::Click(box, button); });
-    }
-
     int FStatements = 0;
     int FRenames = 0;
     TVTTreeView *FTree = nullptr;
