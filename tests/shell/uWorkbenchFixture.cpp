@@ -151,8 +151,9 @@ void TWorkbenchTest::ExpectJob(const QString &title)
     Driver.Expect("frmWorker", [this, title](QWidget *job) {
         const QString end = " - Finished";
         EXPECT_TRUE(TTestLoop::RunUntil([&] { return job->windowTitle().endsWith(end); }));
-        if (!title.isEmpty())
+        if (!title.isEmpty()) {
             EXPECT_EQ(job->windowTitle(), title + end);
+        }
         JobLog = Find<QPlainTextEdit>(job, "memLog")->toPlainText();
         EXPECT_EQ(Find<QPushButton>(job, "butClose")->text(), "Close");
         TGuiTools::Click(job, "butClose");

@@ -1,4 +1,5 @@
 #include "uModalDriver.h"
+#include "uPaintCounter.h"
 #include "widgets/uDataSetGridFixture.h"
 
 #include <QCalendarWidget>
@@ -153,21 +154,6 @@ TEST_F(TDataSetGridEditTest, BytesAreEditedByADialogOfTheOwner)
     EXPECT_EQ(Value("SELECT b IS NULL FROM t WHERE id = 1"), "1");
 }
 
-/// Counts what a window paints.
-class TPaints : public QObject
-{
-public:
-    explicit TPaints(QWidget *widget) { widget->installEventFilter(this); }
-    int Count = 0;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        Count += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-};
-
 TEST_F(TDataSetGridEditTest, ARefreshLeavesTheUserWhereTheyAre)
 {
     Exec("CREATE TABLE t (id INT PRIMARY KEY, a TEXT, b TEXT, c TEXT)");
@@ -186,7 +172,7 @@ TEST_F(TDataSetGridEditTest, ARefreshLeavesTheUserWhereTheyAre)
         Grid.RebuildColumns();
         TTestLoop::Settle();
     };
-    const TPaints paints(Grid.viewport());
+    const TPaintCounter paints(Grid.viewport());
     refresh();
     EXPECT_EQ(paints.Count, 1);
     EXPECT_EQ(Grid.currentIndex(), Cell(151, 2));

@@ -47,18 +47,6 @@ protected:
 
     QString Message() { return Part<QLabel>("lblMessage")->text(); }
     void Click(const char *name) { QTest::mouseClick(Part(name), Qt::LeftButton); }
-    qsizetype Start()
-    {
-        const long from = Send(TSci::SCI_GETSELECTIONSTART);
-        Send(TSci::SCI_SETANCHOR, from);
-        return QString::fromUtf8(Bytes().first(from)).size();
-    }
-    QByteArray Bytes()
-    {
-        QByteArray bytes(Send(TSci::SCI_GETLENGTH) + 1, '\0');
-        Send(TSci::SCI_GETTEXT, bytes.size(), reinterpret_cast<long>(bytes.data()));
-        return bytes;
-    }
 };
 
 class TTextEditorFind : public TTextEditorSearchBar, public testing::WithParamInterface<TFindCase>
@@ -70,7 +58,6 @@ protected:
         QList<qsizetype> starts;
         for (qsizetype i = 0; i < GetParam().Starts.size(); ++i) {
             Press(Qt::Key_F3, modifiers);
-            const QString before = Editor->Text();
             const long from = Send(TSci::SCI_GETSELECTIONSTART);
             const long to = Send(TSci::SCI_GETSELECTIONEND);
             Send(TSci::SCI_SETSEL, 0, from);
