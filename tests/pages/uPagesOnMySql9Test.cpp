@@ -1,15 +1,11 @@
 #include "core/uServerProfile.h"
-#include "model/uDbmManager.h"
 #include "pages/schema/uSchemaPageFrame.h"
 #include "pages/structure/uTablePageFrame.h"
 #include "pages/tree/uManagerObjectsFrame.h"
 #include "pages/uTabTools.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "widgets/uVTDataManager.h"
 
-#include <QAction>
 #include <QLineEdit>
 #include <QTest>
 #include <gmock/gmock.h>

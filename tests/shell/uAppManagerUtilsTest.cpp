@@ -1,11 +1,8 @@
 #include "shell/uAppManagerUtils.h"
 
-#include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
 #include "pages/tree/uManagerObjectsFrame.h"
-#include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppMessages.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uRecordedDialogs.h"
 #include "shell/uWorkbenchFixture.h"
 

@@ -1,19 +1,13 @@
 #include "app/uAppPathUtils.h"
-#include "model/uDbmManager.h"
 #include "pages/query/uQueryPageFrame.h"
-#include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppStart.h"
-#include "shell/uManagerFrame.h"
-#include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "support/uFileUtils.h"
 #include "uTestRole.h"
-#include "widgets/uTextEditor.h"
 
 #include <QAbstractScrollArea>
 #include <QProcess>
 #include <QTest>
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,26 +1,19 @@
 #include "app/uAppPathUtils.h"
 #include "app/uConfig.h"
-#include "model/uDbmManager.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "shell/uAppDialogs.h"
 #include "shell/uAppMessages.h"
 #include "shell/uAppStart.h"
 #include "shell/uAppUtils.h"
-#include "shell/uManagerFrame.h"
-#include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "support/uFileUtils.h"
-#include "uTcpProxy.h"
 #include "widgets/uGridView.h"
 
-#include <QAction>
 #include <QFile>
 #include <QLabel>
-#include <QMenu>
 #include <QMenuBar>
 #include <QTest>
 #include <QToolButton>
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,21 +1,15 @@
 #include "app/uAppPathUtils.h"
-#include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
 #include "model/uDbmViewList.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "pages/schema/uSchemaPageFrame.h"
 #include "pages/structure/uTablePageFrame.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
-#include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "support/uFileUtils.h"
-#include "widgets/uTextEditor.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTabWidget>
-#include <gtest/gtest.h>
 
 namespace {
 

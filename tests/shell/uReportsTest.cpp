@@ -1,18 +1,14 @@
 #include "app/uAppConfig.h"
-#include "model/uDbmManager.h"
 #include "shell/uGuard.h"
 #include "shell/uMainDataModule.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "support/uException.h"
-#include "uTcpProxy.h"
 #include "uTestHttpServer.h"
 
 #include <QDesktopServices>
 #include <QLabel>
 #include <QTextBrowser>
 #include <QUrl>
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -5,16 +5,10 @@
 #include "app/uAppProfiles.h"
 #include "core/uDbmErrorNames.h"
 #include "core/uServerProfile.h"
-#include "model/uDbmManager.h"
 #include "pages/query/uQueryPageFrame.h"
-#include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppStart.h"
 #include "shell/uMainDataModule.h"
-#include "shell/uManagerFrame.h"
-#include "uTcpProxy.h"
-#include "widgets/uTextEditor.h"
 
-#include <QAction>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>

@@ -1,21 +1,23 @@
 #pragma once
 
 #include "core/uDbmConnectionProfile.h"
+#include "model/uDbmManager.h"
+#include "shell/uAppManagerPageUtils.h"
 #include "shell/uMainForm.h"
+#include "shell/uManagerFrame.h"
+#include "shell/uPageManagerFrame.h"
 #include "uGuiTools.h"
 #include "uModalDriver.h"
+#include "uTcpProxy.h"
 #include "uTestDatabase.h"
 #include "uTestLoop.h"
 #include "uTestPrint.h"
+#include "widgets/uTextEditor.h"
 
 #include <QTemporaryDir>
 #include <memory>
 
-class TAppManagerPageUtils;
-class TManagerFrame;
 class TQueryPageFrame;
-class TTcpProxy;
-class TTextEditor;
 
 /// The whole workbench in the test's process: the real window on the offscreen platform, the real
 /// server, folders of its own. Dialogs are answered by Driver.

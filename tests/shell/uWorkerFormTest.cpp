@@ -8,7 +8,6 @@
 #include "uGuiTools.h"
 #include "uModalDriver.h"
 #include "uTcpProxy.h"
-#include "uTestDatabase.h"
 #include "uTestLoop.h"
 
 #include <QClipboard>

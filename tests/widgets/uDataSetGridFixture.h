@@ -8,11 +8,9 @@
 #include "widgets/uDataSetGrid.h"
 #include "widgets/uDataSetModel.h"
 
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
-#include <gtest/gtest.h>
 
 /// A grid over a statement of a real server.
 class TDataSetGridTest : public TServerTest

@@ -8,7 +8,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCursor>
-#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>

@@ -3,7 +3,6 @@
 #include "uTestLoop.h"
 #include "widgets/uLayoutStore.h"
 
-#include <QHeaderView>
 #include <QSplitter>
 #include <gtest/gtest.h>
 #include <map>

@@ -7,7 +7,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QHeaderView>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QStandardItemModel>

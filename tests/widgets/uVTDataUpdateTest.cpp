@@ -3,8 +3,6 @@
 
 #include <QScrollBar>
 
-#include <stdexcept>
-
 namespace {
 
 class TVTDataUpdateCycle : public TVTData

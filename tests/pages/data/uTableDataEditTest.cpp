@@ -2,13 +2,11 @@
 
 #include "core/uServerProfile.h"
 #include "support/uFileUtils.h"
-#include "uTcpProxy.h"
 
 #include <QBuffer>
 #include <QCheckBox>
 #include <QImage>
 #include <QListWidget>
-#include <QPointer>
 #include <QToolBar>
 #include <QToolButton>
 

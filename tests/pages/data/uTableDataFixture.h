@@ -2,22 +2,15 @@
 
 #include "pages/data/uTableDataFrame.h"
 #include "pages/structure/uTablePageFrame.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
-#include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "widgets/uDataSetGrid.h"
-#include "widgets/uTextEditor.h"
 #include "widgets/uVerticalGrid.h"
 
-#include <QAction>
 #include <QComboBox>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTest>
-#include <gtest/gtest.h>
 
 /// The data page of a table in the real window. `FStatements` has what was sent since Open.
 class TTableDataTest : public TWorkbenchTest

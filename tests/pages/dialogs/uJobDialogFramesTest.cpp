@@ -1,19 +1,14 @@
 #include "app/uAppConfig.h"
 #include "jobs/uAppWorkers.h"
 #include "model/uDbmFieldList.h"
-#include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
 #include "shell/uAppDialogs.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "widgets/uVerticalGrid.h"
 
-#include <QAbstractItemView>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QPushButton>
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,13 +1,10 @@
 #include "app/uAppConfig.h"
 #include "app/uAppPathUtils.h"
 #include "app/uAppProfiles.h"
-#include "model/uDbmManager.h"
 #include "shell/uAppDialogs.h"
 #include "shell/uAppUtils.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "support/uFileUtils.h"
-#include "uTcpProxy.h"
 #include "uTestSshServer.h"
 #include "widgets/uVTDataManager.h"
 #include "widgets/uVerticalGrid.h"
@@ -19,7 +16,6 @@
 #include <QFileInfo>
 #include <QPushButton>
 #include <QTest>
-#include <gtest/gtest.h>
 
 namespace {
 

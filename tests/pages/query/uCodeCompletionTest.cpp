@@ -1,23 +1,17 @@
 #include "app/uAppConfig.h"
 #include "core/uServerProfile.h"
 #include "model/uDbmFieldList.h"
-#include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "shell/uAppCodeCompleteUtils.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
-#include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "widgets/uCompletionList.h"
-#include "widgets/uTextEditor.h"
 
 #include <QAbstractScrollArea>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QTest>
-#include <gtest/gtest.h>
 
 namespace {
 

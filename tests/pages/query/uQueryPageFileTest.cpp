@@ -1,11 +1,8 @@
 #include "pages/query/uQueryPageFrame.h"
 #include "pages/query/uTextDocumentFile.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "support/uFileUtils.h"
 #include "support/uTextCoding.h"
-#include "widgets/uTextEditor.h"
 
 #include <QAbstractScrollArea>
 #include <QDir>
@@ -13,7 +10,6 @@
 #include <QLabel>
 #include <QTest>
 #include <csignal>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 
 namespace {

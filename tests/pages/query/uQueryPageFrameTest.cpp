@@ -1,26 +1,18 @@
 #include "pages/query/uQueryPageFrame.h"
-#include "model/uDbmManager.h"
 #include "pages/query/uEditorPageFrame.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
-#include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "support/uFileUtils.h"
-#include "uTcpProxy.h"
 #include "widgets/uDataSetGrid.h"
 #include "widgets/uDropDownCombo.h"
 #include "widgets/uGridView.h"
-#include "widgets/uTextEditor.h"
 
 #include <QAbstractScrollArea>
-#include <QAction>
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QTest>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <thread>
 

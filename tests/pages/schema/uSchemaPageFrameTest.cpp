@@ -1,17 +1,12 @@
 #include "pages/schema/uSchemaPageFrame.h"
 
-#include "model/uDbmManager.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "pages/structure/uTablePageFrame.h"
 #include "pages/uTabTools.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uRecordedDialogs.h"
 #include "shell/uWorkbenchFixture.h"
-#include "uTcpProxy.h"
 #include "widgets/uVerticalGrid.h"
 
-#include <QAction>
 #include <QFile>
 #include <QLineEdit>
 #include <QScrollBar>

@@ -1,26 +1,18 @@
 #include "pages/structure/uTablePageFrame.h"
 
-#include "model/uDbmManager.h"
 #include "pages/structure/uTableFrame.h"
 #include "pages/structure/uTableListFrames.h"
 #include "pages/structure/uTableStructureFrame.h"
 #include "pages/uTabTools.h"
-#include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppManagerUtils.h"
 #include "shell/uAppMessages.h"
-#include "shell/uManagerFrame.h"
-#include "shell/uPageManagerFrame.h"
 #include "shell/uRecordedDialogs.h"
 #include "shell/uWorkbenchFixture.h"
-#include "widgets/uGridView.h"
-#include "widgets/uTextEditor.h"
 
-#include <QAction>
 #include <QLineEdit>
 #include <QTabBar>
 #include <QToolBar>
 #include <QToolButton>
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,27 +1,20 @@
 #pragma once
 
 #include "core/uServerProfile.h"
-#include "model/uDbmManager.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "pages/tree/uManagerObjectsFrame.h"
 #include "pages/uTabTools.h"
 #include "shell/uAppMessages.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uRecordedDialogs.h"
 #include "shell/uWorkbenchFixture.h"
-#include "uTcpProxy.h"
 #include "widgets/uDropDownCombo.h"
 #include "widgets/uVTDataModel.h"
 
-#include <QAbstractItemView>
-#include <QAction>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QTest>
-#include <gtest/gtest.h>
 
 /// A workspace on a database with an object of each kind, and what its tree shows.
 class TObjectsFrameTest : public TWorkbenchTest
