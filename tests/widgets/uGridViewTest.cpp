@@ -109,10 +109,9 @@ TEST(TGridView, ActivatesByEnterAndDoubleClickButNotWhereACellIsEdited)
         QTest::mouseClick(shown.Grid.viewport(), Qt::LeftButton, {}, place);
         QTest::mouseDClick(shown.Grid.viewport(), Qt::LeftButton, {}, place);
     };
+    shown.Grid.SetFocusedRow(-1);
     QTest::keyClick(&shown.Grid, Qt::Key_Return);
-    const int withoutFocus = shown.Grid.FocusedRow() < 0 ? 0 : 1;
-    EXPECT_EQ(activated.count(), withoutFocus);
-    activated.clear();
+    EXPECT_EQ(activated.count(), 0);
     doubleClick(1);
     ASSERT_EQ(activated.count(), 1);
     EXPECT_EQ(activated.last().first().toInt(), 1);

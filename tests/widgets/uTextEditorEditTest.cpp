@@ -237,40 +237,30 @@ TEST_F(TTextEditorEdit, TabKeyGoesOnWhenItIsNoInput)
 
 TEST_F(TTextEditorEdit, MenuOffersWhatCanBeDone)
 {
-    const auto open = [this] {
+    const auto offered = [this] {
         QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5},
                                 Editor->mapToGlobal(QPoint(5, 5)));
         QApplication::sendEvent(Editor->Editor()->viewport(), &event);
-        return Part<QMenu>("editorMenu");
-    };
-    const auto enabled = [](QMenu *menu) {
+        auto *menu = Part<QMenu>("editorMenu");
         QStringList captions;
         for (const QAction *action : menu->actions())
             if (!action->isSeparator() && action->isEnabled() && action->isVisible())
                 captions += action->text().section(u'\t', 0, 0);
-        return captions.join(u' ');
-    };
-    const auto close = [this](QMenu *menu) {
         menu->close();
         QCoreApplication::sendPostedEvents(menu, QEvent::DeferredDelete);
+        return captions.join(u' ');
     };
     QApplication::clipboard()->setText("p");
     Load("abc");
-    QMenu *menu = open();
-    EXPECT_EQ(enabled(menu), QStringLiteral("Paste Select All Find... Replace... Toggle Comment"));
-    close(menu);
+    EXPECT_EQ(offered(), QStringLiteral("Paste Select All Find... Replace... Toggle Comment"));
     Editor->SelectAll();
     Editor->PasteText("x");
     Editor->SelectAll();
-    menu = open();
-    EXPECT_EQ(enabled(menu), QStringLiteral("Undo Cut Copy Paste Delete Select All Find... "
-                                            "Replace... Toggle Comment"));
+    EXPECT_EQ(offered(), QStringLiteral("Undo Cut Copy Paste Delete Select All Find... "
+                                        "Replace... Toggle Comment"));
     Part<QAction>("actCut")->trigger();
     EXPECT_EQ(Editor->Text(), QString());
-    close(menu);
     Part<QAction>("actPaste")->trigger();
     Editor->SetReadOnly(true);
-    menu = open();
-    EXPECT_EQ(enabled(menu), QStringLiteral("Select All Find..."));
-    close(menu);
+    EXPECT_EQ(offered(), QStringLiteral("Select All Find..."));
 }

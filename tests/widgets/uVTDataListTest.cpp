@@ -87,9 +87,6 @@ TEST_F(TVTDataListTest, AnswersDefaultsOutsideOfItsColumns)
     Manager.SetColTextColors({QColor(), Qt::gray});
     TVTDataItem *item = Manager.DataList()->AddEx("a", nullptr, {}, {"a", 12}, {}, Qt::red,
                                                   {fsItalic}, {Qt::green}, {{fsBold, fsUnderline}});
-    EXPECT_EQ(item->ColumnFontColor(0), QColor(Qt::green));
-    EXPECT_FALSE(item->ColumnFontColor(1).isValid());
-    EXPECT_TRUE(item->ColumnFontStyle(1).IsEmpty());
     EXPECT_EQ(item->ImageIndex(5), -1);
     EXPECT_TRUE(item->Value(5).isNull());
 

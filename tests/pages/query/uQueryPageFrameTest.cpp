@@ -54,6 +54,7 @@ TEST_F(TQueryPageTest, ShowsRowsPlanAndLogOfOneRun)
     OpenWorkspace(Database().Name());
     NewQuery("");
     RunQuery("SELECT * FROM t ORDER BY id;\nSET @x = 1;\n");
+    EXPECT_FALSE(Find<TDropDownCombo>(&QueryPage(), "cbxUse")->isVisible()) << "it is bound";
     EXPECT_EQ(ResultRows(), (QStringList{"1|Ångström", "2|NULL", "3|中文"}));
     EXPECT_EQ(LabelText("labRows"), "Rows: 3");
     EXPECT_TRUE(
@@ -161,16 +162,6 @@ TEST_F(TQueryPageTest, UseChoosesTheDatabaseOfEachRun)
     Pages().ShowQueryFromText("", Database().Name(), 0, true);
     EXPECT_EQ(QueryPage().GetUsedDatabaseName(), Database().Name());
     proxy.Resume();
-    RunQuery("SELECT DATABASE()");
-    EXPECT_EQ(ResultRows(), QStringList(Database().Name()));
-}
-
-TEST_F(TQueryPageTest, ABoundConnectionUsesItsDatabase)
-{
-    OpenWorkspace(Database().Name());
-    TQueryPageFrame &page = NewQuery("");
-    TTestLoop::Settle();
-    EXPECT_FALSE(Find<TDropDownCombo>(&page, "cbxUse")->isVisible());
     RunQuery("SELECT DATABASE()");
     EXPECT_EQ(ResultRows(), QStringList(Database().Name()));
 }

@@ -69,12 +69,13 @@ protected:
     {
         return Find<QAction>(Window->findChild<TManagerObjectsFrame *>(), name);
     }
-    QStringList MenuOf(const char *name)
+    /// The entries of the tree's menu, joined by a bar.
+    QString Menu()
     {
         QStringList entries;
-        for (const QAction *action : Find<QMenu>(Window.get(), name)->actions())
+        for (const QAction *action : Find<QMenu>(Window.get(), "pmTree")->actions())
             entries += action->isSeparator() ? QString("-") : action->text();
-        return entries;
+        return entries.join('|');
     }
     void DoubleClick(const QStringList &path)
     {
@@ -107,8 +108,6 @@ protected:
     }
 
     void Focus(const QStringList &path) { FData->SetFocusedItem(&Node(path)); }
-
-    QStringList Menu() { return MenuOf("pmTree"); }
 
     void RenameBy(const QString &name)
     {
