@@ -78,16 +78,6 @@ TEST(TGridModel, SortsByLanguageWhereAsked)
     EXPECT_EQ(TGuiTools::Column(model, 0), QStringList({"Ähtäri", "bern", "Kiel", "Rome"}));
 }
 
-TEST(TGridModel, SortMovesPersistentIndexesWithTheirItems)
-{
-    TGridModel<TCity> model(CityColumns());
-    model.SetValues(Cities());
-    const QPersistentModelIndex rome = model.index(3, 1);
-    model.sort(1, Qt::DescendingOrder);
-    EXPECT_EQ(rome.row(), 0);
-    EXPECT_EQ(rome.data().toString(), "2800");
-}
-
 TEST(TGridModel, GivesRolesOfACell)
 {
     TGridColumns<TCity> columns = CityColumns();

@@ -138,10 +138,10 @@ TEST_F(TTextEditorState, PasteReplacesTheSelectionAsOneStep)
 {
     Load("one two three");
     Send(TSci::SCI_SETSEL, 4, 7);
-    Editor->PasteText(QStringLiteral("2\n2"));
-    EXPECT_EQ(Editor->Text(), QStringLiteral("one 2\n2 three"));
+    Editor->PasteText("2\n2");
+    EXPECT_EQ(Editor->Text(), "one 2\n2 three");
     Press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("one two three"));
+    EXPECT_EQ(Editor->Text(), "one two three");
 }
 
 TEST_F(TTextEditorState, ModifiedMarkFollowsChangesAndUndo)
@@ -154,7 +154,7 @@ TEST_F(TTextEditorState, ModifiedMarkFollowsChangesAndUndo)
     EXPECT_FALSE(Editor->IsModified());
     Editor->SetText("b");
     Press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("b"));
+    EXPECT_EQ(Editor->Text(), "b");
 }
 
 TEST_F(TTextEditorState, TellsOfEveryChange)
@@ -191,7 +191,7 @@ TEST_F(TTextEditorState, ReadOnlyTakesNoInputButNewText)
     Press(Qt::Key_Return);
     Press(Qt::Key_Slash, Qt::ControlModifier);
     Editor->PasteText("y");
-    EXPECT_EQ(Editor->Text(), QStringLiteral("fixed"));
+    EXPECT_EQ(Editor->Text(), "fixed");
     EXPECT_TRUE(Editor->IsReadOnly());
 }
 
@@ -206,5 +206,5 @@ TEST_F(TTextEditorState, CaretGoesByCharactersNotBytes)
     Editor->SetCaret(99, -1);
     EXPECT_EQ(Editor->CaretLine(), 1);
     EXPECT_EQ(Editor->CaretColumn(), 0);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("ä😀|x\n日本"));
+    EXPECT_EQ(Editor->Text(), "ä😀|x\n日本");
 }
