@@ -57,19 +57,14 @@ TEST_F(TMainFormTest, AConnectionBringsItsMenus)
 
 TEST_F(TMainFormTest, ADamagedConfigurationIsToldAndLeftAlone)
 {
-    Window->close();
-    TTestLoop::Settle();
-    Window.reset();
+    CloseWindow();
     TAppStart::Finish();
     const QString file = TAppPathUtils::ConfigurationFile();
     const QByteArray damaged = "<config><group name='a'>";
     TFileUtils::WriteBinary(file, damaged);
     ExpectError(file);
     TAppStart::Prepare();
-    Window = std::make_unique<TMainForm>();
-    DismissProfiles();
-    Window->show();
-    ASSERT_TRUE(TTestLoop::RunUntil([this] { return Driver.Pending() == 0; }));
+    OpenWindow();
     OpenWorkspace();
     NewQuery("SELECT 1");
     Trigger("actQueryExecute");

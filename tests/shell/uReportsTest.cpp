@@ -41,15 +41,10 @@ protected:
     /// The program starts once more, with this host in its configuration.
     void Restart(const QString &host)
     {
-        Window->close();
-        TTestLoop::Settle();
-        Window.reset();
+        CloseWindow();
         TAppConfig::Config().SetValue(QString(), "web_host", host);
         const TMainDataModule dataModule;
-        Window = std::make_unique<TMainForm>();
-        DismissProfiles();
-        Window->show();
-        TTestLoop::RunUntil([this] { return Driver.Pending() == 0; });
+        OpenWindow();
     }
     QLabel &NewVersion() { return *Find<QLabel>(Window.get(), "lblNewVersion"); }
     QStringList Requests(const QString &path) const { return FServer.Requests.filter(path); }

@@ -19,22 +19,30 @@ TWorkbenchTest::TWorkbenchTest()
                                   KORVANE_SOURCE_DIR);
     TAppStart::Prepare();
     const TMainDataModule dataModule;
+    OpenWindow();
+}
+
+TWorkbenchTest::~TWorkbenchTest()
+{
+    CloseWindow();
+    TAppStart::Finish();
+}
+
+void TWorkbenchTest::OpenWindow()
+{
     Window = std::make_unique<TMainForm>();
-    // The profiles dialog opens by itself at the first idle moment; tests that are not about it
-    // dismiss it.
-    DismissProfiles();
+    DismissProfiles(); // it opens by itself at the first idle moment
     Window->show();
     TTestLoop::RunUntil([this] { return Driver.Pending() == 0; });
     TTestLoop::Settle();
     TGuiTools::Show(Window.get());
 }
 
-TWorkbenchTest::~TWorkbenchTest()
+void TWorkbenchTest::CloseWindow()
 {
     Window->close();
     TTestLoop::Settle();
     Window.reset();
-    TAppStart::Finish();
 }
 
 TDbmConnectionProfile TWorkbenchTest::Profile(const QString &database) const

@@ -27,6 +27,9 @@ protected:
     TWorkbenchTest();
     ~TWorkbenchTest() override;
 
+    /// As the program starts and ends it; the profiles dialog that comes up is dismissed.
+    void OpenWindow();
+    void CloseWindow();
     /// The test server's profile; `database` binds it.
     TDbmConnectionProfile Profile(const QString &database = {}) const;
     /// Opens a connected workspace without the profiles dialog.
