@@ -2,7 +2,6 @@
 #include "app/uConfig.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "shell/uAppDialogs.h"
-#include "shell/uAppMessages.h"
 #include "shell/uAppStart.h"
 #include "shell/uAppUtils.h"
 #include "shell/uWorkbenchFixture.h"

@@ -1,9 +1,7 @@
 #include "shell/uWorkbenchFixture.h"
 
-#include "app/uAppConfig.h"
 #include "app/uAppPathUtils.h"
 #include "app/uAppProfiles.h"
-#include "core/uDbmErrorNames.h"
 #include "core/uServerProfile.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "shell/uAppStart.h"
