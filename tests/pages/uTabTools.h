@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pages/structure/uPreparedTabs.h"
+#include "uGuiTools.h"
 #include "widgets/uGridView.h"
 
 /// What the tabs of a page show.
@@ -19,14 +20,6 @@ public:
     static QStringList Rows(TPreparedTabs &tabs, int tab)
     {
         tabs.setCurrentIndex(tab);
-        const QAbstractItemModel *model = tabs.widget(tab)->findChild<TGridView *>()->model();
-        QStringList rows;
-        for (int row = 0; row < model->rowCount(); ++row) {
-            QStringList cells;
-            for (int column = 0; column < model->columnCount(); ++column)
-                cells += model->index(row, column).data().toString();
-            rows += cells.join('|');
-        }
-        return rows;
+        return TGuiTools::Rows(*tabs.widget(tab)->findChild<TGridView *>()->model());
     }
 };

@@ -1,21 +1,13 @@
 #include "shell/uAppManagerUtils.h"
 
-#include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
-#include "model/uDbmViewList.h"
-#include "pages/schema/uSchemaPageFrame.h"
-#include "pages/structure/uTablePageFrame.h"
 #include "pages/tree/uManagerObjectsFrame.h"
-#include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppMessages.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uRecordedDialogs.h"
 #include "shell/uWorkbenchFixture.h"
 
-#include <QAbstractItemView>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QTest>
 
 namespace {
 
@@ -40,64 +32,16 @@ protected:
     }
     ~TAppManagerUtilsTest() override { TMessenger::Unregister(&FEar); }
 
-    TAppManagerUtils &Utils() { return Window->GetActiveManagerFrame()->Utils(); }
-    TDbmManager &Manager() { return Window->GetActiveManagerFrame()->Manager(); }
+    TAppManagerUtils &Utils() { return Workspace().Utils(); }
+    TDbmManager &Manager() { return Workspace().Manager(); }
     QStringList Heard() { return std::exchange(FHeard, {}); }
     TDbmDatabaseItem &Item() { return *Manager().Databases().GetByName(Database().Name()); }
-
-    /// Chooses in the dialog by a key or a double click; an empty name dismisses it.
-    void ChooseDatabase(const QString &name, bool byKey = false)
-    {
-        Driver.Expect("frmDialog", [name, byKey](QWidget *dialog) {
-            EXPECT_EQ(dialog->windowTitle(), "Select Database");
-            auto *list = Find<QAbstractItemView>(dialog, "lvList");
-            const QModelIndexList found = list->model()->match(
-                list->model()->index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly);
-            if (name.isEmpty())
-                return TGuiTools::Click(dialog, "butCancel");
-            ASSERT_FALSE(found.isEmpty()) << name.toStdString();
-            list->setCurrentIndex(found.first());
-            list->scrollTo(found.first());
-            const QPoint place = list->visualRect(found.first()).center();
-            if (byKey)
-                QTest::keyClick(list, Qt::Key_Return);
-            else
-                QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, place);
-        });
-    }
 
     QStringList FHeard;
 
 private:
     QObject FEar;
 };
-
-TEST_F(TAppManagerUtilsTest, ADatabaseIsChosenFirst)
-{
-    OpenWorkspace();
-    Manager().Databases().Count(); // read before the next one comes
-    const TTestDatabase made;
-    ChooseDatabase(made.Name());
-    Trigger("actSchemaOpen");
-    auto *page = qobject_cast<TSchemaPageFrame *>(
-        Window->GetActiveManagerFrame()->PageUtils().GetActivePage());
-    ASSERT_NE(page, nullptr);
-    EXPECT_EQ(page->GetDatabaseName(), made.Name());
-    ChooseDatabase({});
-    Trigger("actSchemaDelete");
-
-    ChooseDatabase(made.Name(), true);
-    Driver.Expect([&](QWidget *box) {
-        EXPECT_TRUE(TModalDriver::Describe(box).contains(
-            "Do you really want to delete database \"" + made.Name()));
-        TGuiTools::Click(box, "butYes");
-    });
-    Heard();
-    Trigger("actSchemaDelete");
-    EXPECT_EQ(Server().Value("SHOW DATABASES LIKE '" + made.Name() + "'"), "");
-    EXPECT_EQ(Heard(), QStringList{"redraw"});
-    Server().Exec("CREATE DATABASE " + made.Name()); // the fixture drops it
-}
 
 TEST_F(TAppManagerUtilsTest, WithoutADialogNothingLeadsToIt)
 {
@@ -147,7 +91,7 @@ TEST_F(TAppManagerUtilsTest, ARenameInADialogIsToldAheadOfTheRedraw)
 {
     TRecordedDialogs dialogs;
     TManagerFrame &workspace = OpenWorkspace();
-    workspace.PageUtils().ShowTable(Database().Name(), "t", true);
+    Pages().ShowTable(Database().Name(), "t", true);
     dialogs.NewName = "t";
     EXPECT_TRUE(Utils().UpdateTable(Database().Name(), "t"));
     EXPECT_EQ(Heard(), QStringList{"redraw"}) << "it kept its name";
@@ -203,7 +147,7 @@ TEST_F(TAppManagerUtilsTest, AnUntouchedNameIsKeptWithItsBlanks)
 {
     Exec("CREATE TABLE ` a` (id INT)");
     OpenWorkspace();
-    Driver.Expect([](QWidget *dialog) { TGuiTools::Click(dialog, "butOK"); });
+    Answer("butOK");
     EXPECT_TRUE(Utils().RenameTable(Database().Name(), " a"));
     EXPECT_EQ(Value("SELECT COUNT(*) FROM ` a`"), "0");
     Driver.Expect([](QWidget *dialog) {

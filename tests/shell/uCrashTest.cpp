@@ -1,19 +1,13 @@
 #include "app/uAppPathUtils.h"
-#include "model/uDbmManager.h"
 #include "pages/query/uQueryPageFrame.h"
-#include "shell/uAppManagerPageUtils.h"
 #include "shell/uAppStart.h"
-#include "shell/uManagerFrame.h"
-#include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "support/uFileUtils.h"
 #include "uTestRole.h"
-#include "widgets/uTextEditor.h"
 
 #include <QAbstractScrollArea>
 #include <QProcess>
 #include <QTest>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -80,7 +74,7 @@ TEST_F(TCrashTest, WhatWasTypedIsThereAfterTheProcessWasKilled)
     manager->SetParams(Profile());
     manager->Connect();
     Window->NewConnection(std::move(manager), "Crash", Id);
-    TPageManagerFrame &pages = Window->GetActiveManagerFrame()->PageManager();
+    TPageManagerFrame &pages = Workspace().PageManager();
     ASSERT_EQ(pages.PageCount(), 2);
     const auto text = [&](int page) {
         return qobject_cast<TQueryPageFrame *>(pages.GetPageByIndex(page))->GetText();

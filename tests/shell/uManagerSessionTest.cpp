@@ -1,21 +1,15 @@
 #include "app/uAppPathUtils.h"
-#include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
 #include "model/uDbmViewList.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "pages/schema/uSchemaPageFrame.h"
 #include "pages/structure/uTablePageFrame.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
-#include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "support/uFileUtils.h"
-#include "widgets/uTextEditor.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTabWidget>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -23,18 +17,9 @@ namespace {
 class TManagerSessionTest : public TWorkbenchTest
 {
 protected:
-    TManagerFrame &Workspace() { return *Window->GetActiveManagerFrame(); }
-
     QString SessionFile(const QString &end) const
     {
         return TAppPathUtils::SessionsFolder() + "/{id}" + end;
-    }
-
-    void CloseWorkspace()
-    {
-        Driver.Expect("frmProfiles", [](QWidget *form) { TGuiTools::Click(form, "butClose"); });
-        Trigger("actCloseConnection");
-        ASSERT_TRUE(TTestLoop::RunUntil([this] { return Driver.Pending() == 0; }));
     }
 
     QString Write(const QString &name, const QString &text)
@@ -51,7 +36,22 @@ protected:
         return bytes;
     }
 
-    void Type(const QString &text) { Find<TTextEditor>(&QueryPage(), "edEditor")->PasteText(text); }
+    /// Opens a query page on a file of this text.
+    void OpenFile(const QString &name, const QString &text, const QString &database = {})
+    {
+        Pages().ShowQueryFromFile(Write(name, text), database, 0, true);
+    }
+
+    void Type(const QString &text) { QueryEditor().PasteText(text); }
+
+    /// In the order of the questions: what to do with a file that is gone, whether to close a page
+    /// that could not be saved.
+    void ExpectRefusedSave(const QString &answer)
+    {
+        Answer("butYes"); // overwrite
+        ExpectError("gone/file.sql");
+        Answer(answer);
+    }
 
     QStringList Texts()
     {
@@ -81,8 +81,7 @@ TEST_F(TManagerSessionTest, AWorkspaceComesBackAsItWasLeft)
     const QString nasty = QStringLiteral("SELECT 'äßω漢🙂', \"<&>\"\r\n\t-- ]]>\r\n");
     OpenWorkspace();
     NewQuery(nasty);
-    Workspace().PageUtils().ShowQueryFromFile(Write("kept.sql", "SELECT 2"), Database().Name(), 123,
-                                              true);
+    Pages().ShowQueryFromFile(Write("kept.sql", "SELECT 2"), Database().Name(), 123, true);
     NewQuery("SELECT 3");
     Workspace().SetActivePageIndex(1);
     CloseWorkspace();
@@ -108,8 +107,8 @@ TEST_F(TManagerSessionTest, HiddenPagesOfObjectsAskNothing)
 {
     Exec("CREATE TABLE t (id INT PRIMARY KEY)");
     OpenWorkspace();
-    Workspace().PageUtils().ShowTable(Database().Name(), "t", true);
-    Workspace().PageUtils().ShowSchema(Database().Name(), true);
+    Pages().ShowTable(Database().Name(), "t", true);
+    Pages().ShowSchema(Database().Name(), true);
     NewQuery("SELECT 1");
     CloseWorkspace();
 
@@ -122,7 +121,7 @@ TEST_F(TManagerSessionTest, HiddenPagesOfObjectsAskNothing)
     ASSERT_TRUE(Workspace().Manager().Databases().TryGetByName(Database().Name(), database));
     EXPECT_FALSE(database->Tables().IsProcessed() || database->Views().IsProcessed());
     Workspace().SetActivePageIndex(1);
-    auto *schema = qobject_cast<TSchemaPageFrame *>(Workspace().PageUtils().GetActivePage());
+    auto *schema = qobject_cast<TSchemaPageFrame *>(Pages().GetActivePage());
     ASSERT_NE(schema, nullptr);
     EXPECT_EQ(Find<QTabWidget>(schema, "pcTabs")->tabText(0), "Tables: 1");
 }
@@ -131,15 +130,12 @@ TEST_F(TManagerSessionTest, WhatWasTypedSurvivesACrash)
 {
     OpenWorkspace();
     NewQuery("SELECT 'typed'");
-    const auto open = [this](const QString &name, const QString &text) {
-        Workspace().PageUtils().ShowQueryFromFile(Write(name, text), {}, 0, true);
-    };
-    open("file.sql", "SELECT 2");
+    OpenFile("file.sql", "SELECT 2");
     Type("/* unsaved */ ");
-    open("void.sql", "SELECT 3");
-    Find<TTextEditor>(&QueryPage(), "edEditor")->SelectAll();
+    OpenFile("void.sql", "SELECT 3");
+    QueryEditor().SelectAll();
     Type("");
-    open("twin.sql", "SELECT 4");
+    OpenFile("twin.sql", "SELECT 4");
     Type("/* twin */ ");
     QByteArray journal = JournalWith("/* twin */ SELECT 4");
     ASSERT_FALSE(journal.isEmpty());
@@ -163,10 +159,10 @@ TEST_F(TManagerSessionTest, WhatWasTypedSurvivesACrash)
         EXPECT_TRUE(IsEnabled("actQuerySave")) << "the change is not in the file";
         const QString file = QueryPage().GetFileName();
         const QByteArray before = Read(file);
-        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butNo"); }); // overwrite it?
+        Answer("butNo"); // overwrite it?
         Trigger("actQuerySave");
         EXPECT_EQ(Read(file), before);
-        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+        Answer("butYes");
         Trigger("actQuerySave");
         EXPECT_EQ(Read(file), Texts()[page].toUtf8());
     }
@@ -176,9 +172,9 @@ TEST_F(TManagerSessionTest, HowATableIsBrowsedSurvivesACrash)
 {
     Exec("CREATE TABLE t (id INT PRIMARY KEY)");
     OpenWorkspace();
-    Workspace().PageUtils().ShowTable(Database().Name(), "t", true);
+    Pages().ShowTable(Database().Name(), "t", true);
     JournalWith("");
-    auto *page = qobject_cast<TTablePageFrame *>(Workspace().PageUtils().GetActivePage());
+    auto *page = qobject_cast<TTablePageFrame *>(Pages().GetActivePage());
     ASSERT_NE(page, nullptr);
     TTableDataSessionData data;
     data.UseFilter = true;
@@ -197,8 +193,7 @@ TEST_F(TManagerSessionTest, HowATableIsBrowsedSurvivesACrash)
 TEST_F(TManagerSessionTest, AFileThatCannotBeReadTakesNoTextWithIt)
 {
     OpenWorkspace();
-    Workspace().PageUtils().ShowQueryFromFile(Write("file.sql", "SELECT 2"), Database().Name(), 0,
-                                              true);
+    OpenFile("file.sql", "SELECT 2", Database().Name());
     Type("/* unsaved */ ");
     const QByteArray journal = JournalWith("/* unsaved */ SELECT 2");
     Trigger("actQuerySave");
@@ -212,8 +207,8 @@ TEST_F(TManagerSessionTest, AFileThatCannotBeReadTakesNoTextWithIt)
     EXPECT_EQ(Texts(), QStringList{"/* unsaved */ SELECT 2"});
     EXPECT_TRUE(QueryPage().IsUnsaved());
     EXPECT_EQ(QueryPage().GetUsedDatabaseName(), Database().Name());
-    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butNo"); });  // overwrite it?
-    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); }); // close all the same
+    Answer("butNo");  // overwrite it?
+    Answer("butYes"); // close all the same
     Trigger("actWindowClosePage");
     EXPECT_TRUE(Texts().isEmpty());
     Trigger("actQueryReopen");
@@ -237,7 +232,7 @@ TEST_F(TManagerSessionTest, AClosedQueryIsOpenedAgain)
     Trigger("actWindowCloseAllPages");
     Trigger("actQueryReopen");
     Trigger("actQueryReopen");
-    Workspace().PageUtils().ShowQueryFromFile(Write("kept.sql", "SELECT 2"), {}, 0, true);
+    OpenFile("kept.sql", "SELECT 2");
     Trigger("actWindowClosePage");
     EXPECT_FALSE(IsEnabled("actQueryReopen"));
 }
@@ -245,13 +240,10 @@ TEST_F(TManagerSessionTest, AClosedQueryIsOpenedAgain)
 TEST_F(TManagerSessionTest, ARefusedSaveKeepsTheTextInTheSession)
 {
     OpenWorkspace();
-    const QString folder = FilePath("gone");
-    Workspace().PageUtils().ShowQueryFromFile(Write("gone/file.sql", "SELECT 2"), {}, 0, true);
+    OpenFile("gone/file.sql", "SELECT 2");
     Type("/* precious */ ");
-    ASSERT_TRUE(QDir(folder).removeRecursively());
-    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); }); // gone: overwrite
-    ExpectError("gone/file.sql");
-    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); }); // close all the same
+    ASSERT_TRUE(QDir(FilePath("gone")).removeRecursively());
+    ExpectRefusedSave("butYes");
     CloseWorkspace();
     OpenWorkspace();
     EXPECT_EQ(Texts(), QStringList{"/* precious */ SELECT 2"});
@@ -262,22 +254,18 @@ TEST_F(TManagerSessionTest, ARefusedCloseTakesNoText)
 {
     OpenWorkspace();
     NewQuery("SELECT 'first'");
-    Workspace().PageUtils().ShowQueryFromFile(Write("gone/file.sql", "SELECT 2"), {}, 0, true);
+    OpenFile("gone/file.sql", "SELECT 2");
     Type("/* refuses */ ");
     ASSERT_TRUE(QDir(FilePath("gone")).removeRecursively());
     OpenWorkspace();
     NewQuery("SELECT 'second'");
-    Window->findChild<TPageManagerFrame *>("managersPageManager")->SelectNextPage();
-    const auto refuse = [this] {
-        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); }); // gone: overwrite
-        ExpectError("gone/file.sql");
-        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butNo"); }); // close all the same
-    };
-    refuse();
+    auto *workspaces = Find<TPageManagerFrame>(Window.get(), "managersPageManager");
+    workspaces->SelectNextPage();
+    ExpectRefusedSave("butNo");
     Trigger("actCloseConnection");
     ASSERT_EQ(Texts().size(), 2);
     // Both workspaces are asked by the window, and the one that agrees stays as well.
-    refuse();
+    ExpectRefusedSave("butNo");
     Window->close();
     ASSERT_TRUE(Window->isVisible());
 
@@ -285,14 +273,14 @@ TEST_F(TManagerSessionTest, ARefusedCloseTakesNoText)
     Trigger("actWindowClosePage");
     Trigger("actQueryReopen");
     EXPECT_TRUE(Texts().contains("SELECT 'first'"));
-    Window->findChild<TPageManagerFrame *>("managersPageManager")->SelectNextPage();
+    workspaces->SelectNextPage();
     Trigger("actWindowClosePage");
     Trigger("actQueryReopen");
     EXPECT_EQ(Texts(), QStringList{"SELECT 'second'"});
 
-    Window->findChild<TPageManagerFrame *>("managersPageManager")->SelectNextPage();
+    workspaces->SelectNextPage();
     ASSERT_TRUE(QDir().mkpath(FilePath("gone")));
-    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); }); // gone: overwrite
+    Answer("butYes"); // gone: overwrite
     Trigger("actWindowCloseAllPages");
 }
 
@@ -305,19 +293,16 @@ TEST_F(TManagerSessionTest, WithoutASessionATextGoesOnlyWhenTheUserSaysSo)
     ExpectError("sessions");
     OpenWorkspace();
     NewQuery("SELECT 'precious'");
-    const auto answer = [this](const char *button) {
-        Driver.Expect([=](QWidget *box) { TGuiTools::Click(box, button); });
-    };
-    answer("butNo");
+    Answer("butNo");
     Trigger("actWindowClosePage");
     EXPECT_EQ(Texts(), QStringList{"SELECT 'precious'"});
-    answer("butNo");
+    Answer("butNo");
     Trigger("actCloseConnection");
     EXPECT_EQ(Texts(), QStringList{"SELECT 'precious'"});
     NewQuery("");
     Trigger("actWindowClosePage");
     EXPECT_EQ(Texts().size(), 1) << "nothing is asked about nothing";
-    answer("butYes");
+    Answer("butYes");
     Trigger("actWindowClosePage");
     EXPECT_TRUE(Texts().isEmpty());
     CloseWorkspace();

@@ -74,19 +74,4 @@ TEST_F(TBusTest, ARecipientThatDiedIsSkipped)
     EXPECT_EQ(Heard, (QStringList{"dead", "alive", "alive"}));
 }
 
-TEST_F(TBusTest, CarriesWhatItSays)
-{
-    auto *manager = reinterpret_cast<TDbmManager *>(&First);
-    TMessenger::Register<TTableRenamedMessage>(&First, [&](const TTableRenamedMessage &message) {
-        EXPECT_EQ(message.Manager, manager);
-        Heard += {message.DatabaseName, message.TableName, message.NewTableName};
-    });
-    TMessenger::Register<TEventDeletedMessage>(&First, [&](const TEventDeletedMessage &message) {
-        Heard += {message.DatabaseName, message.EventName};
-    });
-    TAppMessages::SendTableRenamed(manager, "d", "old", "new");
-    TAppMessages::SendEventDeleted(manager, "d", "e");
-    EXPECT_EQ(Heard, (QStringList{"d", "old", "new", "d", "e"}));
-}
-
 } // namespace

@@ -2,7 +2,6 @@
 #include "support/uException.h"
 #include "uGuiTools.h"
 #include "uModalDriver.h"
-#include "uTestLoop.h"
 
 #include <QTabBar>
 #include <QTest>
@@ -49,13 +48,14 @@ protected:
     }
     ~TPagesTest() override { Pages->PrepareDestroy(); }
 
-    TTestPage *Add(const QString &name, const QString &id, bool activate = true)
+    TTestPage *Add(const QString &name, const QString &id, bool activate = true, bool fails = false)
     {
         return static_cast<TTestPage *>(Pages->AddPage(
             id,
             [&](QWidget *owner) {
                 auto *page = TBaseFrame::New<TTestPage>(owner);
                 page->Name = name;
+                page->FailsToLoad = fails;
                 return page;
             },
             QIcon(), activate));
@@ -159,16 +159,7 @@ TEST_F(TPagesTest, APageThatMayNotBeClosedStays)
 
 TEST_F(TPagesTest, AFailureToLoadLeavesThePageAndPassesOn)
 {
-    EXPECT_THROW(Pages->AddPage(
-                     "x",
-                     [](QWidget *owner) {
-                         auto *page = TBaseFrame::New<TTestPage>(owner);
-                         page->Name = "x";
-                         page->FailsToLoad = true;
-                         return page;
-                     },
-                     QIcon(), true),
-                 EException);
+    EXPECT_THROW(Add("x", "x", true, true), EException);
     ASSERT_EQ(Pages->PageCount(), 1);
     EXPECT_EQ(Changes, 1);
     TakeCalls();

@@ -1,18 +1,14 @@
 #include "app/uAppConfig.h"
-#include "model/uDbmManager.h"
 #include "shell/uGuard.h"
 #include "shell/uMainDataModule.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "support/uException.h"
-#include "uTcpProxy.h"
 #include "uTestHttpServer.h"
 
 #include <QDesktopServices>
 #include <QLabel>
 #include <QTextBrowser>
 #include <QUrl>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -45,15 +41,10 @@ protected:
     /// The program starts once more, with this host in its configuration.
     void Restart(const QString &host)
     {
-        Window->close();
-        TTestLoop::Settle();
-        Window.reset();
+        CloseWindow();
         TAppConfig::Config().SetValue(QString(), "web_host", host);
         const TMainDataModule dataModule;
-        Window = std::make_unique<TMainForm>();
-        Driver.Expect("frmProfiles", [](QWidget *form) { TGuiTools::Click(form, "butClose"); });
-        Window->show();
-        TTestLoop::RunUntil([this] { return Driver.Pending() == 0; });
+        OpenWindow();
     }
     QLabel &NewVersion() { return *Find<QLabel>(Window.get(), "lblNewVersion"); }
     QStringList Requests(const QString &path) const { return FServer.Requests.filter(path); }
@@ -96,13 +87,10 @@ TEST_F(TReportsTest, EachEventIsReportedOnceWhenThereIsAHost)
 {
     const auto cause = [this] {
         TTcpProxy proxy(Server().Host(), Server().Port());
-        TDbmConnectionProfile profile = Profile();
-        profile.Port = proxy.Port();
-        TManagerFrame &workspace = OpenWorkspaceOn(profile);
-        proxy.Refuse();
-        proxy.Cut();
-        workspace.Manager().Databases().RequestProcess();
-        workspace.Manager().Databases().Count(); // which cannot be read
+        TDbmDatabaseList &databases = OpenWorkspaceBehind(proxy).Manager().Databases();
+        proxy.Vanish();
+        databases.RequestProcess();
+        databases.Count(); // which cannot be read
         ExpectError("boom & co");
         TGuard::Run([] { throw EException("boom & co"); });
     };
@@ -112,13 +100,15 @@ TEST_F(TReportsTest, EachEventIsReportedOnceWhenThereIsAHost)
     Restart(FServer.Host());
     cause();
     const QString version = "server_version=" + QUrl::toPercentEncoding(Value("SELECT VERSION()"));
-    ASSERT_TRUE(Await("POST /app/funcs/statistics/insert_user.php "));
-    ASSERT_TRUE(Await("POST /app/funcs/statistics/insert_session.php "));
-    ASSERT_TRUE(Await("POST /app/funcs/logging/insert_exception.php "));
+    const char *const once[] = {"POST /app/funcs/statistics/insert_user.php ",
+                                "POST /app/funcs/statistics/insert_session.php ",
+                                "POST /app/funcs/logging/insert_exception.php ",
+                                "GET /check-updates "};
+    for (const char *path : once)
+        ASSERT_TRUE(Await(path)) << path;
     ASSERT_TRUE(Await("POST /app/funcs/logging/insert_not_executed_command.php "));
-    ASSERT_TRUE(Await("GET /check-updates "));
     TTestLoop::Settle();
-    for (const char *path : {"insert_user", "insert_session", "insert_exception", "check-updates"})
+    for (const char *path : once)
         EXPECT_EQ(Requests(path).size(), 1) << path;
     EXPECT_TRUE(Requests("insert_session").first().contains(version + "&is_tunneling=0"));
     EXPECT_TRUE(Requests("insert_exception").first().contains("message=boom%20%26%20co&callstack"));

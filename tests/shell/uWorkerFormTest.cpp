@@ -8,7 +8,6 @@
 #include "uGuiTools.h"
 #include "uModalDriver.h"
 #include "uTcpProxy.h"
-#include "uTestDatabase.h"
 #include "uTestLoop.h"
 
 #include <QClipboard>
@@ -55,13 +54,17 @@ class TWorkerFormTest : public TServerTest
 {
 protected:
     void SetUp() override { TMainThread::Initialize(); }
-    static bool IsFinished(QWidget *job) { return job->windowTitle().endsWith(" - Finished"); }
     static QPlainTextEdit *Log(QWidget *job) { return Find<QPlainTextEdit>(job, "memLog"); }
-    void RunTalking(int lines, TModalDriver::THandler handler)
+    /// Shows the job, waits for its end, looks at its window and closes it.
+    void RunToItsEnd(TWorker &worker, const TModalDriver::THandler &look)
     {
-        TTalking job(lines);
-        Driver.Expect("frmWorker", std::move(handler));
-        TWorkerForm::ShowWorker(nullptr, job, "Talking");
+        Driver.Expect("frmWorker", [&look](QWidget *job) {
+            ASSERT_TRUE(
+                TTestLoop::RunUntil([&] { return job->windowTitle().endsWith(" - Finished"); }));
+            look(job);
+            TGuiTools::Click(job, "butClose");
+        });
+        TWorkerForm::ShowWorker(nullptr, worker, "Working");
     }
 
     TModalDriver Driver;
@@ -74,13 +77,12 @@ TEST_F(TWorkerFormTest, StaysAliveUnderALongLogAndKeepsItsEnd)
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&] { ++beats; });
     timer.start(10);
-    RunTalking(100500, [&](QWidget *job) {
-        ASSERT_TRUE(TTestLoop::RunUntil([&] { return IsFinished(job); }, 60000));
+    TTalking talking(100500);
+    RunToItsEnd(talking, [&](QWidget *job) {
         EXPECT_GT(beats, 20);
         EXPECT_EQ(Log(job)->blockCount(), 100000);
         EXPECT_TRUE(Log(job)->toPlainText().contains("line 100500\n\n---\nTask completed ("));
         EXPECT_FALSE(Log(job)->toPlainText().contains("line 500\n"));
-        TGuiTools::Click(job, "butClose");
     });
 }
 
@@ -88,8 +90,8 @@ TEST_F(TWorkerFormTest, ItsLogIsSearchedCopiedAndSaved)
 {
     QTemporaryDir folder;
     const QString fileName = folder.filePath("job.txt");
-    RunTalking(30, [&](QWidget *job) {
-        ASSERT_TRUE(TTestLoop::RunUntil([&] { return IsFinished(job); }));
+    TTalking talking(30);
+    RunToItsEnd(talking, [&](QWidget *job) {
         auto *find = Find<QLineEdit>(job, "editFind");
         TGuiTools::Type(find, "line 17");
         TGuiTools::Press(find, Qt::Key_Return);
@@ -105,31 +107,29 @@ TEST_F(TWorkerFormTest, ItsLogIsSearchedCopiedAndSaved)
         QFile file(fileName);
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         EXPECT_TRUE(QString::fromUtf8(file.readAll()).contains("line 29\nline 30\n"));
-        TGuiTools::Click(job, "butClose");
     });
 }
 
 TEST_F(TWorkerFormTest, AStatementOfMegabytesIsShownInPartAndCopiedWhole)
 {
-    TFailing job;
-    Driver.Expect("frmWorker", [&](QWidget *form) {
-        ASSERT_TRUE(TTestLoop::RunUntil([&] { return IsFinished(form); }));
-        EXPECT_LT(Log(form)->toPlainText().size(), 1 << 20);
-        EXPECT_TRUE(Log(form)->toPlainText().contains("Too long.\n---\nINSERT INTO t"));
-        EXPECT_TRUE(Log(form)->toPlainText().endsWith("xx')"));
-        TGuiTools::Click(form, "butCopy");
-        EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith("---\n" + job.FStatement));
-        TGuiTools::Click(form, "butClose");
+    TFailing failing;
+    RunToItsEnd(failing, [&](QWidget *job) {
+        EXPECT_LT(Log(job)->toPlainText().size(), 1 << 20);
+        EXPECT_TRUE(Log(job)->toPlainText().contains("Too long.\n---\nINSERT INTO t"));
+        EXPECT_TRUE(Log(job)->toPlainText().endsWith("xx')"));
+        TGuiTools::Click(job, "butCopy");
+        EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith("---\n" + failing.FStatement));
     });
-    TWorkerForm::ShowWorker(nullptr, job, "Failing");
 }
 
 TEST_F(TWorkerFormTest, CancelEndsAJobThatLooksAtTheRequest)
 {
-    RunTalking(1000000000, [](QWidget *job) {
+    TTalking talking(1000000000);
+    Driver.Expect("frmWorker", [](QWidget *job) {
         EXPECT_EQ(Find<QPushButton>(job, "butClose")->text(), "Cancel");
         TGuiTools::Click(job, "butClose");
     });
+    TWorkerForm::ShowWorker(nullptr, talking, "Working");
 }
 
 // The server is silent until after the cancel; the session that it gives then is nobody's.

@@ -1,7 +1,12 @@
 #include "uGuiTools.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QDir>
 #include <QLineEdit>
+#include <QMouseEvent>
+#include <QPixmap>
 #include <QTest>
 
 namespace {
@@ -76,6 +81,24 @@ void TGuiTools::DoubleClick(QWidget *widget)
     QTest::mouseDClick(Target(widget), Qt::LeftButton);
 }
 
+void TGuiTools::ClickHeader(const QHeaderView *header, int section)
+{
+    const QPoint middle(header->sectionViewportPosition(section) + header->sectionSize(section) / 2,
+                        header->height() / 2);
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, middle);
+}
+
+void TGuiTools::Drag(QWidget *widget, const QPoint &from, const QPoint &to)
+{
+    QTest::mousePress(widget, Qt::LeftButton, {}, from);
+    for (const QPoint &place : {(from + to) / 2, to}) {
+        QMouseEvent move(QEvent::MouseMove, place, widget->mapToGlobal(place), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(widget, &move);
+    }
+    QTest::mouseRelease(widget, Qt::LeftButton, {}, to);
+}
+
 void TGuiTools::Type(QWidget *widget, const QString &text)
 {
     CheckUsable(widget);
@@ -97,6 +120,34 @@ void TGuiTools::Retype(QWidget *widget, const QString &text)
         Press(widget, Qt::Key_Delete);
     else
         Type(widget, text);
+}
+
+void TGuiTools::Choose(QAbstractItemView *list, const QString &text)
+{
+    const qsizetype row = Column(*list->model(), 0).indexOf(text);
+    if (row < 0)
+        Fail("No row \"" + text + "\"; there are: " + Column(*list->model(), 0).join(", "));
+    list->setCurrentIndex(list->model()->index(int(row), 0));
+}
+
+QStringList TGuiTools::Rows(const QAbstractItemModel &model)
+{
+    QStringList rows;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        QStringList cells;
+        for (int column = 0; column < model.columnCount(); ++column)
+            cells += model.index(row, column).data().toString();
+        rows += cells.join('|');
+    }
+    return rows;
+}
+
+QStringList TGuiTools::Column(const QAbstractItemModel &model, int column)
+{
+    QStringList texts;
+    for (int row = 0; row < model.rowCount(); ++row)
+        texts += model.index(row, column).data().toString();
+    return texts;
 }
 
 void TGuiTools::Trigger(const QObject *root, const QString &name)
@@ -132,6 +183,12 @@ QAction &TGuiTools::NeedEntry(const QMenu *menu, const QString &caption)
 void TGuiTools::TriggerEntry(const QMenu *menu, const QString &caption)
 {
     NeedEntry(menu, caption).trigger();
+}
+
+void TGuiTools::AskMenu(QWidget *widget, const QPoint &place)
+{
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, widget->mapToGlobal(place));
+    QApplication::sendEvent(widget, &event);
 }
 
 void TGuiTools::Show(QWidget *window)

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAction>
+#include <QHeaderView>
 #include <QMenu>
 #include <QObject>
 #include <QString>
@@ -25,11 +27,20 @@ public:
     static void Click(QWidget *widget, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     static void Click(QWidget *root, const QString &name);
     static void DoubleClick(QWidget *widget);
+    /// The middle of a section.
+    static void ClickHeader(const QHeaderView *header, int section);
+    /// With the left button, by way of the middle of the two places.
+    static void Drag(QWidget *widget, const QPoint &from, const QPoint &to);
     /// Focuses the widget and types the text, or presses one key.
     static void Type(QWidget *widget, const QString &text);
     static void Press(QWidget *widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     /// Replaces the whole content of an input by typing.
     static void Retype(QWidget *widget, const QString &text);
+    /// Goes to the row of a list whose first cell shows this.
+    static void Choose(QAbstractItemView *list, const QString &text);
+    /// What a model shows from top to bottom: whole rows, cells joined by a bar, or one column.
+    static QStringList Rows(const QAbstractItemModel &model);
+    static QStringList Column(const QAbstractItemModel &model, int column);
     /// Triggers the action with this objectName below root; it must be enabled.
     static void Trigger(const QObject *root, const QString &name);
     /// Entry of a menu by its caption without "&"; nullptr when there is none.
@@ -37,6 +48,8 @@ public:
     /// The same, but it must be there and enabled.
     static QAction &NeedEntry(const QMenu *menu, const QString &caption);
     static void TriggerEntry(const QMenu *menu, const QString &caption);
+    /// Asks the widget for its context menu, as a right click at this place does.
+    static void AskMenu(QWidget *widget, const QPoint &place = {5, 5});
     /// Shows the window and waits until the window system shows it too.
     static void Show(QWidget *window);
 };

@@ -29,6 +29,12 @@ public:
     void Resume();
     /// New connections are refused; the open ones go on.
     void Refuse();
+    /// To the client the server is gone.
+    void Vanish()
+    {
+        Refuse();
+        Cut();
+    }
     /// Milliseconds that each piece of data waits on its way, in each direction.
     void SetDelay(int milliseconds);
 

@@ -8,11 +8,9 @@
 #include "widgets/uDataSetGrid.h"
 #include "widgets/uDataSetModel.h"
 
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
-#include <gtest/gtest.h>
 
 /// A grid over a statement of a real server.
 class TDataSetGridTest : public TServerTest
@@ -43,20 +41,8 @@ protected:
     }
     QModelIndex Cell(int row, int column) { return Grid.model()->index(row, column); }
     QString Shown(int row, int column) { return Cell(row, column).data().toString(); }
-    QStringList Column(int column)
-    {
-        QStringList texts;
-        for (int row = 0; row < Grid.model()->rowCount(); ++row)
-            texts += Shown(row, column);
-        return texts;
-    }
-    void Click(int column)
-    {
-        QHeaderView *header = Grid.horizontalHeader();
-        const QPoint at(header->sectionViewportPosition(column) + header->sectionSize(column) / 2,
-                        header->height() / 2);
-        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, at);
-    }
+    QStringList Column(int column) { return TGuiTools::Column(*Grid.model(), column); }
+    void Click(int column) { TGuiTools::ClickHeader(Grid.horizontalHeader(), column); }
     template <typename T = QLineEdit>
     T *Editor()
     {

@@ -3,7 +3,6 @@
 #include "widgets/uGridSearchBar.h"
 
 #include <QAbstractItemModelTester>
-#include <QAction>
 #include <QPlainTextEdit>
 #include <QToolButton>
 

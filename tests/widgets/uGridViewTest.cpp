@@ -1,13 +1,12 @@
 #include "uGridViewSample.h"
 #include "uGuiTools.h"
+#include "uPaintCounter.h"
 #include "uTestLoop.h"
 #include "widgets/uGridCopy.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QHeaderView>
-#include <QPainter>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QStandardItemModel>
@@ -17,16 +16,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-struct TPaintCounter : QObject
-{
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        Count += event->type() == QEvent::Paint;
-        return false;
-    }
-    int Count = 0;
-};
 
 struct TShownGrid
 {
@@ -68,8 +57,7 @@ TEST(TGridView, RefillKeepsFocusSelectionScrollAndPaintsOnce)
     ASSERT_GT(scroll, 0);
     QSignalSpy focusChanges(&shown.Grid, &TGridView::OnFocusedChanged);
     TTestLoop::Settle();
-    TPaintCounter paints;
-    shown.Grid.viewport()->installEventFilter(&paints);
+    const TPaintCounter paints(shown.Grid.viewport());
 
     std::vector<TCity> cities = ManyCities(100000);
     cities.erase(cities.begin() + 10, cities.begin() + 15);
@@ -105,13 +93,10 @@ TEST(TGridView, StartsWithTheSortOfItsColumnsAndSortsByClick)
     TGridColumns<TCity> columns = CityColumns();
     columns[1].Sort = gsDescending;
     TShownGrid shown(Cities(), columns);
-    EXPECT_EQ(ColumnTexts(shown.Model, 1), QStringList({"2800", "10", "9", "9"}));
+    EXPECT_EQ(TGuiTools::Column(shown.Model, 1), QStringList({"2800", "10", "9", "9"}));
     shown.Grid.SetFocusedRow(0);
-    QHeaderView *header = shown.Grid.header();
-    const QPoint place(header->sectionViewportPosition(1) + header->sectionSize(1) / 2,
-                       header->height() / 2);
-    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, place);
-    EXPECT_EQ(ColumnTexts(shown.Model, 1), QStringList({"9", "9", "10", "2800"}));
+    TGuiTools::ClickHeader(shown.Grid.header(), 1);
+    EXPECT_EQ(TGuiTools::Column(shown.Model, 1), QStringList({"9", "9", "10", "2800"}));
     EXPECT_EQ(shown.FocusedName(), "Rome") << "the focus goes with the item";
 }
 
@@ -124,10 +109,9 @@ TEST(TGridView, ActivatesByEnterAndDoubleClickButNotWhereACellIsEdited)
         QTest::mouseClick(shown.Grid.viewport(), Qt::LeftButton, {}, place);
         QTest::mouseDClick(shown.Grid.viewport(), Qt::LeftButton, {}, place);
     };
+    shown.Grid.SetFocusedRow(-1);
     QTest::keyClick(&shown.Grid, Qt::Key_Return);
-    const int withoutFocus = shown.Grid.FocusedRow() < 0 ? 0 : 1;
-    EXPECT_EQ(activated.count(), withoutFocus);
-    activated.clear();
+    EXPECT_EQ(activated.count(), 0);
     doubleClick(1);
     ASSERT_EQ(activated.count(), 1);
     EXPECT_EQ(activated.last().first().toInt(), 1);
@@ -191,10 +175,24 @@ struct TCopyCase
     const char *Expected;
 };
 
-class TGridCopying : public testing::TestWithParam<TCopyCase>
-{};
+constexpr auto Rows = QAbstractItemView::SelectRows;
+constexpr auto Cells = QAbstractItemView::SelectItems;
 
-TEST_P(TGridCopying, GivesTheText)
+const TCopyCase Copies[] = {
+    {"RowsAsTheUserSeesTheColumns", Rows, {{2, 0}}, false, "z\tx\ty"},
+    {"WithHeaders", Rows, {{2, 0}}, true, "D\tA\tB$z\tx\ty"},
+    {"RowsFromTopToBottomQuotedWhereNeeded",
+     Rows,
+     {{1, 0}, {0, 0}},
+     false,
+     "d\ta\t\"two\nlines\"$\"\"\"q\"\"\"\t\t\"tab\there\""},
+    {"OneCellAsItIs", Cells, {{0, 1}}, false, "two\nlines"},
+    {"OneCellWithItsHeader", Cells, {{2, 1}}, true, "B$y"},
+    {"HolesStayEmpty", Cells, {{0, 0}, {2, 3}}, false, "\ta$z\t"},
+    {"NothingFocusedOrSelected", Cells, {}, true, ""},
+};
+
+TEST(TGridCopying, GivesTheText)
 {
     QStandardItemModel model(3, 4);
     const char *const texts[3][4] = {{"a", "two\nlines", "hidden", "d"},
@@ -204,41 +202,23 @@ TEST_P(TGridCopying, GivesTheText)
         for (int column = 0; column < 4; ++column)
             model.setItem(row, column, new QStandardItem(QString(texts[row][column])));
     model.setHorizontalHeaderLabels({"A", "B", "C", "D"});
-    QTableView view;
-    view.setModel(&model);
-    view.setSelectionBehavior(GetParam().Behavior);
-    view.setColumnHidden(2, true);
-    view.horizontalHeader()->moveSection(3, 0);
-    for (const auto &[row, column] : GetParam().Cells) {
+    for (const TCopyCase &row : Copies) {
+        QTableView view;
+        view.setModel(&model);
+        view.setSelectionBehavior(row.Behavior);
+        view.setColumnHidden(2, true);
+        view.horizontalHeader()->moveSection(3, 0);
         QItemSelectionModel::SelectionFlags flags = QItemSelectionModel::Select;
-        flags.setFlag(QItemSelectionModel::Rows,
-                      GetParam().Behavior == QAbstractItemView::SelectRows);
-        view.selectionModel()->select(model.index(row, column), flags);
-    }
-    QString expected = GetParam().Expected;
+        flags.setFlag(QItemSelectionModel::Rows, row.Behavior == Rows);
+        for (const auto &[line, column] : row.Cells)
+            view.selectionModel()->select(model.index(line, column), flags);
+        QString expected = row.Expected;
 #ifdef Q_OS_WIN
-    expected.replace("$", "\r\n");
+        expected.replace("$", "\r\n");
 #endif
-    EXPECT_EQ(TGridCopy::Text(view, GetParam().WithHeaders), expected.replace("$", "\n"));
+        EXPECT_EQ(TGridCopy::Text(view, row.WithHeaders), expected.replace("$", "\n")) << row.Name;
+    }
 }
-
-constexpr auto Rows = QAbstractItemView::SelectRows;
-constexpr auto Cells = QAbstractItemView::SelectItems;
-
-INSTANTIATE_TEST_SUITE_P(
-    All, TGridCopying,
-    testing::Values(TCopyCase{"RowsAsTheUserSeesTheColumns", Rows, {{2, 0}}, false, "z\tx\ty"},
-                    TCopyCase{"WithHeaders", Rows, {{2, 0}}, true, "D\tA\tB$z\tx\ty"},
-                    TCopyCase{"RowsFromTopToBottomQuotedWhereNeeded",
-                              Rows,
-                              {{1, 0}, {0, 0}},
-                              false,
-                              "d\ta\t\"two\nlines\"$\"\"\"q\"\"\"\t\t\"tab\there\""},
-                    TCopyCase{"OneCellAsItIs", Cells, {{0, 1}}, false, "two\nlines"},
-                    TCopyCase{"OneCellWithItsHeader", Cells, {{2, 1}}, true, "B$y"},
-                    TCopyCase{"HolesStayEmpty", Cells, {{0, 0}, {2, 3}}, false, "\ta$z\t"},
-                    TCopyCase{"NothingFocusedOrSelected", Cells, {}, true, ""}),
-    [](const auto &info) { return info.param.Name; });
 
 TEST(TGridView, CopiesByKeys)
 {

@@ -41,14 +41,14 @@ TEST_F(TTextEditorEdit, TogglesComments)
         Load(row.Before);
         Editor->SelectAll();
         Press(Qt::Key_Slash, Qt::ControlModifier);
-        EXPECT_EQ(Editor->Text(), QString(row.After)) << row.Name;
+        EXPECT_EQ(Editor->Text(), row.After) << row.Name;
         if (!row.Back)
             continue;
         Editor->SelectAll();
         Press(Qt::Key_Slash, Qt::ControlModifier);
-        EXPECT_EQ(Editor->Text(), QString(row.Before)) << row.Name;
+        EXPECT_EQ(Editor->Text(), row.Before) << row.Name;
         Press(Qt::Key_Z, Qt::ControlModifier);
-        EXPECT_EQ(Editor->Text(), QString(row.After)) << row.Name;
+        EXPECT_EQ(Editor->Text(), row.After) << row.Name;
     }
 }
 
@@ -56,11 +56,11 @@ TEST_F(TTextEditorEdit, CommentsTheCaretsLineOrWholeSelectedLines)
 {
     Load("a\nb\nc", 1);
     Press(Qt::Key_Slash, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("a\n-- b\nc"));
+    EXPECT_EQ(Editor->Text(), "a\n-- b\nc");
     Load("a\nb\nc");
     Send(TSci::SCI_SETSEL, 0, 2); // up to the start of the second line
     Press(Qt::Key_Slash, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("-- a\nb\nc"));
+    EXPECT_EQ(Editor->Text(), "-- a\nb\nc");
 }
 
 TEST_F(TTextEditorEdit, IndentsWithBlanks)
@@ -70,12 +70,12 @@ TEST_F(TTextEditorEdit, IndentsWithBlanks)
     Type("a");
     Press(Qt::Key_Return);
     Type("b");
-    EXPECT_EQ(Editor->Text(), QStringLiteral("    a\n    b"));
+    EXPECT_EQ(Editor->Text(), "    a\n    b");
     Editor->SelectAll();
     Press(Qt::Key_Tab);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("        a\n        b"));
+    EXPECT_EQ(Editor->Text(), "        a\n        b");
     Press(Qt::Key_Backtab, Qt::ShiftModifier);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("    a\n    b"));
+    EXPECT_EQ(Editor->Text(), "    a\n    b");
 }
 
 TEST_F(TTextEditorEdit, UndoesTypingInGroups)
@@ -85,27 +85,27 @@ TEST_F(TTextEditorEdit, UndoesTypingInGroups)
     Press(Qt::Key_Return);
     Type("from");
     Press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("select\n"));
+    EXPECT_EQ(Editor->Text(), "select\n");
     Press(Qt::Key_Y, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("select\nfrom"));
+    EXPECT_EQ(Editor->Text(), "select\nfrom");
     Press(Qt::Key_Z, Qt::ControlModifier);
     Press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("select\nfrom"));
+    EXPECT_EQ(Editor->Text(), "select\nfrom");
 }
 
 TEST_F(TTextEditorEdit, TrimsTypedBlanksAsTheLineIsLeft)
 {
     Load("");
     Type("a  ");
-    EXPECT_EQ(Editor->Text(), QStringLiteral("a  ")) << "still on the line";
+    EXPECT_EQ(Editor->Text(), "a  ") << "still on the line";
     Press(Qt::Key_Return);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("a\n"));
+    EXPECT_EQ(Editor->Text(), "a\n");
     Press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("a  ")) << "one step with the new line";
+    EXPECT_EQ(Editor->Text(), "a  ") << "one step with the new line";
     Load("x\ny", 0, 1);
     Type("  ");
     Press(Qt::Key_Down);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("x\ny"));
+    EXPECT_EQ(Editor->Text(), "x\ny");
 }
 
 TEST_F(TTextEditorEdit, TrimsTheBlanksOfTheAutoIndent)
@@ -114,10 +114,10 @@ TEST_F(TTextEditorEdit, TrimsTheBlanksOfTheAutoIndent)
     Press(Qt::Key_Return);
     Press(Qt::Key_Return);
     Type("b");
-    EXPECT_EQ(Editor->Text(), QStringLiteral("    a\n\n    b"));
+    EXPECT_EQ(Editor->Text(), "    a\n\n    b");
     Type("  ");
     Editor->TrimTrailingSpaces();
-    EXPECT_EQ(Editor->Text(), QStringLiteral("    a\n\n    b")) << "for saving";
+    EXPECT_EQ(Editor->Text(), "    a\n\n    b") << "for saving";
 }
 
 TEST_F(TTextEditorEdit, LeavesBlanksThatWereNotTyped)
@@ -126,12 +126,12 @@ TEST_F(TTextEditorEdit, LeavesBlanksThatWereNotTyped)
     Type("x");
     Press(Qt::Key_Backspace);
     Press(Qt::Key_Down);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("loaded  \nnext"));
+    EXPECT_EQ(Editor->Text(), "loaded  \nnext");
     Load("\nnext");
     Editor->PasteText("pasted  ");
     Press(Qt::Key_Down);
     Editor->TrimTrailingSpaces();
-    EXPECT_EQ(Editor->Text(), QStringLiteral("pasted  \nnext"));
+    EXPECT_EQ(Editor->Text(), "pasted  \nnext");
 }
 
 TEST_F(TTextEditorEdit, LeavesBlanksInsideAString)
@@ -141,7 +141,7 @@ TEST_F(TTextEditorEdit, LeavesBlanksInsideAString)
     Press(Qt::Key_Return);
     Type("b'  ");
     Press(Qt::Key_Return);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("select 'a  \nb'\n"));
+    EXPECT_EQ(Editor->Text(), "select 'a  \nb'\n");
 }
 
 TEST_F(TTextEditorEdit, TrimmingDoesNotTakeTheRedoAway)
@@ -153,7 +153,7 @@ TEST_F(TTextEditorEdit, TrimmingDoesNotTakeTheRedoAway)
     Settle();
     EXPECT_TRUE(Send(TSci::SCI_CANREDO));
     Press(Qt::Key_Y, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("a  \nb"));
+    EXPECT_EQ(Editor->Text(), "a  \nb");
 }
 
 TEST_F(TTextEditorEdit, WritesBehindTheLineEnd)
@@ -162,10 +162,10 @@ TEST_F(TTextEditorEdit, WritesBehindTheLineEnd)
     Press(Qt::Key_Right);
     Press(Qt::Key_Right);
     Type("x");
-    EXPECT_EQ(Editor->Text(), QStringLiteral("ab  x"));
+    EXPECT_EQ(Editor->Text(), "ab  x");
     Press(Qt::Key_Right);
     Editor->PasteText("y");
-    EXPECT_EQ(Editor->Text(), QStringLiteral("ab  x y"));
+    EXPECT_EQ(Editor->Text(), "ab  x y");
 }
 
 TEST_F(TTextEditorEdit, SelectsRectangles)
@@ -173,7 +173,7 @@ TEST_F(TTextEditorEdit, SelectsRectangles)
     Load("abc\nabc\nabc", 0, 1);
     for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right})
         Press(key, Qt::AltModifier | Qt::ShiftModifier);
-    EXPECT_EQ(Editor->SelectedText().simplified(), QStringLiteral("b b b"));
+    EXPECT_EQ(Editor->SelectedText().simplified(), "b b b");
     Editor->PasteText("x");
     EXPECT_EQ(Editor->Text().count(u'b'), 0);
 }
@@ -193,11 +193,11 @@ TEST_F(TTextEditorEdit, LeavesTheKeysOfTheWindowsAround)
         QObject::connect(&shortcut, &QShortcut::activated, [&] { ++calls; });
         Press(key[0].key(), key[0].keyboardModifiers());
         EXPECT_EQ(calls, 1) << key.toString();
-        EXPECT_EQ(Editor->Text(), QStringLiteral("one\ntwo")) << key.toString();
+        EXPECT_EQ(Editor->Text(), "one\ntwo") << key.toString();
     }
     for (const QKeySequence &key : keys) { // and nobody else wants them
         Press(key[0].key(), key[0].keyboardModifiers());
-        EXPECT_EQ(Editor->Text(), QStringLiteral("one\ntwo")) << key.toString();
+        EXPECT_EQ(Editor->Text(), "one\ntwo") << key.toString();
     }
 }
 
@@ -228,49 +228,39 @@ TEST_F(TTextEditorEdit, TabKeyGoesOnWhenItIsNoInput)
     QApplication::setActiveWindow(&window);
     editor->setFocus();
     QTest::keyClick(editor->Editor(), Qt::Key_Tab);
-    EXPECT_EQ(editor->Text(), QStringLiteral("    "));
+    EXPECT_EQ(editor->Text(), "    ");
     editor->SetTabInput(false);
     QTest::keyClick(editor->Editor(), Qt::Key_Tab);
-    EXPECT_EQ(editor->Text(), QStringLiteral("    "));
+    EXPECT_EQ(editor->Text(), "    ");
     EXPECT_TRUE(next->hasFocus());
 }
 
 TEST_F(TTextEditorEdit, MenuOffersWhatCanBeDone)
 {
-    const auto open = [this] {
+    const auto offered = [this] {
         QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5},
                                 Editor->mapToGlobal(QPoint(5, 5)));
         QApplication::sendEvent(Editor->Editor()->viewport(), &event);
-        return Part<QMenu>("editorMenu");
-    };
-    const auto enabled = [](QMenu *menu) {
+        auto *menu = Part<QMenu>("editorMenu");
         QStringList captions;
         for (const QAction *action : menu->actions())
             if (!action->isSeparator() && action->isEnabled() && action->isVisible())
                 captions += action->text().section(u'\t', 0, 0);
-        return captions.join(u' ');
-    };
-    const auto close = [this](QMenu *menu) {
         menu->close();
         QCoreApplication::sendPostedEvents(menu, QEvent::DeferredDelete);
+        return captions.join(u' ');
     };
     QApplication::clipboard()->setText("p");
     Load("abc");
-    QMenu *menu = open();
-    EXPECT_EQ(enabled(menu), QStringLiteral("Paste Select All Find... Replace... Toggle Comment"));
-    close(menu);
+    EXPECT_EQ(offered(), "Paste Select All Find... Replace... Toggle Comment");
     Editor->SelectAll();
     Editor->PasteText("x");
     Editor->SelectAll();
-    menu = open();
-    EXPECT_EQ(enabled(menu), QStringLiteral("Undo Cut Copy Paste Delete Select All Find... "
-                                            "Replace... Toggle Comment"));
+    EXPECT_EQ(offered(), "Undo Cut Copy Paste Delete Select All Find... "
+                         "Replace... Toggle Comment");
     Part<QAction>("actCut")->trigger();
     EXPECT_EQ(Editor->Text(), QString());
-    close(menu);
     Part<QAction>("actPaste")->trigger();
     Editor->SetReadOnly(true);
-    menu = open();
-    EXPECT_EQ(enabled(menu), QStringLiteral("Select All Find..."));
-    close(menu);
+    EXPECT_EQ(offered(), "Select All Find...");
 }

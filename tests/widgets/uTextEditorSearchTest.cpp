@@ -47,18 +47,6 @@ protected:
 
     QString Message() { return Part<QLabel>("lblMessage")->text(); }
     void Click(const char *name) { QTest::mouseClick(Part(name), Qt::LeftButton); }
-    qsizetype Start()
-    {
-        const long from = Send(TSci::SCI_GETSELECTIONSTART);
-        Send(TSci::SCI_SETANCHOR, from);
-        return QString::fromUtf8(Bytes().first(from)).size();
-    }
-    QByteArray Bytes()
-    {
-        QByteArray bytes(Send(TSci::SCI_GETLENGTH) + 1, '\0');
-        Send(TSci::SCI_GETTEXT, bytes.size(), reinterpret_cast<long>(bytes.data()));
-        return bytes;
-    }
 };
 
 class TTextEditorFind : public TTextEditorSearchBar, public testing::WithParamInterface<TFindCase>
@@ -70,7 +58,6 @@ protected:
         QList<qsizetype> starts;
         for (qsizetype i = 0; i < GetParam().Starts.size(); ++i) {
             Press(Qt::Key_F3, modifiers);
-            const QString before = Editor->Text();
             const long from = Send(TSci::SCI_GETSELECTIONSTART);
             const long to = Send(TSci::SCI_GETSELECTIONEND);
             Send(TSci::SCI_SETSEL, 0, from);
@@ -94,7 +81,7 @@ TEST_P(TTextEditorFind, GoesThroughAllHitsAndRound)
     EXPECT_EQ(Walk(Qt::NoModifier), row.Starts);
     Press(Qt::Key_F3);
     if (row.Starts.isEmpty())
-        EXPECT_EQ(Message(), QStringLiteral("Not found"));
+        EXPECT_EQ(Message(), "Not found");
     else
         EXPECT_TRUE(Message().contains("from the start") || row.Starts.first() != 0) << Message();
     EXPECT_EQ(Editor->Text(), row.Text);
@@ -117,13 +104,13 @@ TEST_F(TTextEditorSearchBar, SearchesWhileOneTypesAndCounts)
     auto *find = Part<QLineEdit>("edFind");
     EXPECT_TRUE(find->hasFocus());
     QTest::keyClicks(find, "ab");
-    EXPECT_EQ(Editor->SelectedText(), QStringLiteral("ab"));
-    EXPECT_EQ(Message(), QStringLiteral("1 of 2"));
+    EXPECT_EQ(Editor->SelectedText(), "ab");
+    EXPECT_EQ(Message(), "1 of 2");
     QTest::keyClicks(find, "c");
-    EXPECT_EQ(Editor->SelectedText(), QStringLiteral("abc"));
-    EXPECT_EQ(Message(), QStringLiteral("1 of 1"));
+    EXPECT_EQ(Editor->SelectedText(), "abc");
+    EXPECT_EQ(Message(), "1 of 1");
     QTest::keyClicks(find, "d");
-    EXPECT_EQ(Message(), QStringLiteral("Not found"));
+    EXPECT_EQ(Message(), "Not found");
     QTest::keyClick(find, Qt::Key_Escape);
     EXPECT_FALSE(Part("searchBar")->isVisible());
     EXPECT_TRUE(Editor->Editor()->hasFocus());
@@ -134,15 +121,15 @@ TEST_F(TTextEditorSearchBar, TakesTheSelectedTextAndGoesRoundWithAMessage)
     Load("ab x ab");
     Send(TSci::SCI_SETSEL, 0, 2);
     Press(Qt::Key_F, Qt::ControlModifier);
-    EXPECT_EQ(Part<QLineEdit>("edFind")->text(), QStringLiteral("ab"));
+    EXPECT_EQ(Part<QLineEdit>("edFind")->text(), "ab");
     QTest::keyClick(Part("edFind"), Qt::Key_Return);
-    EXPECT_EQ(Message(), QStringLiteral("2 of 2"));
+    EXPECT_EQ(Message(), "2 of 2");
     QTest::keyClick(Part("edFind"), Qt::Key_Return);
-    EXPECT_EQ(Message(), QStringLiteral("1 of 2, went on from the start"));
+    EXPECT_EQ(Message(), "1 of 2, went on from the start");
     QTest::keyClick(Part("edFind"), Qt::Key_Return, Qt::ShiftModifier);
-    EXPECT_EQ(Message(), QStringLiteral("2 of 2, went on from the end"));
+    EXPECT_EQ(Message(), "2 of 2, went on from the end");
     Click("butFindPrev");
-    EXPECT_EQ(Message(), QStringLiteral("1 of 2"));
+    EXPECT_EQ(Message(), "1 of 2");
 }
 
 TEST_F(TTextEditorSearchBar, SaysWhatIsWrongWithAnExpression)
@@ -162,10 +149,10 @@ TEST_F(TTextEditorSearchBar, FindsInTextChangedMeanwhile)
     Load("x\n");
     Open("ab");
     Press(Qt::Key_F3);
-    EXPECT_EQ(Message(), QStringLiteral("Not found"));
+    EXPECT_EQ(Message(), "Not found");
     Editor->PasteText("ab");
     Press(Qt::Key_F3);
-    EXPECT_EQ(Editor->SelectedText(), QStringLiteral("ab"));
+    EXPECT_EQ(Editor->SelectedText(), "ab");
 }
 
 TEST_F(TTextEditorSearchBar, CountsNothingWhereItWouldCost)
@@ -173,7 +160,7 @@ TEST_F(TTextEditorSearchBar, CountsNothingWhereItWouldCost)
     Load(QString("a ").repeated(20'000));
     Open("a");
     Press(Qt::Key_F3);
-    EXPECT_EQ(Editor->SelectedText(), QStringLiteral("a"));
+    EXPECT_EQ(Editor->SelectedText(), "a");
     EXPECT_EQ(Message(), QString());
 }
 
@@ -229,14 +216,14 @@ TEST_F(TTextEditorSearchBar, ReplacesOneByOne)
     Open("a(\\d)", "r", "H");
     Part<QLineEdit>("edReplace")->setText("b$1");
     Click("butReplace"); // nothing selected: goes to the next one
-    EXPECT_EQ(Editor->Text(), QStringLiteral("a1 a2 a3"));
-    EXPECT_EQ(Editor->SelectedText(), QStringLiteral("a2"));
+    EXPECT_EQ(Editor->Text(), "a1 a2 a3");
+    EXPECT_EQ(Editor->SelectedText(), "a2");
     Click("butReplace");
-    EXPECT_EQ(Editor->Text(), QStringLiteral("a1 b2 a3"));
-    EXPECT_EQ(Editor->SelectedText(), QStringLiteral("a3"));
+    EXPECT_EQ(Editor->Text(), "a1 b2 a3");
+    EXPECT_EQ(Editor->SelectedText(), "a3");
     QTest::keyClick(Part("edReplace"), Qt::Key_Return);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("a1 b2 b3"));
-    EXPECT_EQ(Editor->SelectedText(), QStringLiteral("a1")) << "and round";
+    EXPECT_EQ(Editor->Text(), "a1 b2 b3");
+    EXPECT_EQ(Editor->SelectedText(), "a1") << "and round";
 }
 
 TEST_F(TTextEditorSearchBar, OffersNoReplacingInReadOnlyText)
@@ -247,5 +234,5 @@ TEST_F(TTextEditorSearchBar, OffersNoReplacingInReadOnlyText)
     EXPECT_TRUE(Part("searchBar")->isVisible());
     EXPECT_FALSE(Part("replaceRow")->isVisible());
     QTest::keyClick(Part("edReplace"), Qt::Key_Return);
-    EXPECT_EQ(Editor->Text(), QStringLiteral("a"));
+    EXPECT_EQ(Editor->Text(), "a");
 }

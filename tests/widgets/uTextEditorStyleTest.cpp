@@ -90,8 +90,8 @@ TEST(TSqlHighlighter, StylesEveryByteOfAnyText)
             (text += char(first)) += second;
     EXPECT_EQ(StyleLetters(text).count(u'!'), 0);
     EXPECT_EQ(StyleLetters("'").size(), 1);
-    EXPECT_EQ(StyleLetters("@'"), QStringLiteral("vs"));
-    EXPECT_EQ(StyleLetters("'\\"), QStringLiteral("ss"));
+    EXPECT_EQ(StyleLetters("@'"), "vs");
+    EXPECT_EQ(StyleLetters("'\\"), "ss");
 }
 
 TEST_F(TTextEditorStyle, FollowsEditsIntoLaterLines)
@@ -223,7 +223,7 @@ TEST_F(TTextEditorStyle, ReplacesWhatALongLineHides)
         Send(TSci::SCI_SETSEL, 1, text.size() - 1);
         Settle();
         row.Do();
-        EXPECT_EQ(Editor->Text(), QString(row.After)) << row.Name;
+        EXPECT_EQ(Editor->Text(), row.After) << row.Name;
         Press(Qt::Key_Z, Qt::ControlModifier);
         EXPECT_TRUE(Editor->Text() == text) << row.Name << ": undone in one step";
     }

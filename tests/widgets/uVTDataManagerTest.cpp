@@ -1,6 +1,5 @@
 #include "uVTDataFixture.h"
 
-#include <QContextMenuEvent>
 #include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
@@ -29,30 +28,28 @@ struct TKeyCase
     QStringList Raised;
 };
 
-class TVTKeys : public TVTDataManagerTest, public testing::WithParamInterface<TKeyCase>
-{};
+const TKeyCase Keys[] = {
+    {"Return", Qt::Key_Return, "b", {"enter b"}},
+    {"Enter", Qt::Key_Enter, "b", {"enter b"}},
+    {"Delete", Qt::Key_Delete, "b", {"delete b"}},
+    {"F2", Qt::Key_F2, "b", {"rename b"}},
+    {"Insert", Qt::Key_Insert, "b", {"insert b"}},
+    {"InsertWithoutFocus", Qt::Key_Insert, "", {"insert -"}},
+    {"DeleteWithoutFocus", Qt::Key_Delete, "", {}},
+    {"UpMovesTheFocus", Qt::Key_Up, "b", {"focus a"}},
+    {"AsteriskDoesNotOpenEverything", Qt::Key_Asterisk, "b", {}},
+};
 
-TEST_P(TVTKeys, AreRaisedForTheFocusedNode)
+TEST_F(TVTDataManagerTest, KeysAreRaisedForTheFocusedNode)
 {
     Fill({"a", "b"});
-    Manager.SetFocusedItem(Manager.FindNode(GetParam().Focused));
-    TVTSignals raised(Manager);
-    QTest::keyClick(View, GetParam().Key);
-    EXPECT_EQ(raised.Raised, GetParam().Raised);
+    for (const TKeyCase &row : Keys) {
+        Manager.SetFocusedItem(Manager.FindNode(row.Focused));
+        TVTSignals raised(Manager);
+        QTest::keyClick(View, row.Key);
+        EXPECT_EQ(raised.Raised, row.Raised) << row.Name;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All, TVTKeys,
-    testing::Values(TKeyCase{"Return", Qt::Key_Return, "b", {"enter b"}},
-                    TKeyCase{"Enter", Qt::Key_Enter, "b", {"enter b"}},
-                    TKeyCase{"Delete", Qt::Key_Delete, "b", {"delete b"}},
-                    TKeyCase{"F2", Qt::Key_F2, "b", {"rename b"}},
-                    TKeyCase{"Insert", Qt::Key_Insert, "b", {"insert b"}},
-                    TKeyCase{"InsertWithoutFocus", Qt::Key_Insert, "", {"insert -"}},
-                    TKeyCase{"DeleteWithoutFocus", Qt::Key_Delete, "", {}},
-                    TKeyCase{"UpMovesTheFocus", Qt::Key_Up, "b", {"focus a"}},
-                    TKeyCase{"AsteriskDoesNotOpenEverything", Qt::Key_Asterisk, "b", {}}),
-    [](const auto &info) { return info.param.Name; });
 
 TEST_F(TVTDataManagerTest, LeavesEnterToTheDialogWhenNobodyListens)
 {
@@ -123,16 +120,12 @@ TEST_F(TVTDataManagerTest, ShowsItsPopupMenuUnlessEmpty)
     QMenu menu;
     Manager.SetPopupMenu(&menu);
     QSignalSpy asked(&Manager, &TVTDataManager::OnContextMenu);
-    const auto ask = [&](const QPoint &pos) {
-        QContextMenuEvent event(QContextMenuEvent::Mouse, pos, View->viewport()->mapToGlobal(pos));
-        QApplication::sendEvent(View->viewport(), &event);
-    };
-    ask(Middle("a"));
+    TGuiTools::AskMenu(View->viewport(), Middle("a"));
     EXPECT_EQ(asked.size(), 1);
     EXPECT_EQ(asked.last().first().value<TVTDataItem *>(), Manager.FindNode("a"));
     EXPECT_FALSE(menu.isVisible());
     menu.addAction("Open");
-    ask(View->viewport()->rect().bottomLeft());
+    TGuiTools::AskMenu(View->viewport(), View->viewport()->rect().bottomLeft());
     EXPECT_EQ(asked.last().first().value<TVTDataItem *>(), nullptr);
     EXPECT_TRUE(menu.isVisible());
     menu.close();

@@ -1,8 +1,7 @@
+#include "uPaintCounter.h"
 #include "uVTDataFixture.h"
 
 #include <QScrollBar>
-
-#include <stdexcept>
 
 namespace {
 
@@ -16,37 +15,37 @@ struct TRefreshCase
     QStringList After;
 };
 
-class TVTRefresh : public TVTData, public testing::WithParamInterface<TRefreshCase>
-{};
+const TRefreshCase Refreshes[] = {
+    {"FirstFill", {}, {"b", "a", "c"}},
+    {"Same", {"a", "b"}, {"b", "a"}},
+    {"Emptied", {"a", "b"}, {}},
+    {"FirstGoes", {"a", "b", "c"}, {"b", "c"}},
+    {"EverySecondGoes", {"a", "b", "c", "d", "e"}, {"a", "c", "e"}},
+    {"OthersInstead", {"a", "c"}, {"d", "b"}},
+    {"NewOnesBetween", {"a", "c", "e"}, {"e", "d", "c", "b", "a"}},
+};
 
-TEST_P(TVTRefresh, LeavesWhatWasAddedAgainInOrder)
+TEST_F(TVTDataUpdateCycle, LeavesWhatWasAddedAgainInOrder)
 {
-    Fill(GetParam().Before);
-    QHash<QString, TVTDataItem *> kept;
-    for (const QString &id : GetParam().After)
-        kept.insert(id, Manager.FindNode(id));
-    Fill(GetParam().After);
-    QStringList ordered = GetParam().After;
-    ordered.sort();
-    EXPECT_EQ(Shown(), ordered);
-    for (const QString &id : GetParam().Before)
-        EXPECT_EQ(Manager.FindNode(id) != nullptr, ordered.contains(id)) << qPrintable(id);
-    for (const QString &id : ordered)
-        EXPECT_TRUE(!kept[id] || kept[id] == Manager.FindNode(id)) << qPrintable(id);
-    for (int i = 0; i < ordered.size(); ++i)
-        EXPECT_EQ(Manager.FindNode(ordered[i]), Manager.DataList()->Items(i));
+    for (const TRefreshCase &row : Refreshes) {
+        SCOPED_TRACE(row.Name);
+        Fill(row.Before);
+        QHash<QString, TVTDataItem *> kept;
+        for (const QString &id : row.After)
+            kept.insert(id, Manager.FindNode(id));
+        Fill(row.After);
+        QStringList ordered = row.After;
+        ordered.sort();
+        EXPECT_EQ(Shown(), ordered);
+        for (const QString &id : row.Before)
+            EXPECT_EQ(Manager.FindNode(id) != nullptr, ordered.contains(id)) << qPrintable(id);
+        for (int i = 0; i < ordered.size(); ++i) {
+            TVTDataItem *item = Manager.FindNode(ordered[i]);
+            EXPECT_EQ(item, Manager.DataList()->Items(i));
+            EXPECT_TRUE(!kept[ordered[i]] || kept[ordered[i]] == item) << qPrintable(ordered[i]);
+        }
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All, TVTRefresh,
-    testing::Values(TRefreshCase{"FirstFill", {}, {"b", "a", "c"}},
-                    TRefreshCase{"Same", {"a", "b"}, {"b", "a"}},
-                    TRefreshCase{"Emptied", {"a", "b"}, {}},
-                    TRefreshCase{"FirstGoes", {"a", "b", "c"}, {"b", "c"}},
-                    TRefreshCase{"EverySecondGoes", {"a", "b", "c", "d", "e"}, {"a", "c", "e"}},
-                    TRefreshCase{"OthersInstead", {"a", "c"}, {"d", "b"}},
-                    TRefreshCase{"NewOnesBetween", {"a", "c", "e"}, {"e", "d", "c", "b", "a"}}),
-    [](const auto &info) { return info.param.Name; });
 
 TEST_F(TVTDataUpdateCycle, MarksUntilAddedAgain)
 {
@@ -147,21 +146,10 @@ TEST_F(TVTDataUpdateCycle, ShowsWhatIsNewAtTheTopWhenNotScrolled)
 
 TEST_F(TVTDataUpdateCycle, IsPaintedOnce)
 {
-    class TPaintCounter : public QObject
-    {
-    public:
-        int Count = 0;
-        bool eventFilter(QObject *, QEvent *event) override
-        {
-            Count += event->type() == QEvent::Paint;
-            return false;
-        }
-    };
     const QStringList many = QString("a b c d e f g h i j k l m n o p q r s t u v w").split(' ');
     Fill(many);
     TTestLoop::Settle();
-    TPaintCounter counter;
-    View->viewport()->installEventFilter(&counter);
+    const TPaintCounter counter(View->viewport());
     {
         const TVTDataUpdate update(&Manager);
         for (const QString &id : many) {
@@ -183,39 +171,34 @@ struct THeirCase
     QString Heir;
 };
 
-class TVTFocusHeir : public TVTData, public testing::WithParamInterface<THeirCase>
+const THeirCase Heirs[] = {
+    {"NextSibling", "b1", {"a", "b", "c"}, {"b3"}, "b3"},
+    {"PreviousWithoutNext", "b3", {"a", "b", "c"}, {"b1", "b2"}, "b2"},
+    {"ParentWithoutSiblings", "b2", {"a", "b", "c"}, {}, "b"},
+    {"SiblingOfTheParent", "b2", {"a", "c"}, {}, "c"},
+    {"NobodyLeft", "b2", {}, {}, ""},
+    {"NewNodesDoNotCount", "c", {"a", "b", "d"}, {}, "b"},
+};
+
+TEST_F(TVTDataUpdateCycle, AnHeirTakesOverFromANodeThatVanished)
 {
-protected:
-    void Draw(const QStringList &roots, const QStringList &leaves)
-    {
+    const auto draw = [this](const QStringList &roots, const QStringList &leaves) {
         const TVTDataUpdate update(&Manager);
         for (const QString &id : roots) {
             TVTDataItem *item = Add(Manager.DataList(), id);
             for (const QString &leaf : id == "b" ? leaves : QStringList())
                 Add(item->DataList(), leaf);
         }
+    };
+    for (const THeirCase &row : Heirs) {
+        SCOPED_TRACE(row.Name);
+        draw({"a", "b", "c"}, {"b1", "b2", "b3"});
+        Manager.SetFocusedItem(Manager.FindNode(row.Focused));
+        TVTSignals raised(Manager);
+        draw(row.Roots, row.Leaves);
+        EXPECT_EQ(FocusedId(), row.Heir);
+        EXPECT_EQ(raised.Raised, QStringList{"focus " + (row.Heir.isEmpty() ? "-" : row.Heir)});
     }
-};
-
-TEST_P(TVTFocusHeir, TakesOverFromANodeThatVanished)
-{
-    Draw({"a", "b", "c"}, {"b1", "b2", "b3"});
-    Manager.SetFocusedItem(Manager.FindNode(GetParam().Focused));
-    TVTSignals raised(Manager);
-    Draw(GetParam().Roots, GetParam().Leaves);
-    EXPECT_EQ(FocusedId(), GetParam().Heir);
-    const QString heir = GetParam().Heir.isEmpty() ? "-" : GetParam().Heir;
-    EXPECT_EQ(raised.Raised, QStringList{"focus " + heir});
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All, TVTFocusHeir,
-    testing::Values(THeirCase{"NextSibling", "b1", {"a", "b", "c"}, {"b3"}, "b3"},
-                    THeirCase{"PreviousWithoutNext", "b3", {"a", "b", "c"}, {"b1", "b2"}, "b2"},
-                    THeirCase{"ParentWithoutSiblings", "b2", {"a", "b", "c"}, {}, "b"},
-                    THeirCase{"SiblingOfTheParent", "b2", {"a", "c"}, {}, "c"},
-                    THeirCase{"NobodyLeft", "b2", {}, {}, ""},
-                    THeirCase{"NewNodesDoNotCount", "c", {"a", "b", "d"}, {}, "b"}),
-    [](const auto &info) { return info.param.Name; });
 
 } // namespace

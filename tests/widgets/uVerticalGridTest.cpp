@@ -7,7 +7,6 @@
 
 #include <QCalendarWidget>
 #include <QCheckBox>
-#include <QContextMenuEvent>
 #include <QDateTime>
 #include <QDialog>
 #include <QLabel>
@@ -184,23 +183,24 @@ TEST_P(TVerticalGridTyped, BecomesTheValue)
     EXPECT_EQ(row->Value(), GetParam().Expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, TVerticalGridTyped,
-    testing::Values(TTypedCase{"Text", "rowName", " a b ", " a b "},
-                    TTypedCase{"Number", "rowPort", "3306", qint64(3306)},
-                    TTypedCase{"LettersAreNoNumber", "rowPort", "1e2x", qint64(12)},
-                    TTypedCase{"NumberAboveTheRange", "rowPort", "70000", qint64(65535)},
-                    TTypedCase{"NumberBelowTheRange", "rowPort", "-5", qint64(1)},
-                    TTypedCase{"TextBesideTheValues", "rowCharset", "utf8mb9", "utf8mb9"},
-                    TTypedCase{"LettersOfACaseOfTheirOwn", "rowCharset", "UTF8", "UTF8"},
-                    TTypedCase{"ALetterChoosesInAFixedCombo", "rowType", "t", "tunnel"},
-                    TTypedCase{"Password", "rowPassword", "s3 ", "s3 "},
-                    TTypedCase{"ReadOnlyStays", "rowKey", "x", ""},
-                    TTypedCase{"Date", "rowStarts", "2024-02-29",
-                               QDateTime(QDate(2024, 2, 29), QTime(0, 0))},
-                    TTypedCase{"DateAndTime", "rowStarts", "2024-02-29 23:59:58",
-                               QDateTime(QDate(2024, 2, 29), QTime(23, 59, 58))}),
-    [](const auto &info) { return info.param.Name; });
+const QDate LeapDay(2024, 2, 29);
+const TTypedCase Typed[] = {
+    {"Text", "rowName", " a b ", " a b "},
+    {"Number", "rowPort", "3306", qint64(3306)},
+    {"LettersAreNoNumber", "rowPort", "1e2x", qint64(12)},
+    {"NumberAboveTheRange", "rowPort", "70000", qint64(65535)},
+    {"NumberBelowTheRange", "rowPort", "-5", qint64(1)},
+    {"TextBesideTheValues", "rowCharset", "utf8mb9", "utf8mb9"},
+    {"LettersOfACaseOfTheirOwn", "rowCharset", "UTF8", "UTF8"},
+    {"ALetterChoosesInAFixedCombo", "rowType", "t", "tunnel"},
+    {"Password", "rowPassword", "s3 ", "s3 "},
+    {"ReadOnlyStays", "rowKey", "x", ""},
+    {"Date", "rowStarts", "2024-02-29", QDateTime(LeapDay, QTime(0, 0))},
+    {"DateAndTime", "rowStarts", "2024-02-29 23:59:58", QDateTime(LeapDay, QTime(23, 59, 58))},
+};
+
+INSTANTIATE_TEST_SUITE_P(All, TVerticalGridTyped, testing::ValuesIn(Typed),
+                         [](const auto &info) { return info.param.Name; });
 
 TEST_F(TVerticalGridTest, TextThatIsNoDateIsAnErrorAtTheCommit)
 {
@@ -372,9 +372,7 @@ TEST_F(TVerticalGridTest, TheMenuOfALineHasTheActionsOfTheGrid)
     QSignalSpy asked(&action, &QAction::triggered);
     Grid->addAction(&action);
     driver.ExpectMenu("Set NULL");
-    auto *line = Find<QLineEdit>(Grid, "rowName");
-    QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5}, line->mapToGlobal(QPoint(5, 5)));
-    QApplication::sendEvent(line, &event);
+    TGuiTools::AskMenu(Find<QLineEdit>(Grid, "rowName"));
     EXPECT_EQ(asked.count(), 1);
 }
 

@@ -2,13 +2,11 @@
 
 #include "core/uServerProfile.h"
 #include "support/uFileUtils.h"
-#include "uTcpProxy.h"
 
 #include <QBuffer>
 #include <QCheckBox>
 #include <QImage>
 #include <QListWidget>
-#include <QPointer>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -17,10 +15,6 @@ namespace {
 class TTableDataEditTest : public TTableDataTest
 {
 protected:
-    void Focus(int row, int column = 0)
-    {
-        Grid().setCurrentIndex(Grid().model()->index(row, column));
-    }
     void Edit(int row, int column, const QString &text)
     {
         Focus(row, column);
@@ -58,12 +52,6 @@ protected:
         });
         TGuiTools::Click(Find<QToolButton>(&grid, row + "edit"));
     }
-    static void SetNull(TVerticalGrid &grid, const QString &row)
-    {
-        QFocusEvent focus(QEvent::FocusIn); // the window is not the active one here
-        QApplication::sendEvent(Find<QWidget>(&grid, row), &focus);
-        Find<QAction>(grid.window(), "actSetNull")->trigger();
-    }
     static void Choose(TVerticalGrid &grid, const QString &row, const QString &text)
     {
         auto *combo = Find<QComboBox>(&grid, row);
@@ -72,9 +60,19 @@ protected:
         combo->setCurrentIndex(index);
         Q_EMIT combo->activated(index);
     }
-    QString LastUpdate()
+    /// Types over the whole of a text in its dialog.
+    static void Retype(QWidget *dialog, const QString &before, const QString &text)
     {
-        return FStatements.filter("UPDATE ").last().section(" WHERE", 0, 0).section(" SET ", 1);
+        auto *editor = Find<TTextEditor>(dialog, "edEditor");
+        EXPECT_EQ(editor->Text(), before);
+        editor->SelectAll();
+        editor->PasteText(text);
+    }
+    void Import(QWidget *dialog, const QByteArray &bytes)
+    {
+        TFileUtils::WriteBinary(FilePath("in"), bytes);
+        Driver.ExpectFile(FilePath("in"));
+        Find<QAction>(dialog, "actImport")->trigger();
     }
 };
 
@@ -127,15 +125,12 @@ TEST_F(TTableDataEditTest, APageAndWhatIsTypedOutliveTheServersAbsence)
     Exec("CREATE TABLE t (id INT PRIMARY KEY, s VARCHAR(20))");
     Exec("INSERT INTO t VALUES (1, 'one')");
     TTcpProxy proxy(Server().Host(), Server().Port());
-    TDbmConnectionProfile profile = Profile();
-    profile.Port = proxy.Port();
-    OpenWorkspaceOn(profile);
+    OpenWorkspaceBehind(proxy);
     Show(Database(), "t");
     const QPointer<TTableDataFrame> frame = FFrame;
     Run("actEditMode");
     Edit(0, 1, "typed");
-    proxy.Refuse();
-    proxy.Cut();
+    proxy.Vanish();
     const auto refresh = [&](const char *window) {
         Trigger("actRefresh");
         TTestLoop::Settle();
@@ -174,18 +169,9 @@ TEST_F(TTableDataEditTest, ARowKeepsWhatItsTypesTellApart)
         EXPECT_EQ(grid.Row("z")->Text(), "2000-01-02 03:04:05.678901");
         EXPECT_EQ(grid.Row("tm")->Text(), "-100:00:00.500");
         Type(grid, "k", "18446744073709551615");
-        OnDialogOf(grid, "vb", [](QWidget *dialog) {
-            auto *editor = Find<TTextEditor>(dialog, "edEditor");
-            EXPECT_EQ(editor->Text(), "0x6162");
-            editor->SelectAll();
-            editor->PasteText("0x00FF");
-        });
-        OnDialogOf(grid, "tx", [](QWidget *dialog) {
-            auto *editor = Find<TTextEditor>(dialog, "edEditor");
-            EXPECT_EQ(editor->Text(), " blanks ");
-            editor->SelectAll();
-            editor->PasteText("  one\n-- two;\nthree  ");
-        });
+        OnDialogOf(grid, "vb", [](QWidget *dialog) { Retype(dialog, "0x6162", "0x00FF"); });
+        OnDialogOf(grid, "tx",
+                   [](QWidget *dialog) { Retype(dialog, " blanks ", "  one\n-- two;\nthree  "); });
         OnDialogOf(grid, "b", [](QWidget *) {}); // a mere look
         EXPECT_GE(Find<QComboBox>(&grid, "e")->findText("b\\c"), 0);
         Choose(grid, "e", "it's");
@@ -197,11 +183,7 @@ TEST_F(TTableDataEditTest, ARowKeepsWhatItsTypesTellApart)
                            "2000-01-02 03:04:05.678901"}));
 
     OnRecordOf(0, [this](TVerticalGrid &grid) {
-        OnDialogOf(grid, "tx", [](QWidget *dialog) {
-            auto *editor = Find<TTextEditor>(dialog, "edEditor");
-            editor->SelectAll();
-            editor->PasteText(" ");
-        });
+        OnDialogOf(grid, "tx", [](QWidget *dialog) { Retype(dialog, "one\n-- two;\nthree", " "); });
         Choose(grid, "e", "NULL");
         Driver.ExpectMenu([](QMenu *menu) {
             auto *list = Find<QListWidget>(menu, "lstMembers");
@@ -213,10 +195,9 @@ TEST_F(TTableDataEditTest, ARowKeepsWhatItsTypesTellApart)
         EXPECT_EQ(grid.Row("o")->Text(), "y,z");
         Type(grid, "z", "0000-00-00 00:00:00.000001");
         Driver.ExpectMenu("Set NULL"); // the line's own menu has it
-        QContextMenuEvent menu(QContextMenuEvent::Mouse, {5, 5}, line->mapToGlobal(QPoint(5, 5)));
         QFocusEvent focus(QEvent::FocusIn);
         QApplication::sendEvent(Find<QLineEdit>(&grid, "tm"), &focus);
-        QApplication::sendEvent(Find<QLineEdit>(&grid, "tm"), &menu);
+        TGuiTools::AskMenu(Find<QLineEdit>(&grid, "tm"));
         SetNull(grid, "y");
         EXPECT_EQ(Find<QCheckBox>(&grid, "y")->checkState(), Qt::PartiallyChecked);
     });
@@ -241,10 +222,7 @@ TEST_F(TTableDataEditTest, ACellThatShowsALengthIsEditedWhole)
     Run("actEditMode");
     const auto type = [this](const QString &before, const QString &text) {
         Driver.Expect("s", [=](QWidget *dialog) {
-            auto *editor = Find<TTextEditor>(dialog, "edEditor");
-            EXPECT_EQ(editor->Text(), before);
-            editor->SelectAll();
-            editor->PasteText(text);
+            Retype(dialog, before, text);
             TGuiTools::Click(dialog, "butOK");
         });
     };
@@ -288,9 +266,11 @@ TEST_F(TTableDataEditTest, ARowThatIsNoLongerThereIsTold)
     EXPECT_EQ(Value("SELECT s FROM t WHERE id = 1"), "typed");
     Focus(1);
     Exec("DELETE FROM t WHERE id = 2");
-    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+    Answer("butYes");
     ExpectError("The record was not deleted: it does not exist any more.");
     Run("actDelete");
+    ExpectError("The record is not found");
+    Run("actUpdate");
     Exec("RENAME TABLE t TO gone");
     ExpectError("doesn't exist"); // and not that the row went
     Run("actUpdate");
@@ -318,12 +298,6 @@ TEST_F(TTableDataEditTest, BytesComeFromFilesAndGoToFiles)
     const QByteArray png = Picture("PNG"), jpeg = Picture("JPEG");
     const QByteArray broken = png.left(20) + "no picture", cut = jpeg.chopped(1);
     ASSERT_FALSE(png.isEmpty() || jpeg.isEmpty());
-    const auto import = [this](QWidget *dialog, const QByteArray &bytes) {
-        const QString path = FilePath("in");
-        TFileUtils::WriteBinary(path, bytes);
-        Driver.ExpectFile(path);
-        Find<QAction>(dialog, "actImport")->trigger();
-    };
     const auto isPicture = [](QWidget *dialog) {
         return Find<QLabel>(dialog, "labImage")->isVisible();
     };
@@ -336,11 +310,11 @@ TEST_F(TTableDataEditTest, BytesComeFromFilesAndGoToFiles)
                 << "reached without a mouse";
             EXPECT_EQ(Find<QLabel>(dialog, "labSize")->text(), "5 B");
             for (const QByteArray &bytes : {png, jpeg}) {
-                import(dialog, bytes);
+                Import(dialog, bytes);
                 EXPECT_TRUE(isPicture(dialog));
             }
             for (const QByteArray &bytes : {broken, cut}) {
-                import(dialog, bytes);
+                Import(dialog, bytes);
                 EXPECT_FALSE(isPicture(dialog)) << "its size is shown";
             }
             // A file that cannot be written leaves the bytes as they are.
@@ -392,11 +366,7 @@ TEST_F(TTableDataEditTest, AHundredMegabytesAreReadOnceAndNotSentBack)
     EXPECT_EQ(LastUpdate(), "`n` = 2");
     const QByteArray bytes(5'000'000, '\xFF');
     OnRecordOf(0, [&](TVerticalGrid &grid) {
-        OnDialogOf(grid, "b", [&](QWidget *dialog) {
-            TFileUtils::WriteBinary(FilePath("in"), bytes);
-            Driver.ExpectFile(FilePath("in"));
-            Find<QAction>(dialog, "actImport")->trigger();
-        });
+        OnDialogOf(grid, "b", [&](QWidget *dialog) { Import(dialog, bytes); });
     });
     EXPECT_EQ(database.Bytes("SELECT b FROM t"), bytes);
 }
@@ -424,7 +394,7 @@ TEST_F(TTableDataEditTest, KeysOfDatesAndDecimalsMeetTheirRowAlone)
         OnRecordOf(row, [](TVerticalGrid &grid) { Type(grid, "n", "5"); });
         EXPECT_EQ(Value("SELECT GROUP_CONCAT(n ORDER BY n) FROM t"), "2,5");
         Focus(Cell(0, 1) == "5" ? 0 : 1);
-        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+        Answer("butYes");
         Run("actDelete");
         EXPECT_EQ(Value("SELECT GROUP_CONCAT(n ORDER BY n) FROM t"), "2");
     }

@@ -2,22 +2,15 @@
 
 #include "pages/data/uTableDataFrame.h"
 #include "pages/structure/uTablePageFrame.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
-#include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "widgets/uDataSetGrid.h"
-#include "widgets/uTextEditor.h"
 #include "widgets/uVerticalGrid.h"
 
-#include <QAction>
 #include <QComboBox>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTest>
-#include <gtest/gtest.h>
 
 /// The data page of a table in the real window. `FStatements` has what was sent since Open.
 class TTableDataTest : public TWorkbenchTest
@@ -32,12 +25,11 @@ protected:
     /// The same in the workspace that is open.
     TTableDataFrame &Show(const TTestDatabase &database, const QString &table)
     {
-        TManagerFrame &workspace = *Window->GetActiveManagerFrame();
         FStatements.clear();
-        QObject::connect(&workspace, &TManagerFrame::OnCommandBeforeExecute, &workspace,
+        QObject::connect(&Workspace(), &TManagerFrame::OnCommandBeforeExecute, &Workspace(),
                          [this](const QString &text) { FStatements += text; });
-        workspace.PageUtils().ShowTable(database.Name(), table, true);
-        FFrame = workspace.PageUtils().GetActivePage()->findChild<TTableDataFrame *>();
+        Pages().ShowTable(database.Name(), table, true);
+        FFrame = Pages().GetActivePage()->findChild<TTableDataFrame *>();
         return *FFrame;
     }
 
@@ -51,10 +43,20 @@ protected:
     {
         return Grid().model()->index(row, column).data().toString();
     }
+    void Focus(int row, int column = 0)
+    {
+        Grid().setCurrentIndex(Grid().model()->index(row, column));
+    }
     int RowCount() { return Grid().model()->rowCount(); }
     void Run(const char *action) { Part<QAction>(action)->trigger(); }
     bool Can(const char *action) { return Part<QAction>(action)->isEnabled(); }
     QString Status() { return Part<QLabel>("labRows")->text(); }
+    QString PageNumber() { return Part<QLineEdit>("edPageNum")->text(); }
+    /// What the last UPDATE sets.
+    QString LastUpdate()
+    {
+        return FStatements.filter("UPDATE ").last().section(" WHERE", 0, 0).section(" SET ", 1);
+    }
 
     void TypePage(const QString &text)
     {
@@ -77,6 +79,13 @@ protected:
             work(*Find<TVerticalGrid>(dialog, "vgRecord"));
             TGuiTools::Click(dialog, "butOK");
         });
+    }
+    /// By the action of the record's dialog.
+    static void SetNull(TVerticalGrid &grid, const QString &row)
+    {
+        QFocusEvent focus(QEvent::FocusIn); // the window is not the active one here
+        QApplication::sendEvent(Find<QWidget>(&grid, row), &focus);
+        Find<QAction>(grid.window(), "actSetNull")->trigger();
     }
     static void Type(TVerticalGrid &grid, const QString &row, const QString &text)
     {

@@ -1,23 +1,14 @@
 #include "app/uAppConfig.h"
-#include "app/uAppProfiles.h"
 #include "jobs/uAppWorkers.h"
 #include "model/uDbmFieldList.h"
-#include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
 #include "shell/uAppDialogs.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "widgets/uVerticalGrid.h"
 
-#include <QAbstractItemView>
 #include <QFileInfo>
 #include <QLineEdit>
-#include <QMessageBox>
-#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QTest>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -28,32 +19,8 @@ protected:
     {
         return *dialog->findChild<TVerticalGrid *>()->Row(name);
     }
-    static QPushButton *Ok(QWidget *dialog) { return ::Find<QPushButton>(dialog, "butOK"); }
+    static QPushButton *Ok(QWidget *dialog) { return Find<QPushButton>(dialog, "butOK"); }
     static void Press(TVerticalRow &row, const char *button) { Q_EMIT row.OnButton(&row, button); }
-    /// Waits for the job's end, keeps what it said and closes its window.
-    void ExpectJob(const QString &title)
-    {
-        Driver.Expect("frmWorker", [this, title](QWidget *job) {
-            EXPECT_TRUE(TTestLoop::RunUntil([&] {
-                return job->windowTitle() == title + " - Finished";
-            })) << job->windowTitle().toStdString();
-            Log = ::Find<QPlainTextEdit>(job, "memLog")->toPlainText();
-            ::Find<QPushButton>(job, "butClose")->click();
-        });
-    }
-    void ChooseDatabase(const QString &name)
-    {
-        Driver.Expect("frmDialog", [name](QWidget *dialog) {
-            EXPECT_EQ(dialog->windowTitle(), "Select Database");
-            auto *list = ::Find<QAbstractItemView>(dialog, "lvList");
-            for (int row = 0; row < list->model()->rowCount(); ++row)
-                if (list->model()->index(row, 0).data().toString() == name)
-                    list->setCurrentIndex(list->model()->index(row, 0));
-            Ok(dialog)->click();
-        });
-    }
-
-    QString Log;
 };
 
 TEST_F(TJobDialogsTest, ADumpIsWrittenAndRunAgain)
@@ -76,7 +43,7 @@ TEST_F(TJobDialogsTest, ADumpIsWrittenAndRunAgain)
         Ok(dialog)->click();
     });
     Trigger("actSchemaCreateSqlDump");
-    EXPECT_TRUE(Log.contains("Writing data for \"t\" (0, 2)")) << Log.toStdString();
+    EXPECT_TRUE(JobLog.contains("Writing data for \"t\" (0, 2)")) << JobLog.toStdString();
     EXPECT_EQ(TAppConfig::ReadLastDumpFolder(), QFileInfo(file).path());
 
     Server().Exec("DROP DATABASE `" + Database().Name() + '`');
@@ -96,7 +63,7 @@ TEST_F(TJobDialogsTest, ADumpIsWrittenAndRunAgain)
     });
     Trigger("actToolsExecuteSQLDump");
     EXPECT_EQ(Value("SELECT COUNT(*) FROM t"), "2");
-    EXPECT_FALSE(Log.contains("USE `mysql`"));
+    EXPECT_FALSE(JobLog.contains("USE `mysql`"));
 }
 
 TEST_F(TJobDialogsTest, ABoundConnectionDumpsItsOwnDatabase)
@@ -105,7 +72,7 @@ TEST_F(TJobDialogsTest, ABoundConnectionDumpsItsOwnDatabase)
     for (const char *action : {"actSchemaCreateSqlDump", "actToolsExecuteSQLDump"}) {
         Driver.Expect("frmDialog", [&](QWidget *dialog) {
             EXPECT_FALSE(Row(dialog, "rowDatabase").IsShown());
-            ::Find<QPushButton>(dialog, "butCancel")->click();
+            TGuiTools::Click(dialog, "butCancel");
         });
         Trigger(action);
     }
@@ -115,21 +82,21 @@ TEST_F(TJobDialogsTest, ADatabaseAndATableAreCloned)
 {
     Exec("CREATE TABLE t (id INT PRIMARY KEY, w TEXT, FULLTEXT KEY words (w))");
     Exec("INSERT INTO t VALUES (1, 'a')");
-    TManagerFrame &workspace = OpenWorkspace();
+    OpenWorkspace();
     const QString copy = Database().Name() + "_two";
     ChooseDatabase(Database().Name());
     Driver.Expect("frmDialog", [&](QWidget *dialog) {
         EXPECT_EQ(dialog->windowTitle(), "Clone database");
-        ::Find<QLineEdit>(dialog, "edName")->setText(copy);
+        Find<QLineEdit>(dialog, "edName")->setText(copy);
         ExpectJob("Migration Database \"" + Database().Name() + '"');
         Ok(dialog)->click();
     });
     Trigger("actSchemaClone");
-    EXPECT_EQ(Server().Value("SELECT COUNT(*) FROM t", copy), "1") << Log.toStdString();
-    EXPECT_TRUE(Log.contains("Left out: fulltext index \"words\" of table \"t\""));
+    EXPECT_EQ(Server().Value("SELECT COUNT(*) FROM t", copy), "1") << JobLog.toStdString();
+    EXPECT_TRUE(JobLog.contains("Left out: fulltext index \"words\" of table \"t\""));
     Server().Exec("DROP DATABASE `" + copy + '`');
 
-    workspace.PageUtils().ShowTable(Database().Name(), "t", true);
+    Pages().ShowTable(Database().Name(), "t", true);
     Driver.Expect("frmDialog", [&](QWidget *dialog) {
         EXPECT_EQ(dialog->windowTitle(), "Clone table");
         EXPECT_EQ(Row(dialog, "rowDatabase").Text(), Database().Name());
@@ -158,7 +125,7 @@ TEST_F(TJobDialogsTest, AMigrationNeedsATarget)
         EXPECT_EQ(Row(dialog, "rowTargetDatabase").Text(), Database().Name());
         Press(Row(dialog, "rowTargetDatabase"), "select"); // nothing without a host
         EXPECT_FALSE(Ok(dialog)->isEnabled());
-        ::Find<QPushButton>(dialog, "butCancel")->click();
+        TGuiTools::Click(dialog, "butCancel");
     });
     Trigger("actSchemaMigrate");
 }
@@ -168,15 +135,7 @@ TEST_F(TJobDialogsTest, AMigrationRunsIntoAChosenDatabaseOfAChosenHost)
     Exec("CREATE TABLE t (id INT PRIMARY KEY, w VARCHAR(9)); INSERT INTO t VALUES (1, 'ж')");
     const TTestDatabase target;
     target.Exec("CREATE TABLE t (old INT); CREATE TABLE own (id INT)");
-    TAppProfiles profiles;
-    profiles.Clear();
-    auto stored = std::make_shared<TAppProfile>();
-    stored->Alias = "There";
-    stored->Id = TAppProfile::NewId();
-    stored->ConnectionProfile = Profile();
-    profiles.Add(stored);
-    profiles.Write();
-
+    StoreProfile("There", Profile());
     OpenWorkspace();
     ChooseDatabase(Database().Name());
     Driver.Expect("frmDialog", [&](QWidget *dialog) {
@@ -190,7 +149,7 @@ TEST_F(TJobDialogsTest, AMigrationRunsIntoAChosenDatabaseOfAChosenHost)
         Ok(dialog)->click();
     });
     Trigger("actSchemaMigrate");
-    EXPECT_TRUE(Log.contains("Task completed")) << Log.toStdString();
+    EXPECT_TRUE(JobLog.contains("Task completed")) << JobLog.toStdString();
     EXPECT_EQ(target.Value("SELECT w FROM t"), "ж");
     EXPECT_EQ(target.Value("SELECT COUNT(*) FROM own"), "0") << "it is no part of the migration";
 }
@@ -205,20 +164,13 @@ TEST_F(TJobDialogsTest, ADatabaseIsNotClonedOntoItself)
     EXPECT_EQ(Value("SELECT COUNT(*) FROM t"), "1");
 }
 
-class TSelectDialogsTest : public TJobDialogsTest
-{};
-
-TEST_F(TSelectDialogsTest, ObjectsAndFieldsAreChosen)
+TEST_F(TJobDialogsTest, ObjectsAndFieldsAreChosen)
 {
     Exec("CREATE TABLE t (id INT, name VARCHAR(10), price DECIMAL(5,2))");
     Exec("CREATE VIEW a_view AS SELECT 1 AS one");
     TDbmManager &manager = OpenWorkspace().Manager();
     const auto names = [](QWidget *dialog, const char *list, int column) {
-        QStringList texts;
-        const auto *model = ::Find<QAbstractItemView>(dialog, list)->model();
-        for (int row = 0; row < model->rowCount(); ++row)
-            texts += model->index(row, column).data().toString();
-        return texts;
+        return TGuiTools::Column(*Find<QAbstractItemView>(dialog, list)->model(), column);
     };
     Driver.Expect("frmDialog", [&](QWidget *dialog) {
         EXPECT_EQ(dialog->windowTitle(), "Select Data Object");
@@ -235,7 +187,7 @@ TEST_F(TSelectDialogsTest, ObjectsAndFieldsAreChosen)
     Driver.Expect("frmDialog", [&](QWidget *dialog) {
         EXPECT_EQ(dialog->windowTitle(), "Select field");
         EXPECT_EQ(names(dialog, "lvFields", 1), (QStringList{"name", "price"}));
-        auto *list = ::Find<QAbstractItemView>(dialog, "lvFields");
+        auto *list = Find<QAbstractItemView>(dialog, "lvFields");
         list->setCurrentIndex(list->model()->index(1, 1));
         Ok(dialog)->click();
     });
@@ -244,7 +196,7 @@ TEST_F(TSelectDialogsTest, ObjectsAndFieldsAreChosen)
 
     Driver.Expect("frmDialog", [&](QWidget *dialog) {
         EXPECT_TRUE(Ok(dialog)->isEnabled());
-        auto *model = ::Find<QAbstractItemView>(dialog, "lvFields")->model();
+        auto *model = Find<QAbstractItemView>(dialog, "lvFields")->model();
         const auto check = [&](int row, Qt::CheckState state) {
             model->setData(model->index(row, 0), state, Qt::CheckStateRole);
         };

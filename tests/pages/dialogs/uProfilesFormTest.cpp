@@ -1,45 +1,27 @@
 #include "app/uAppConfig.h"
 #include "app/uAppPathUtils.h"
 #include "app/uAppProfiles.h"
-#include "model/uDbmManager.h"
 #include "shell/uAppDialogs.h"
 #include "shell/uAppUtils.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "support/uFileUtils.h"
-#include "uTcpProxy.h"
 #include "uTestSshServer.h"
-#include "widgets/uGridView.h"
 #include "widgets/uVTDataManager.h"
 #include "widgets/uVerticalGrid.h"
 
-#include <QAction>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
-#include <gtest/gtest.h>
 
 namespace {
 
 class TProfilesTest : public TWorkbenchTest
 {
 protected:
-    void Store(const QString &alias, const TDbmConnectionProfile &connection)
-    {
-        TAppProfiles profiles;
-        profiles.Clear();
-        auto profile = std::make_shared<TAppProfile>();
-        profile->Alias = alias;
-        profile->Id = TAppProfile::NewId();
-        profile->ConnectionProfile = connection;
-        profiles.Add(profile);
-        profiles.Write();
-    }
     static QStringList Stored()
     {
         TAppProfiles profiles;
@@ -55,6 +37,18 @@ protected:
         Driver.Expect("frmProfiles", std::move(handler));
         Trigger("actNewConnection");
     }
+    /// Works on the only profile in its dialog, then presses the button.
+    void EditProfile(const QString &button, const TModalDriver::THandler &work)
+    {
+        OpenProfiles([&](QWidget *form) {
+            Driver.Expect("Edit profile", [&](QWidget *dialog) {
+                work(dialog);
+                TGuiTools::Click(dialog, button);
+            });
+            TGuiTools::Trigger(form, "actUpdate");
+            TGuiTools::Click(form, "butClose");
+        });
+    }
     static TVerticalRow *Row(QWidget *form, const QString &name)
     {
         return Find<TVerticalGrid>(form, "vgProfile")->Row(name);
@@ -63,20 +57,11 @@ protected:
     {
         TGuiTools::Retype(Find<QWidget>(form, row), text);
     }
-    /// Waits inside the job window for its end and closes it.
-    static void CloseJob(QWidget *form, const QString &text)
-    {
-        auto *log = Find<QPlainTextEdit>(form, "memLog");
-        EXPECT_TRUE(TTestLoop::RunUntil([&] { return form->windowTitle().endsWith("Finished"); }));
-        EXPECT_TRUE(log->toPlainText().contains(text)) << log->toPlainText().toStdString();
-        EXPECT_EQ(Find<QPushButton>(form, "butClose")->text(), "Close");
-        TGuiTools::Click(form, "butClose");
-    }
 };
 
 TEST_F(TProfilesTest, OneKeyConnects)
 {
-    Store("Mine", Profile());
+    StoreProfile("Mine", Profile());
     Driver.Allow("frmWorker");
     OpenProfiles([](QWidget *form) {
         EXPECT_EQ(form->windowTitle(), "Profiles");
@@ -119,10 +104,11 @@ TEST_F(TProfilesTest, AFailedConnectionSaysWhyAndKeepsTheWindowsOpen)
     for (const TBadProfile &row : BadProfiles) {
         TDbmConnectionProfile wrong = Profile();
         row.Spoil(wrong, silent.Port());
-        Store(row.Name, wrong);
+        StoreProfile(row.Name, wrong);
         OpenProfiles([this, &row](QWidget *form) {
-            Driver.Expect("frmWorker", [&row](QWidget *job) { CloseJob(job, row.Error); });
+            ExpectJob();
             TGuiTools::Click(form, "butOpen");
+            EXPECT_TRUE(JobLog.contains(row.Error)) << JobLog.toStdString();
             EXPECT_TRUE(form->isVisible()) << row.Name;
             TGuiTools::Click(form, "butClose");
         });
@@ -134,7 +120,7 @@ TEST_F(TProfilesTest, AProfileIsPickedWithoutAConnection)
 {
     TDbmConnectionProfile nowhere = Profile();
     nowhere.Port = 1;
-    Store("Nowhere", nowhere);
+    StoreProfile("Nowhere", nowhere);
     for (const bool picks : {false, true}) {
         Driver.Expect("frmProfiles", [picks](QWidget *form) {
             EXPECT_EQ(Find<QPushButton>(form, "butOpen")->text(), "Select");
@@ -149,7 +135,7 @@ TEST_F(TProfilesTest, AProfileIsPickedWithoutAConnection)
 
 TEST_F(TProfilesTest, CreatesEditsAndDeletesProfiles)
 {
-    Store("First", Profile());
+    StoreProfile("First", Profile());
     OpenProfiles([this](QWidget *form) {
         Driver.Expect("New profile", [](QWidget *dialog) {
             EXPECT_EQ(Find<QPushButton>(dialog, "butOK")->text(), "Create");
@@ -182,9 +168,9 @@ TEST_F(TProfilesTest, CreatesEditsAndDeletesProfiles)
     EXPECT_EQ(Stored(), (QStringList{"First", "Second"})) << "stored without a connection";
 
     OpenProfiles([this](QWidget *form) {
-        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butNo"); });
+        Answer("butNo");
         TGuiTools::Trigger(form, "actDelete");
-        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
+        Answer("butYes");
         TGuiTools::Trigger(form, "actDelete");
         TGuiTools::Click(form, "butClose");
     });
@@ -193,20 +179,14 @@ TEST_F(TProfilesTest, CreatesEditsAndDeletesProfiles)
 
 TEST_F(TProfilesTest, SshRowsShowForATunnelOnly)
 {
-    Store("First", Profile());
-    OpenProfiles([this](QWidget *form) {
-        Driver.Expect("Edit profile", [](QWidget *dialog) {
-            TVerticalRow *type = Row(dialog, "rowConnectionType");
-            auto *combo = Find<QComboBox>(dialog, "rowConnectionType");
-            combo->setFocus();
-            QTest::keyClicks(combo, "ssh");
-            EXPECT_EQ(type->Text(), "ssh tunnel");
-            EXPECT_TRUE(Row(dialog, "rowSSHHostName")->IsSeen());
-            EXPECT_EQ(Row(dialog, "rowSSHAuthentication")->Text(), "password");
-            TGuiTools::Click(dialog, "butCancel");
-        });
-        TGuiTools::Trigger(form, "actUpdate");
-        TGuiTools::Click(form, "butClose");
+    StoreProfile("First", Profile());
+    EditProfile("butCancel", [](QWidget *dialog) {
+        auto *combo = Find<QComboBox>(dialog, "rowConnectionType");
+        combo->setFocus();
+        QTest::keyClicks(combo, "ssh");
+        EXPECT_EQ(Row(dialog, "rowConnectionType")->Text(), "ssh tunnel");
+        EXPECT_TRUE(Row(dialog, "rowSSHHostName")->IsSeen());
+        EXPECT_EQ(Row(dialog, "rowSSHAuthentication")->Text(), "password");
     });
 }
 
@@ -215,7 +195,7 @@ TEST_F(TProfilesTest, APrivateKeyIsImportedAndCleared)
     TDbmConnectionProfile tunnel = Profile();
     tunnel.ConnectionType = ctSSHTunnel;
     tunnel.SSHSettings.Authentication = taPublicKey;
-    Store("Tunnel", tunnel);
+    StoreProfile("Tunnel", tunnel);
     const QString folder = FilePath("keys");
     const QString key = folder + "/id_rsa";
     ASSERT_TRUE(QDir().mkpath(folder));
@@ -226,14 +206,7 @@ TEST_F(TProfilesTest, APrivateKeyIsImportedAndCleared)
     TFileUtils::ReadBinary(key, bytes);
 
     const auto edit = [this](const std::function<void(TVerticalRow * row)> &work) {
-        OpenProfiles([this, &work](QWidget *form) {
-            Driver.Expect("Edit profile", [&work](QWidget *dialog) {
-                work(Row(dialog, "rowSSHPrivateKey"));
-                TGuiTools::Click(dialog, "butOK");
-            });
-            TGuiTools::Trigger(form, "actUpdate");
-            TGuiTools::Click(form, "butClose");
-        });
+        EditProfile("butOK", [&](QWidget *dialog) { work(Row(dialog, "rowSSHPrivateKey")); });
         TAppProfiles profiles;
         profiles.Read();
         return profiles.GetArray().first()->ConnectionProfile.SSHSettings.PrivateKey;
@@ -268,39 +241,29 @@ TEST_F(TProfilesTest, APrivateKeyIsImportedAndCleared)
 
 TEST_F(TProfilesTest, TestsAConnectionFromTheDialog)
 {
-    Store("First", Profile());
-    OpenProfiles([this](QWidget *form) {
-        Driver.Expect("Edit profile", [this](QWidget *dialog) {
-            Driver.Expect("frmWorker", [](QWidget *job) {
-                CloseJob(job, "successfully completed.\n\n---\nTask completed (");
-            });
-            TGuiTools::Trigger(dialog, "actTestConnection");
-            Edit(dialog, "rowUserName", "nobody");
-            Driver.Expect("frmWorker",
-                          [](QWidget *job) { CloseJob(job, "\n---\nER_ACCESS_DENIED_ERROR\n"); });
-            TGuiTools::Trigger(dialog, "actTestConnection");
-            TGuiTools::Click(dialog, "butCancel");
-        });
-        TGuiTools::Trigger(form, "actUpdate");
-        TGuiTools::Click(form, "butClose");
+    StoreProfile("First", Profile());
+    EditProfile("butCancel", [this](QWidget *dialog) {
+        ExpectJob();
+        TGuiTools::Trigger(dialog, "actTestConnection");
+        EXPECT_TRUE(JobLog.contains("successfully completed.\n\n---\nTask completed ("))
+            << JobLog.toStdString();
+        Edit(dialog, "rowUserName", "nobody");
+        ExpectJob();
+        TGuiTools::Trigger(dialog, "actTestConnection");
+        EXPECT_TRUE(JobLog.contains("\n---\nER_ACCESS_DENIED_ERROR\n")) << JobLog.toStdString();
     });
 }
 
 TEST_F(TProfilesTest, EachCharacterSetOfTheListConnects)
 {
-    Store("First", Profile());
+    StoreProfile("First", Profile());
     QStringList charsets;
-    OpenProfiles([&](QWidget *form) {
-        Driver.Expect("Edit profile", [&](QWidget *dialog) {
-            auto *combo = Find<QComboBox>(dialog, "rowCharacterSet");
-            combo->showPopup();
-            for (int i = 0; i < combo->count(); ++i)
-                charsets += combo->itemData(i).toString();
-            combo->hidePopup();
-            TGuiTools::Click(dialog, "butCancel");
-        });
-        TGuiTools::Trigger(form, "actUpdate");
-        TGuiTools::Click(form, "butClose");
+    EditProfile("butCancel", [&](QWidget *dialog) {
+        auto *combo = Find<QComboBox>(dialog, "rowCharacterSet");
+        combo->showPopup();
+        for (int i = 0; i < combo->count(); ++i)
+            charsets += combo->itemData(i).toString();
+        combo->hidePopup();
     });
     EXPECT_GE(charsets.size(), 39);
     for (const QString &charset : charsets) {
@@ -315,35 +278,23 @@ TEST_F(TProfilesTest, EachCharacterSetOfTheListConnects)
 
 TEST_F(TProfilesTest, SelectsADatabaseOfTheServer)
 {
-    Store("First", Profile());
-    const QString name = Database().Name();
-    OpenProfiles([this, name](QWidget *form) {
-        Driver.Expect("Edit profile", [this, name](QWidget *dialog) {
-            Driver.Expect("Select Database", [name](QWidget *select) {
-                auto *list = Find<TGridView>(select, "lvList");
-                for (int row = 0; row < list->model()->rowCount(); ++row)
-                    if (list->model()->index(row, 0).data().toString() == name)
-                        list->SetFocusedRow(row);
-                TGuiTools::Click(select, "butOK");
-            });
-            TVerticalRow *row = Row(dialog, "rowDatabase");
-            Q_EMIT row->OnButton(row, "select");
-            EXPECT_EQ(row->Text(), name);
-            // A wrong password is told, and the row stays.
-            Edit(dialog, "rowUserName", "nobody");
-            ExpectError("Access denied");
-            Q_EMIT row->OnButton(row, "select");
-            EXPECT_EQ(row->Text(), name);
-            TGuiTools::Click(dialog, "butCancel");
-        });
-        TGuiTools::Trigger(form, "actUpdate");
-        TGuiTools::Click(form, "butClose");
+    StoreProfile("First", Profile());
+    EditProfile("butCancel", [this](QWidget *dialog) {
+        ChooseDatabase(Database().Name());
+        TVerticalRow *row = Row(dialog, "rowDatabase");
+        Q_EMIT row->OnButton(row, "select");
+        EXPECT_EQ(row->Text(), Database().Name());
+        // A wrong password is told, and the row stays.
+        Edit(dialog, "rowUserName", "nobody");
+        ExpectError("Access denied");
+        Q_EMIT row->OnButton(row, "select");
+        EXPECT_EQ(row->Text(), Database().Name());
     });
 }
 
 TEST_F(TProfilesTest, ChangesThatCannotBeStoredAreNotDropped)
 {
-    Store("First", Profile());
+    StoreProfile("First", Profile());
     const QString file = TAppPathUtils::ProfilesFile();
     const QString folder = QFileInfo(file).path();
     OpenProfiles([&](QWidget *form) {
@@ -355,7 +306,7 @@ TEST_F(TProfilesTest, ChangesThatCannotBeStoredAreNotDropped)
         });
         TGuiTools::Trigger(form, "actCreate");
         ExpectError("profiles.xml");
-        Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butNo"); });
+        Answer("butNo");
         TGuiTools::Click(form, "butClose");
         EXPECT_TRUE(form->isVisible());
         EXPECT_TRUE(QFile::remove(folder) && QDir().mkpath(folder));
@@ -367,16 +318,12 @@ TEST_F(TProfilesTest, ChangesThatCannotBeStoredAreNotDropped)
 TEST_F(TProfilesTest, ADamagedFileIsToldAndLeftAlone)
 {
     const QByteArray damaged = "<config><group name='0'>";
-    {
-        QFile file(TAppPathUtils::ProfilesFile());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(damaged);
-    }
+    TFileUtils::WriteBinary(TAppPathUtils::ProfilesFile(), damaged);
     ExpectError("profiles.xml");
     OpenProfiles([](QWidget *form) { TGuiTools::Click(form, "butClose"); });
-    QFile file(TAppPathUtils::ProfilesFile());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), damaged);
+    QByteArray bytes;
+    TFileUtils::ReadBinary(TAppPathUtils::ProfilesFile(), bytes);
+    EXPECT_EQ(bytes, damaged);
 }
 
 } // namespace

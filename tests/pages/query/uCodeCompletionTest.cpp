@@ -1,17 +1,11 @@
 #include "app/uAppConfig.h"
 #include "core/uServerProfile.h"
 #include "model/uDbmFieldList.h"
-#include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
-#include "pages/query/uEditorPageFrame.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "shell/uAppCodeCompleteUtils.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
-#include "shell/uPageManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
 #include "widgets/uCompletionList.h"
-#include "widgets/uTextEditor.h"
 
 #include <QAbstractScrollArea>
 #include <QCheckBox>
@@ -19,15 +13,13 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QTest>
-#include <gtest/gtest.h>
 
 namespace {
 
 class TCodeCompletionTest : public TWorkbenchTest
 {
 protected:
-    TTextEditor &Editor() { return *::Find<TTextEditor>(&QueryPage(), "edEditor"); }
-    QWidget *Control() { return Editor().findChild<QAbstractScrollArea *>(); }
+    QWidget *Control() { return QueryEditor().findChild<QAbstractScrollArea *>(); }
     TCompletionList *List()
     {
         for (QWidget *window : QApplication::topLevelWidgets())
@@ -46,6 +38,7 @@ protected:
         QTest::keyClick(Control(), static_cast<Qt::Key>(key), modifiers);
         TTestLoop::Settle();
     }
+    void Complete() { Press(Qt::Key_Space, Qt::ControlModifier); }
 };
 
 TEST_F(TCodeCompletionTest, TheListOpensNarrowsAndInserts)
@@ -54,39 +47,39 @@ TEST_F(TCodeCompletionTest, TheListOpensNarrowsAndInserts)
     NewQuery("");
     Type("SEL");
     EXPECT_EQ(List(), nullptr) << "nothing opens by itself";
-    Press(Qt::Key_Space, Qt::ControlModifier);
+    Complete();
     ASSERT_NE(List(), nullptr);
     EXPECT_EQ(Shown().first(), "SELECT * FROM");
     EXPECT_TRUE(Shown().contains("SELECT"));
     Type("ECT D");
     EXPECT_EQ(List(), nullptr) << "the blank took the first entry";
-    EXPECT_EQ(Editor().Text(), "SELECT * FROM  D");
-    Editor().SetText("");
+    EXPECT_EQ(QueryEditor().Text(), "SELECT * FROM  D");
+    QueryEditor().SetText("");
     Type("trunc");
-    Press(Qt::Key_Space, Qt::ControlModifier);
+    Complete();
     Press(Qt::Key_Down);
     const QString chosen = Shown().value(1);
     Press(Qt::Key_Tab);
-    EXPECT_TRUE(Editor().Text().startsWith(chosen)) << Editor().Text().toStdString();
-    Editor().SetText("");
+    EXPECT_TRUE(QueryEditor().Text().startsWith(chosen)) << QueryEditor().Text().toStdString();
+    QueryEditor().SetText("");
     Type("-- trunc");
-    Press(Qt::Key_Space, Qt::ControlModifier);
+    Complete();
     EXPECT_EQ(List(), nullptr) << "a comment is left in peace";
-    Editor().SetText("");
+    QueryEditor().SetText("");
     Type("upd");
-    Press(Qt::Key_Space, Qt::ControlModifier);
+    Complete();
     EXPECT_NE(List(), nullptr);
     Type("zz");
     EXPECT_EQ(List(), nullptr) << "no word begins so";
     Press(Qt::Key_Backspace);
     Press(Qt::Key_Backspace);
-    Press(Qt::Key_Space, Qt::ControlModifier);
+    Complete();
     ASSERT_NE(List(), nullptr);
     EXPECT_LT(Shown().size(), 10);
     EXPECT_GE(List()->height(), 10 * List()->findChild<QListView *>()->sizeHintForRow(0));
     Press(Qt::Key_Escape);
     EXPECT_EQ(List(), nullptr);
-    EXPECT_EQ(Editor().Text(), "upd");
+    EXPECT_EQ(QueryEditor().Text(), "upd");
 }
 
 TEST_F(TCodeCompletionTest, NamesThatAreLoadedFollowAndNothingIsAsked)
@@ -103,11 +96,11 @@ TEST_F(TCodeCompletionTest, NamesThatAreLoadedFollowAndNothingIsAsked)
     QObject::connect(&workspace, &TManagerFrame::OnCommandBeforeExecute, &QueryPage(),
                      [&] { ++statements; });
     Type("SELECT * FROM custo");
-    Press(Qt::Key_Space, Qt::ControlModifier);
+    Complete();
     EXPECT_EQ(Shown(), (QStringList{"custom_prices", "customers"}));
     Press(Qt::Key_Down);
     Press(Qt::Key_Return);
-    EXPECT_EQ(Editor().Text(), "SELECT * FROM customers");
+    EXPECT_EQ(QueryEditor().Text(), "SELECT * FROM customers");
     Type(" c WHERE customers.");
     EXPECT_TRUE(Shown().isEmpty()) << "its columns are not loaded";
     EXPECT_EQ(statements, 0);
@@ -116,11 +109,12 @@ TEST_F(TCodeCompletionTest, NamesThatAreLoadedFollowAndNothingIsAsked)
     statements = 0;
     Type("f");
     Press(Qt::Key_Backspace);
-    Press(Qt::Key_Space, Qt::ControlModifier);
+    Complete();
     EXPECT_EQ(Shown(), (QStringList{"id", "full name"}));
     Type("f");
     Press(Qt::Key_Return);
-    EXPECT_TRUE(Editor().Text().endsWith("customers.`full name`")) << Editor().Text().toStdString();
+    EXPECT_TRUE(QueryEditor().Text().endsWith("customers.`full name`"))
+        << QueryEditor().Text().toStdString();
     Type(" AND c.");
     EXPECT_EQ(Shown(), (QStringList{"id", "full name"})) << "by the other name of the table";
     Press(Qt::Key_Escape);
@@ -141,11 +135,11 @@ TEST_F(TCodeCompletionTest, ColumnsOfTablesWrittenWithAnotherDatabaseComeFirst)
         if (name == other.Name() || name == Database().Name())
             database.Tables().ForEach([](TDbmTableItem &table) { table.Fields().Count(); });
     });
-    workspace.PageUtils().ShowQueryFromText({}, Database().Name(), 0, true);
+    Pages().ShowQueryFromText({}, Database().Name(), 0, true);
     const auto shown = [&](const QString &text) {
-        Editor().SetText(text);
+        QueryEditor().SetText(text);
         Press(Qt::Key_End, Qt::ControlModifier);
-        Press(Qt::Key_Space, Qt::ControlModifier);
+        Complete();
         const QStringList names = Shown();
         Press(Qt::Key_Escape);
         return names;
@@ -159,15 +153,15 @@ TEST_F(TCodeCompletionTest, ColumnsOfTablesWrittenWithAnotherDatabaseComeFirst)
 
     // A name that is a word of the language is a name in backticks, where it must be.
     const qsizetype last = shown("SELECT orde").size() - 1;
-    Press(Qt::Key_Space, Qt::ControlModifier);
+    Complete();
     for (qsizetype i = 0; i < last; ++i)
         Press(Qt::Key_Down);
     Press(Qt::Key_Return);
-    EXPECT_EQ(Editor().Text(), "SELECT `order`");
+    EXPECT_EQ(QueryEditor().Text(), "SELECT `order`");
     shown("SELECT key.or");
-    Press(Qt::Key_Space, Qt::ControlModifier);
+    Complete();
     Press(Qt::Key_Return);
-    EXPECT_EQ(Editor().Text(), "SELECT `key`.order");
+    EXPECT_EQ(QueryEditor().Text(), "SELECT `key`.order");
 }
 
 TEST_F(TCodeCompletionTest, EveryWordThatIsANameCanBeRun)
@@ -213,38 +207,35 @@ TEST_F(TCodeCompletionTest, AResultIsExportedByTheOptionsOfTheDialog)
         Driver.Expect("frmDialog", handler);
         Trigger("actQueryExportAsCVS");
     };
-    const auto press = [](QWidget *dialog, const char *button) {
-        QTest::mouseClick(::Find<QWidget>(dialog, button), Qt::LeftButton);
-    };
     options([&](QWidget *dialog) {
         EXPECT_EQ(dialog->windowTitle(), "Export options");
-        auto *custom = ::Find<QLineEdit>(dialog, "edFieldDelimiter");
+        auto *custom = Find<QLineEdit>(dialog, "edFieldDelimiter");
         EXPECT_FALSE(custom->isEnabled());
-        auto *kind = ::Find<QComboBox>(dialog, "cbxFieldDelimiter");
+        auto *kind = Find<QComboBox>(dialog, "cbxFieldDelimiter");
         kind->setCurrentText("Comma");
         EXPECT_EQ(custom->text(), ",");
         kind->setCurrentText("Custom");
         EXPECT_EQ(custom->text(), "");
         EXPECT_TRUE(custom->isEnabled());
         custom->setText("|");
-        ::Find<QCheckBox>(dialog, "chkColumnTitles")->setChecked(true);
-        ::Find<QComboBox>(dialog, "cbxTextQualifier")->setCurrentIndex(2);
-        EXPECT_FALSE(::Find<QWidget>(dialog, "grpRegionalSettings")->isVisible());
-        ::Find<QCheckBox>(dialog, "chkRegSettingCustom")->setChecked(true);
-        EXPECT_TRUE(::Find<QWidget>(dialog, "grpRegionalSettings")->isVisible());
-        press(dialog, "butOK");
+        Find<QCheckBox>(dialog, "chkColumnTitles")->setChecked(true);
+        Find<QComboBox>(dialog, "cbxTextQualifier")->setCurrentIndex(2);
+        EXPECT_FALSE(Find<QWidget>(dialog, "grpRegionalSettings")->isVisible());
+        Find<QCheckBox>(dialog, "chkRegSettingCustom")->setChecked(true);
+        EXPECT_TRUE(Find<QWidget>(dialog, "grpRegionalSettings")->isVisible());
+        TGuiTools::Click(dialog, "butOK");
     });
     auto *page = pages.ActivePage();
     EXPECT_EQ(page->GetTitle(), "Result as CSV");
-    EXPECT_EQ(::Find<TTextEditor>(page, "edEditor")->Text(), "a|b|\r\n1|\"x\"|\r\n2||\r\n");
+    EXPECT_EQ(Find<TTextEditor>(page, "edEditor")->Text(), "a|b|\r\n1|\"x\"|\r\n2||\r\n");
     EXPECT_FALSE(
         TAppConfig::Config().GetValue("export_cvs_options", "custom_regional_settings", true));
     // What was chosen comes back, and Cancel exports nothing.
     pages.SelectNextPage();
     options([&](QWidget *dialog) {
-        EXPECT_EQ(::Find<QLineEdit>(dialog, "edFieldDelimiter")->text(), "|");
-        EXPECT_TRUE(::Find<QCheckBox>(dialog, "chkColumnTitles")->isChecked());
-        press(dialog, "butCancel");
+        EXPECT_EQ(Find<QLineEdit>(dialog, "edFieldDelimiter")->text(), "|");
+        EXPECT_TRUE(Find<QCheckBox>(dialog, "chkColumnTitles")->isChecked());
+        TGuiTools::Click(dialog, "butCancel");
     });
     EXPECT_EQ(pages.ActivePage(), &QueryPage());
 }

@@ -1,10 +1,8 @@
 #include "pages/query/uQueryPageFrame.h"
 #include "pages/query/uTextDocumentFile.h"
-#include "shell/uAppManagerPageUtils.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uWorkbenchFixture.h"
+#include "support/uFileUtils.h"
 #include "support/uTextCoding.h"
-#include "widgets/uTextEditor.h"
 
 #include <QAbstractScrollArea>
 #include <QDir>
@@ -12,7 +10,6 @@
 #include <QLabel>
 #include <QTest>
 #include <csignal>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 
 namespace {
@@ -20,13 +17,14 @@ namespace {
 class TQueryFileTest : public TWorkbenchTest
 {
 protected:
-    QByteArray Bytes(const QString &fileName)
+    static QByteArray Bytes(const QString &fileName)
     {
-        QFile file(fileName);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << fileName.toStdString();
-        return file.readAll();
+        QByteArray bytes;
+        TFileUtils::ReadBinary(fileName, bytes);
+        return bytes;
     }
-    void WriteBytes(const QString &fileName, const QByteArray &bytes)
+    /// In place, as another editor may do.
+    static void WriteBytes(const QString &fileName, const QByteArray &bytes)
     {
         QFile file(fileName);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -52,7 +50,7 @@ TEST_F(TQueryFileTest, SavesAndOpensAFile)
     EXPECT_FALSE(IsEnabled("actQuerySave")) << "nothing to save";
     OpenFile(file);
     EXPECT_EQ(workspace.GetPagesCaption(), QStringList("query.sql")) << "it is open already";
-    Find<TTextEditor>(&QueryPage(), "edEditor")->PasteText("-- more\n");
+    QueryEditor().PasteText("-- more\n");
     EXPECT_TRUE(IsEnabled("actQuerySave"));
     workspace.CloseAllPages(); // saves without asking
     EXPECT_TRUE(Bytes(file).contains("-- more"));
@@ -70,33 +68,29 @@ struct TFileForm
     QString CodePage = {};
 };
 
-class TFileForms : public TQueryFileTest, public ::testing::WithParamInterface<TFileForm>
-{};
+const TFileForm Forms[] = {
+    {"Utf8WithoutMark", "\xD0\x96\na", "X\xD0\x96\na"},
+    {"Utf8WithMarkAndCrLf", "\xEF\xBB\xBF\xD0\x96\r\n", "\xEF\xBB\xBFX\xD0\x96\r\n"},
+    {"MixedLineEnds", "a\r\nb\nc\rd", "Xa\r\nb\nc\rd"},
+    {"LegacyCodePage", "\xCF\xF0\n", "X\xCF\xF0\n", "windows-1251"},
+    {"NulBytes", QByteArray("a\0b", 3), QByteArray("Xa\0b", 4)},
+};
 
-TEST_P(TFileForms, ComeBackAsTheyCame)
+TEST_F(TQueryFileTest, FormsComeBackAsTheyCame)
 {
-    const QString file = FilePath("form.sql");
-    WriteBytes(file, GetParam().Bytes);
     OpenWorkspace();
-    TTextCoding::SetLegacyCodePage(GetParam().CodePage);
-    OpenFile(file);
-    auto *editor = Find<TTextEditor>(&QueryPage(), "edEditor");
-    editor->SetCaret(0, 0);
-    editor->PasteText("X");
-    Trigger("actQuerySave");
-    TTextCoding::SetLegacyCodePage({});
-    EXPECT_EQ(Bytes(file), GetParam().WithX);
+    for (const TFileForm &form : Forms) {
+        const QString file = FilePath(QString(form.Name) + ".sql");
+        WriteBytes(file, form.Bytes);
+        TTextCoding::SetLegacyCodePage(form.CodePage);
+        OpenFile(file);
+        QueryEditor().SetCaret(0, 0);
+        QueryEditor().PasteText("X");
+        Trigger("actQuerySave");
+        TTextCoding::SetLegacyCodePage({});
+        EXPECT_EQ(Bytes(file), form.WithX) << form.Name;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Forms, TFileForms,
-    ::testing::Values(TFileForm{"Utf8WithoutMark", "\xD0\x96\na", "X\xD0\x96\na"},
-                      TFileForm{"Utf8WithMarkAndCrLf", "\xEF\xBB\xBF\xD0\x96\r\n",
-                                "\xEF\xBB\xBFX\xD0\x96\r\n"},
-                      TFileForm{"MixedLineEnds", "a\r\nb\nc\rd", "Xa\r\nb\nc\rd"},
-                      TFileForm{"LegacyCodePage", "\xCF\xF0\n", "X\xCF\xF0\n", "windows-1251"},
-                      TFileForm{"NulBytes", QByteArray("a\0b", 3), QByteArray("Xa\0b", 4)}),
-    [](const auto &info) { return std::string(info.param.Name); });
 
 TEST_F(TQueryFileTest, AFileThatCannotBeDecodedIsReadOnly)
 {
@@ -105,10 +99,9 @@ TEST_F(TQueryFileTest, AFileThatCannotBeDecodedIsReadOnly)
     WriteBytes(file, bytes);
     OpenWorkspace();
     OpenFile(file);
-    auto *editor = Find<TTextEditor>(&QueryPage(), "edEditor");
-    EXPECT_TRUE(editor->IsReadOnly());
-    QTest::keyClick(editor->findChild<QAbstractScrollArea *>(), 'x');
-    Window->GetActiveManagerFrame()->CloseAllPages();
+    EXPECT_TRUE(QueryEditor().IsReadOnly());
+    QTest::keyClick(QueryEditor().findChild<QAbstractScrollArea *>(), 'x');
+    Workspace().CloseAllPages();
     EXPECT_EQ(Bytes(file), bytes);
 }
 
@@ -118,16 +111,13 @@ TEST_F(TQueryFileTest, AFileChangedByOthersIsNotOverwrittenWithoutAQuestion)
     WriteBytes(file, "mine");
     OpenWorkspace();
     OpenFile(file);
-    Find<TTextEditor>(&QueryPage(), "edEditor")->PasteText("more ");
+    QueryEditor().PasteText("more ");
     WriteBytes(file, "somebody else's longer text");
-    const auto answer = [this](const char *button) {
-        Driver.Expect([button](QWidget *box) { TGuiTools::Click(box, button); });
-    };
-    answer("butNo");
+    Answer("butNo");
     Trigger("actQuerySave");
     EXPECT_EQ(Bytes(file), "somebody else's longer text");
     EXPECT_TRUE(IsEnabled("actQuerySave")) << "still unsaved";
-    answer("butYes");
+    Answer("butYes");
     Trigger("actQuerySave");
     EXPECT_TRUE(Bytes(file).contains("more mine"));
 }
@@ -144,19 +134,16 @@ TEST_F(TQueryFileTest, AFolderThatTakesNothingKeepsTheText)
     Driver.ExpectFile(file);
     Trigger("actQuerySaveAs");
     ASSERT_TRUE(QDir(FilePath("gone")).removeRecursively());
-    Find<TTextEditor>(&QueryPage(), "edEditor")->PasteText("more ");
+    QueryEditor().PasteText("more ");
     // Closing saves; that fails, says so and asks; No keeps the page.
-    Driver.Expect(
-        [](QWidget *box) { TGuiTools::Click(box, "butYes"); }); // the file is gone: overwrite
-    ExpectError("gone/query.sql");
-    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butNo"); });
-    Window->GetActiveManagerFrame()->CloseActivePage();
-    EXPECT_TRUE(QueryPage().GetText().contains("more "));
-    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
-    ExpectError("gone/query.sql");
-    Driver.Expect([](QWidget *box) { TGuiTools::Click(box, "butYes"); });
-    Window->GetActiveManagerFrame()->CloseActivePage();
-    EXPECT_EQ(Window->GetActiveManagerFrame()->GetPagesCaption(), QStringList());
+    for (const char *answer : {"butNo", "butYes"}) {
+        EXPECT_TRUE(QueryPage().GetText().contains("more "));
+        Answer("butYes"); // the file is gone: overwrite
+        ExpectError("gone/query.sql");
+        Answer(answer);
+        Workspace().CloseActivePage();
+    }
+    EXPECT_EQ(Workspace().GetPagesCaption(), QStringList());
 }
 
 TEST_F(TQueryFileTest, AFullDiskKeepsTextAndFile)
@@ -165,7 +152,7 @@ TEST_F(TQueryFileTest, AFullDiskKeepsTextAndFile)
     WriteBytes(file, "SELECT 'as it was'");
     OpenWorkspace();
     OpenFile(file);
-    Find<TTextEditor>(&QueryPage(), "edEditor")->PasteText(QString(100'000, 'x'));
+    QueryEditor().PasteText(QString(100'000, 'x'));
     {
         // A limit on the size of files refuses in the middle of a write, as a full disk does.
         const auto before = std::signal(SIGXFSZ, SIG_IGN);
@@ -187,9 +174,9 @@ TEST_F(TQueryFileTest, AFullDiskKeepsTextAndFile)
 
 TEST_F(TQueryFileTest, AMissingFileOpensNothing)
 {
-    TManagerFrame &workspace = OpenWorkspace();
-    workspace.PageUtils().ShowQueryFromFile(FilePath("missing.sql"), {}, 0, true);
-    EXPECT_TRUE(workspace.GetPagesCaption().isEmpty());
+    OpenWorkspace();
+    Pages().ShowQueryFromFile(FilePath("missing.sql"), {}, 0, true);
+    EXPECT_TRUE(Workspace().GetPagesCaption().isEmpty());
 }
 
 } // namespace

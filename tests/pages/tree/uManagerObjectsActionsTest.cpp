@@ -5,8 +5,8 @@ namespace {
 struct TMenuCase
 {
     QStringList Path;
-    QStringList Menu;
-    QStringList Enabled; // actions on the focused object
+    const char *Menu;
+    const char *Enabled; // actions on the focused object
 };
 
 TEST_F(TObjectsFrameTest, OffersWhatCanBeDoneWithANode)
@@ -15,22 +15,18 @@ TEST_F(TObjectsFrameTest, OffersWhatCanBeDoneWithANode)
     Node({"Tables", "cities"}).SetExpanded(true);
     Node({"Views", "names"}).SetExpanded(true);
     const TMenuCase cases[] = {
-        {{"Tables"}, {"Create Table..."}, {}},
+        {{"Tables"}, "Create Table...", ""},
         {{"Tables", "cities"},
-         {"Open", "-", "Create Field...", "Create Index...", "Create Reference...",
-          "Create Trigger...", "-", "Modify", "Rename", "-", "Delete"},
-         {"Open", "Rename", "Delete"}},
-        {{"Tables", "cities", "Fields", "id"}, {"Modify", "-", "Delete"}, {"Delete"}},
-        {{"Tables", "cities", "Triggers"}, {"Create Trigger..."}, {}},
-        {{"Views", "names"},
-         {"Open", "-", "Modify", "Rename", "-", "Delete"},
-         {"Open", "Rename", "Delete"}},
-        {{"Views", "names", "Fields"}, {}, {}},
-        {{"Views", "names", "Fields", "name"}, {}, {}},
-        {{"Procedures", "tidy"},
-         {"Open", "-", "Rename", "-", "Delete"},
-         {"Open", "Rename", "Delete"}},
-        {{"Events", "nightly"}, {"Modify", "Rename", "-", "Delete"}, {"Rename", "Delete"}},
+         "Open|-|Create Field...|Create Index...|Create Reference...|Create Trigger...|-|Modify|"
+         "Rename|-|Delete",
+         "Open|Rename|Delete"},
+        {{"Tables", "cities", "Fields", "id"}, "Modify|-|Delete", "Delete"},
+        {{"Tables", "cities", "Triggers"}, "Create Trigger...", ""},
+        {{"Views", "names"}, "Open|-|Modify|Rename|-|Delete", "Open|Rename|Delete"},
+        {{"Views", "names", "Fields"}, "", ""},
+        {{"Views", "names", "Fields", "name"}, "", ""},
+        {{"Procedures", "tidy"}, "Open|-|Rename|-|Delete", "Open|Rename|Delete"},
+        {{"Events", "nightly"}, "Modify|Rename|-|Delete", "Rename|Delete"},
     };
     for (const TMenuCase &each : cases) {
         SCOPED_TRACE(each.Path.join('/').toStdString());
@@ -39,13 +35,13 @@ TEST_F(TObjectsFrameTest, OffersWhatCanBeDoneWithANode)
         QStringList enabled;
         for (const char *name :
              {"actObjectOpen", "actObjectUpdate", "actObjectRename", "actObjectDelete"})
-            if (Find<QAction>(&frame, name)->isEnabled())
-                enabled += Find<QAction>(&frame, name)->text();
-        EXPECT_EQ(enabled, each.Enabled);
+            if (Action(name)->isEnabled())
+                enabled += Action(name)->text();
+        EXPECT_EQ(enabled.join('|'), each.Enabled);
     }
     frame.SelectDatabase("information_schema");
     FData->SetFocusedItem(Node({"Tables"}).DataList()->Items(0));
-    EXPECT_FALSE(Find<QAction>(&frame, "actObjectDelete")->isEnabled()) << "a system view";
+    EXPECT_FALSE(Action("actObjectDelete")->isEnabled()) << "a system view";
 }
 
 TEST_F(TObjectsFrameTest, RenamesByTheKeyboard)
@@ -132,25 +128,9 @@ TEST_F(TObjectsFrameTest, OpensRoutinesAsText)
     EXPECT_TRUE(QueryPage().GetText().endsWith("BEGIN\r\n\r\nEND"));
 }
 
-TEST_F(TObjectsFrameTest, TheActionsOfADatabase)
+TEST_F(TObjectsFrameTest, TheActionsOfADatabaseGoWithIt)
 {
     OpenDatabase();
-    EXPECT_EQ(MenuOf("pmDatabase"),
-              (QStringList{"Create", "-", "Open", "-", "Create Table...", "Create View...",
-                           "Create Procedure...", "Create Function...", "Create Event...", "-",
-                           "Migrate...", "Clone...", "Create SQL Dump...", "-",
-                           "Checksum Data (CRC32)...", "-", "Modify...", "-", "Delete..."}));
-    const std::pair<const char *, const char *> hints[] = {
-        {"actRefresh", "Refresh"},
-        {"actDatabaseCreate", "Create database"},
-        {"actDatabaseCreateEvent", "Create event"},
-        {"actDatabaseDump", "Create SQL-dump"},
-        {"actObjectOpen", "Open object"},
-        {"actObjectUpdate", "Modify object"},
-        {"actObjectRename", "Rename object"},
-        {"actObjectDelete", "Delete object"}};
-    for (const auto &[name, hint] : hints)
-        EXPECT_EQ(Action(name)->toolTip(), hint) << name;
     const char *const onDatabase[] = {"actDatabaseOpen",
                                       "actDatabaseMigrate",
                                       "actDatabaseClone",
@@ -179,6 +159,8 @@ TEST_F(TObjectsFrameTest, DialogsAreOpenedForWhatIsFocused)
     Node({"Tables", "cities"}).SetExpanded(true);
     Node({"Tables", "streets"}).SetExpanded(true);
     Node({"Views", "names"}).SetExpanded(true);
+    const QStringList column = {"Tables", "cities", "Fields", "id"};
+    const QStringList key = {"Tables", "streets", "References", "in_city"};
     struct TCase
     {
         QStringList Path;
@@ -191,18 +173,14 @@ TEST_F(TObjectsFrameTest, DialogsAreOpenedForWhatIsFocused)
         {{"Events"}, "actDatabaseCreateEvent", "event||"},
         {{"Tables", "cities"}, "actDatabaseCreateField", "field|cities|"},
         {{"Tables", "cities", "Indexes"}, "actDatabaseCreateIndex", "index|cities|"},
-        {{"Tables", "streets", "References", "in_city"},
-         "actDatabaseCreateReference",
-         "reference|streets|"},
-        {{"Tables", "cities", "Fields", "id"}, "actDatabaseCreateTrigger", "trigger|cities|"},
+        {key, "actDatabaseCreateReference", "reference|streets|"},
+        {column, "actDatabaseCreateTrigger", "trigger|cities|"},
         {{"Tables", "cities"}, "actObjectUpdate", "table||cities"},
         {{"Views", "names"}, "actObjectUpdate", "view||names"},
         {{"Events", "nightly"}, "actObjectUpdate", "event||nightly"},
-        {{"Tables", "cities", "Fields", "id"}, "actObjectUpdate", "field|cities|id"},
+        {column, "actObjectUpdate", "field|cities|id"},
         {{"Tables", "cities", "Indexes", "by_name"}, "actObjectUpdate", "index|cities|by_name"},
-        {{"Tables", "streets", "References", "in_city"},
-         "actObjectUpdate",
-         "reference|streets|in_city"},
+        {key, "actObjectUpdate", "reference|streets|in_city"},
         {{"Tables", "cities", "Triggers", "on_city"}, "actObjectUpdate", "trigger|cities|on_city"},
     };
     dialogs.Confirms = false;
@@ -215,9 +193,8 @@ TEST_F(TObjectsFrameTest, DialogsAreOpenedForWhatIsFocused)
         EXPECT_EQ(dialogs.Take(), QStringList{parts[0] + '|' + Database().Name() + '|' + parts[1] +
                                               '|' + parts[2] + '|'});
     }
-    const QStringList field = {"Tables", "cities", "Fields", "id"};
     Node({"Tables", "cities", "Fields"}).SetExpanded(true);
-    DoubleClick(field);
+    DoubleClick(column);
     EXPECT_EQ(dialogs.Take().size(), 1) << "what cannot be opened is modified";
     for (const QStringList &path :
          {QStringList{"Tables"}, {"Views", "names", "Fields", "name"}, {"Events", "nightly"}}) {

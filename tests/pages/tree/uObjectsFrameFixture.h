@@ -1,27 +1,20 @@
 #pragma once
 
 #include "core/uServerProfile.h"
-#include "model/uDbmManager.h"
 #include "pages/query/uQueryPageFrame.h"
 #include "pages/tree/uManagerObjectsFrame.h"
 #include "pages/uTabTools.h"
 #include "shell/uAppMessages.h"
-#include "shell/uManagerFrame.h"
 #include "shell/uRecordedDialogs.h"
 #include "shell/uWorkbenchFixture.h"
-#include "uTcpProxy.h"
 #include "widgets/uDropDownCombo.h"
 #include "widgets/uVTDataModel.h"
 
-#include <QAbstractItemView>
-#include <QAction>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QTest>
-#include <gtest/gtest.h>
 
 /// A workspace on a database with an object of each kind, and what its tree shows.
 class TObjectsFrameTest : public TWorkbenchTest
@@ -76,12 +69,13 @@ protected:
     {
         return Find<QAction>(Window->findChild<TManagerObjectsFrame *>(), name);
     }
-    QStringList MenuOf(const char *name)
+    /// The entries of the tree's menu, joined by a bar.
+    QString Menu()
     {
         QStringList entries;
-        for (const QAction *action : Find<QMenu>(Window.get(), name)->actions())
+        for (const QAction *action : Find<QMenu>(Window.get(), "pmTree")->actions())
             entries += action->isSeparator() ? QString("-") : action->text();
-        return entries;
+        return entries.join('|');
     }
     void DoubleClick(const QStringList &path)
     {
@@ -115,19 +109,12 @@ protected:
 
     void Focus(const QStringList &path) { FData->SetFocusedItem(&Node(path)); }
 
-    QStringList Menu() { return MenuOf("pmTree"); }
-
     void RenameBy(const QString &name)
     {
         Driver.Expect([name](QWidget *dialog) {
             Find<QLineEdit>(dialog, "edName")->setText(name);
             TGuiTools::Click(dialog, "butOK");
         });
-    }
-
-    void Answer(const char *button)
-    {
-        Driver.Expect([button](QWidget *box) { TGuiTools::Click(box, button); });
     }
 
     int FStatements = 0;
