@@ -7,8 +7,9 @@
 #include "jobs/uDbmMigrateDatabaseWorker.h"
 #include "jobs/uDbmTableCloner.h"
 #include "model/uDbmManager.h"
+#include "support/uException.h"
+#include "support/uMainThread.h"
 #include "uDumpDatabase.h"
-#include "uJobListener.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -20,7 +21,8 @@
 struct TJobRun
 {
     QStringList Lines;
-    QString Error; // empty when the job completed
+    QString Error;     // empty when the job completed
+    QString Statement; // that failed
     bool Has(const QString &line) const { return Lines.contains(line); }
     QStringList LeftOut() const { return Lines.filter("Left out: "); }
 };
@@ -77,9 +79,12 @@ protected:
         };
         events.OnException = [&](TWorker *, const std::exception &e) {
             run.Error = ExceptionMessage(e);
+            if (const auto *error = dynamic_cast<const EDacMySqlError *>(&e))
+                run.Statement = error->CommandText();
         };
         worker.SetEvents(events);
-        RunJob(worker);
+        worker.Start();
+        worker.Finish();
         return run;
     }
     TJobRun Dump(const TAtLine &atLine = {},
