@@ -1,8 +1,8 @@
 #include "app/uAppProfiles.h"
 
 #include "app/uConfig.h"
-#include "support/uException.h"
 #include "support/uFileUtils.h"
+#include "uTestErrors.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -70,6 +70,10 @@ protected:
         profiles.Read();
         EXPECT_EQ(profiles.GetArray().size(), 1);
         return *profiles.GetArray().first();
+    }
+    void ExpectPath(const QString &error) const
+    {
+        EXPECT_TRUE(error.contains(FPath)) << qPrintable(error);
     }
     static void ExpectDefault(const TAppProfile &profile)
     {
@@ -234,21 +238,11 @@ TEST_F(TAppProfilesTest, NeverOverwriteAFileThatCouldNotBeReadWhole)
         Put(groups);
         const QByteArray before = Bytes();
         TAppProfiles profiles(FPath);
-        try {
-            profiles.Read();
-            FAIL() << "no exception";
-        } catch (const EException &e) {
-            EXPECT_TRUE(e.Message().contains(FPath)) << qPrintable(e.Message());
-        }
+        ExpectPath(QString::fromStdString(MessageOf([&] { profiles.Read(); })));
         EXPECT_EQ(profiles.GetArray().size(), 1) << "something to connect with";
         EXPECT_NO_THROW(profiles.Write()) << "nothing to lose";
         profiles.Add(Make("mine", Direct()));
-        try {
-            profiles.Write();
-            FAIL() << "no exception";
-        } catch (const EException &e) {
-            EXPECT_TRUE(e.Message().contains(FPath)) << qPrintable(e.Message());
-        }
+        ExpectPath(QString::fromStdString(MessageOf([&] { profiles.Write(); })));
         EXPECT_EQ(Bytes(), before);
     }
 }
@@ -259,12 +253,7 @@ TEST_F(TAppProfilesTest, SayWhereTheyCouldNotBeSaved)
     FPath = FFolder.filePath("file/profiles.xml");
     TAppProfiles profiles(FPath);
     EXPECT_NO_THROW(profiles.Read());
-    try {
-        profiles.Write();
-        FAIL() << "no exception";
-    } catch (const EException &e) {
-        EXPECT_TRUE(e.Message().contains(FPath)) << qPrintable(e.Message());
-    }
+    ExpectPath(QString::fromStdString(MessageOf([&] { profiles.Write(); })));
 }
 
 } // namespace

@@ -5,18 +5,12 @@
 
 namespace {
 
-TEST(TEntities, StartEmptyAndAreCopiedWhole)
+TEST(TEntities, StartEmpty)
 {
-    TDbmTableEntity source;
-    EXPECT_TRUE(source.AutoIncrement.IsNull());
-    EXPECT_TRUE(source.Info.CreateTime.IsNull());
-    EXPECT_EQ(source.Info.Rows, 0);
-    source.Info.Version = "10";
-    TDbmTableEntity copy = source;
-    copy.Info.Version = "11";
-    copy.TableName = "t";
-    EXPECT_EQ(source.Info.Version, "10");
-    EXPECT_TRUE(source.TableName.isEmpty());
+    const TDbmTableEntity table;
+    EXPECT_TRUE(table.AutoIncrement.IsNull());
+    EXPECT_TRUE(table.Info.CreateTime.IsNull());
+    EXPECT_EQ(table.Info.Rows, 0);
     EXPECT_TRUE(TDbmFieldEntity().DefaultValue.Value.IsNull());
 }
 

@@ -1,5 +1,3 @@
-#include "jobs/uDbmTableCloner.h"
-#include "model/uDbmManager.h"
 #include "support/uTextCoding.h"
 #include "uJobRuns.h"
 #include "uTestPrint.h"
@@ -10,8 +8,7 @@ namespace {
 
 using testing::HasSubstr;
 
-class TDumpFilesTest : public TJobRunsTest
-{};
+using TDumpFilesTest = TJobRunsTest;
 
 TEST_P(TDumpFilesTest, AFileOfAnyOriginRunsAsItLies)
 {
@@ -42,6 +39,7 @@ TEST_P(TDumpFilesTest, AFileOfAnyOriginRunsAsItLies)
         {"a broken statement",
          "INSERT INTO x VALUES ('a');\nINSERT INTO x VALUE S ('b');\nINSERT INTO x VALUES ('c');",
          "a", "(1064)"},
+        {"nothing", "", "", ""},
         {"a cut file", "INSERT INTO x VALUES ('a');\nINSERT INTO x VALUES ('b'), ('c", "a",
          "(1064)"},
     };
@@ -57,25 +55,17 @@ TEST_P(TDumpFilesTest, AFileOfAnyOriginRunsAsItLies)
     TTextCoding::SetLegacyCodePage({});
 }
 
-TEST_P(TDumpFilesTest, AnErrorBearsTheWholeStatement)
+TEST_P(TDumpFilesTest, ALoadSaysWhatItRunsAndWhatFailed)
 {
+    EXPECT_THAT(Load().Error.toStdString(), HasSubstr("dump.sql")) << "there is none";
+    const TJobRun run = LoadText("# none\r\nCREATE TABLE x (\r\n  a INT\r\n);\n");
+    EXPECT_EQ(run.Lines.value(0), "Opening connection\r\n---");
+    EXPECT_TRUE(run.Has("CREATE TABLE x ( a INT )")) << run.Lines.join('\n').toStdString();
+
     const QString rows = QString("('%1'), ").arg(QString(3000, 'x')).repeated(3);
-    TDbmExecuteSqlDumpWorker worker;
-    worker.FProfile = ServerProfile(Server());
-    worker.FFileName = File();
-    QFile file(File());
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("SET @a = 1;\nINSERT INTO\n" + (Name() + ".gone VALUES " + rows).toUtf8() + "(1);");
-    file.close();
-    QString statement;
-    TWorkerEvents events;
-    events.OnException = [&](TWorker *, const std::exception &e) {
-        if (const auto *error = dynamic_cast<const EDacMySqlError *>(&e))
-            statement = error->CommandText();
-    };
-    worker.SetEvents(events);
-    RunJob(worker);
-    EXPECT_EQ(statement, "INSERT INTO\r\n" + Name() + ".gone VALUES " + rows + "(1)");
+    const QString insert = Name() + ".gone VALUES " + rows + "(1)";
+    EXPECT_EQ(LoadText("SET @a = 1;\nINSERT INTO\n" + insert.toUtf8() + ';').Statement,
+              "INSERT INTO\r\n" + insert);
 }
 
 // The client's own tool writes tabs into texts as they are, a sandbox comment without a delimiter
@@ -101,16 +91,13 @@ TEST_P(TDumpFilesTest, AFileOfTheServersOwnToolComesBackWhole)
                                 "--hex-blob", "--routines", "--events", Name()});
     ASSERT_TRUE(tool.waitForFinished() && tool.exitCode() == 0)
         << tool.readAllStandardError().toStdString();
-    QFile file(File());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const std::string text = file.readAll().toStdString();
-    ASSERT_THAT(text, HasSubstr("enable the sandbox mode"));
-    ASSERT_THAT(text, HasSubstr("a\tb"));
+    ASSERT_THAT(Text(), HasSubstr("enable the sandbox mode"));
+    ASSERT_THAT(Text(), HasSubstr("a\tb"));
 
     const QStringList before = Contents();
     Server().Exec("DROP DATABASE " + Name() + "; CREATE DATABASE " + Name() +
                   " CHARACTER SET utf8mb4");
-    EXPECT_EQ(Load(true).Error, "");
+    EXPECT_EQ(LoadOn(Server(), Name()).Error, "");
     ExpectSame(before, Contents());
 }
 
@@ -138,7 +125,7 @@ protected:
     {
         return end + ";DROP TABLE " + FVictim->Name() + ".victim;-- x";
     }
-    static QString Text(QString text)
+    static QString Literal(QString text)
     {
         return '\'' + text.replace('\\', "\\\\").replace('\'', "''").replace('\n', "\\n") + '\'';
     }
@@ -148,23 +135,23 @@ protected:
         const QString name = Quoted(Attack("`"));
         const QString lines = "'\n" + Attack("\n;\n") + "\n$$\n" + Attack("\\'");
         Exec("CREATE TABLE " + name + " (" + Quoted(Attack("` INT)")) +
-             " INT PRIMARY KEY COMMENT " + Text(Attack("')")) + ", e ENUM(" + Text(Attack("')")) +
-             ", 'b') DEFAULT " + Text(Attack("')")) + ", s SET(" + Text(Attack("\\')")) +
-             "), d VARCHAR(99)" + " DEFAULT " + Text(Attack("\\'")) + ", t TEXT, KEY " +
-             Quoted(Attack("`)")) + " (e)) COMMENT " + Text(lines));
-        Exec("INSERT INTO " + name + " VALUES (1, 1, 1, DEFAULT, " + Text(lines) + ")");
+             " INT PRIMARY KEY COMMENT " + Literal(Attack("')")) + ", e ENUM(" +
+             Literal(Attack("')")) + ", 'b') DEFAULT " + Literal(Attack("')")) + ", s SET(" +
+             Literal(Attack("\\')")) + "), d VARCHAR(99)" + " DEFAULT " + Literal(Attack("\\'")) +
+             ", t TEXT, KEY " + Quoted(Attack("`)")) + " (e)) COMMENT " + Literal(lines));
+        Exec("INSERT INTO " + name + " VALUES (1, 1, 1, DEFAULT, " + Literal(lines) + ")");
         Exec("ALTER TABLE " + name + " ADD up INT, ADD CONSTRAINT " + Quoted(Attack("` f")) +
              " FOREIGN KEY (up) REFERENCES " + name + " (" + Quoted(Attack("` INT)")) + ")");
         Exec("CREATE VIEW " + Quoted(Attack("` v")) + " AS SELECT e AS " + Quoted(Attack("` e")) +
-             ", " + Text(Attack("'")) + " AS s FROM " + name);
+             ", " + Literal(Attack("'")) + " AS s FROM " + name);
         Exec("CREATE PROCEDURE " + Quoted(Attack("` p")) + " (" + Quoted(Attack("` a")) +
-             " INT) COMMENT " + Text(Attack("'")) + " SELECT " + Text(Attack("'")));
+             " INT) COMMENT " + Literal(Attack("'")) + " SELECT " + Literal(Attack("'")));
         Exec("CREATE TRIGGER " + Quoted(Attack("` t")) + " BEFORE INSERT ON " + name +
-             " FOR EACH ROW SET @x = " + Text(Attack("'")));
+             " FOR EACH ROW SET @x = " + Literal(Attack("'")));
         Exec("CREATE EVENT " + Quoted(Attack("` e")) +
              " ON SCHEDULE EVERY 1 DAY STARTS"
              " '2037-01-01 00:00:00' DISABLE COMMENT " +
-             Text(lines) + " DO SET @x = 1");
+             Literal(lines) + " DO SET @x = 1");
     }
 
     std::unique_ptr<TTestDatabase> FVictim;
@@ -176,7 +163,7 @@ TEST_P(TForeignTextTest, IsOnlyTextInADumpAndInAMigration)
     EXPECT_EQ(Dump().Error, "");
     const TTestDatabase copy(Server());
     EXPECT_EQ(Migrate(copy).Error, "");
-    ExpectSame(before, DumpDatabase::Contents(Server(), copy.Name()));
+    ExpectSame(before, Contents(copy));
     EXPECT_EQ(Migrate(copy).Error, "") << "with drops ahead";
     EXPECT_EQ(Checksum(copy).Lines, Checksum().Lines);
     Server().Exec("DROP DATABASE " + Name());
@@ -186,12 +173,7 @@ TEST_P(TForeignTextTest, IsOnlyTextInADumpAndInAMigration)
 
 TEST_P(TForeignTextTest, IsOnlyTextInTheCopyOfATable)
 {
-    const auto manager = TDbmManager::Create();
-    manager->SetParams(ServerProfile(Server()));
-    manager->Connect();
-    TDbmTableCloner cloner;
-    cloner.Initialize(*manager, Name(), Attack("`2"), Name(), Attack("`"));
-    cloner.Execute();
+    Clone(*Workspace(), Attack("`"), Attack("`2"));
     EXPECT_EQ(Value("SELECT COUNT(*) FROM " + Quoted(Attack("`2"))), "1");
 }
 

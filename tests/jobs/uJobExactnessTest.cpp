@@ -1,6 +1,4 @@
 #include "jobs/uDbmFileTexts.h"
-#include "jobs/uDbmTableCloner.h"
-#include "model/uDbmManager.h"
 #include "uJobRuns.h"
 #include "uTestPrint.h"
 
@@ -43,31 +41,10 @@ TEST(TDbmFileTextsTest, FitsBodiesForTheReaderOfFiles)
 class TJobExactnessTest : public TJobRunsTest
 {
 protected:
-    std::string Text() const
+    void Reload() const
     {
-        QFile file(File());
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll().toStdString();
-    }
-    std::unique_ptr<TDbmManager> Workspace(const QString &charset = {}) const
-    {
-        TDbmConnectionProfile profile = ServerProfile(FDatabase->Server());
-        profile.Charset = charset;
-        auto manager = TDbmManager::Create();
-        manager->SetParams(profile);
-        manager->Connect();
-        return manager;
-    }
-    void Clone(TDbmManager &manager, const QString &from, const QString &to) const
-    {
-        TDbmTableCloner cloner;
-        cloner.Initialize(manager, Name(), to, Name(), from);
-        cloner.Execute();
-    }
-    void Reload()
-    {
-        FDatabase->Server().Exec("DROP DATABASE " + Name());
-        EXPECT_EQ(Load().Error.toStdString(), "");
+        Server().Exec("DROP DATABASE " + Name());
+        EXPECT_EQ(Load().Error, "");
     }
 };
 
@@ -83,27 +60,19 @@ TEST_P(TJobExactnessTest, TextsOutsideTheCharsetOfASessionTravelWhole)
          " 'Пример'");
     const QStringList before = Contents();
 
-    TDbmCreateSqlDumpWorker dump;
-    dump.FProfile = ServerProfile(Server());
-    dump.FDatabaseName = Name();
-    dump.FFileName = File();
-    dump.FCharset = "latin1";
-    EXPECT_EQ(Run(dump).Error, "");
+    EXPECT_EQ(Dump({}, [](auto &job) { job.FCharset = "latin1"; }).Error, "");
     EXPECT_THAT(Text(), HasSubstr("--\r\n\r\nSET NAMES 'latin1';\r\n"));
     EXPECT_THAT(Text(), HasSubstr("    (_utf8mb4 0xD09FD180D0B8D0BCD0B5D180),\r\n"
                                   "    ('caf\u00e9');\r\n\r\nALTER"));
     EXPECT_THAT(Text(), HasSubstr("SET NAMES 'utf8mb4';\r\nCREATE TABLE `таблица`"));
 
     const TTestDatabase copy(Server());
-    TDbmMigrateDatabaseWorker migrate;
-    migrate.FSourceProfile = migrate.FTargetProfile = ServerProfile(Server());
-    migrate.FSourceProfile.Charset = migrate.FTargetProfile.Charset = "latin1";
-    migrate.FSourceDatabaseName = Name();
-    migrate.FTargetDatabaseName = copy.Name();
-    const TJobRun run = Run(migrate);
+    const TJobRun run = Migrate(copy, {}, [](auto &job) {
+        job.FSourceProfile.Charset = job.FTargetProfile.Charset = "latin1";
+    });
     EXPECT_EQ(run.Error, "");
     EXPECT_TRUE(run.Has("Setting the charset to \"latin1\" on the target connection"));
-    ExpectSame(before, DumpDatabase::Contents(Server(), copy.Name()));
+    ExpectSame(before, Contents(copy));
 
     const auto workspace = Workspace("latin1");
     Clone(*workspace, "plain", "plain_copy");
@@ -216,7 +185,7 @@ TEST_P(TJobExactnessTest, ACollationIsReplacedOnlyWhereItIsUnknown)
     const TJobRun run = Migrate(copy);
     EXPECT_EQ(run.Error, "");
     EXPECT_EQ(run.LeftOut(), QStringList());
-    ExpectSame(Contents(), DumpDatabase::Contents(Server(), copy.Name()));
+    ExpectSame(Contents(), Contents(copy));
 }
 
 TEST_P(TJobExactnessTest, ACopiedTableLeavesTheSessionOfTheWorkspaceAsItWas)
@@ -248,7 +217,7 @@ ON_BOTH_SERVERS(TJobExactnessTest);
 
 /// A server of its own, in a time zone in which an hour comes twice, whose sessions read quotes and
 /// backslashes in another way, and which keeps names in lower case.
-class TOtherServerTest : public TJobExactnessTest
+class TOtherServerTest : public TJobRunsTest
 {
 protected:
     static void SetUpTestSuite()
@@ -264,29 +233,10 @@ protected:
         TMainThread::Initialize();
         FDatabase = std::make_unique<TTestDatabase>(*Other);
     }
-    TJobRun Dump() const
-    {
-        TDbmCreateSqlDumpWorker worker;
-        worker.FProfile = ServerProfile(*Other);
-        worker.FDatabaseName = Name();
-        worker.FFileName = File();
-        return Run(worker);
-    }
-    TJobRun MigrateTo(const TTestServer &server, const QString &database) const
-    {
-        TDbmMigrateDatabaseWorker worker;
-        worker.FSourceProfile = ServerProfile(*Other);
-        worker.FTargetProfile = ServerProfile(server);
-        worker.FSourceDatabaseName = Name();
-        worker.FTargetDatabaseName = database;
-        return Run(worker);
-    }
     static inline std::unique_ptr<TTestServer> Other;
 };
 
-INSTANTIATE_TEST_SUITE_P(Own, TOtherServerTest, testing::Values(skMariaDB), ServerName);
-
-TEST_P(TOtherServerTest, AMomentStaysTheMomentThatItWas)
+TEST_F(TOtherServerTest, AMomentStaysTheMomentThatItWas)
 {
     Exec("CREATE TABLE t (ts TIMESTAMP NOT NULL DEFAULT '2024-07-01 12:00:00', UNIQUE KEY ts (ts));"
          " SET time_zone = '+00:00'; INSERT INTO t VALUES ('2024-10-27 00:30:00'),"
@@ -315,10 +265,7 @@ TEST_P(TOtherServerTest, AMomentStaysTheMomentThatItWas)
     const auto workspace = Workspace();
     Clone(*workspace, "t", "t_copy");
     EXPECT_EQ(Value(moments + "_copy"), before);
-    TDbmExecuteSqlDumpWorker load;
-    load.FProfile = ServerProfile(server);
-    load.FFileName = File();
-    EXPECT_EQ(Run(load).Error, "");
+    EXPECT_EQ(LoadOn(server).Error, "");
     EXPECT_EQ(server.Value(moments, Name()), before);
     server.Exec("DROP DATABASE " + Name());
 
@@ -328,7 +275,7 @@ TEST_P(TOtherServerTest, AMomentStaysTheMomentThatItWas)
     EXPECT_THAT(Text(), Not(HasSubstr("time_zone")));
 }
 
-TEST_P(TOtherServerTest, QuotesAndBackslashesAreReadAsTheyWereWritten)
+TEST_F(TOtherServerTest, QuotesAndBackslashesAreReadAsTheyWereWritten)
 {
     Exec("CREATE TABLE t (v VARCHAR(40) PRIMARY KEY, e ENUM('a\\', 'it''s') DEFAULT 'it''s')"
          " COMMENT 'it''s \"\\n\"'");
@@ -337,12 +284,12 @@ TEST_P(TOtherServerTest, QuotesAndBackslashesAreReadAsTheyWereWritten)
     Exec("CREATE FUNCTION f () RETURNS VARCHAR(20) DETERMINISTIC COMMENT 'it''s \\' RETURN"
          " 'it''s\\n'");
     const QString values = "SELECT GROUP_CONCAT(HEX(v), e ORDER BY v) FROM t";
+    const QString texts = "SELECT HEX(CONCAT(f(), MIN(s))) FROM v";
     const QString copy = Name() + "_copy";
     for (int run = 0; run < 2; ++run)
         EXPECT_EQ(MigrateTo(*Other, copy).Error, "");
     EXPECT_EQ(Other->Value(values, copy), Value(values));
-    EXPECT_EQ(Other->Value("SELECT HEX(CONCAT(f(), MIN(s))) FROM v", copy),
-              Value("SELECT HEX(CONCAT(f(), MIN(s))) FROM v"));
+    EXPECT_EQ(Other->Value(texts, copy), Value(texts));
     EXPECT_EQ(Other->Value("SELECT table_comment FROM information_schema.tables WHERE table_name ="
                            " 't' AND table_schema = DATABASE()",
                            copy),
@@ -352,19 +299,16 @@ TEST_P(TOtherServerTest, QuotesAndBackslashesAreReadAsTheyWereWritten)
     EXPECT_EQ(Other->Value(comment, copy), "it's \\");
     Other->Exec("DROP DATABASE " + copy);
     EXPECT_EQ(Dump().Error, "");
-    TDbmExecuteSqlDumpWorker load;
-    load.FProfile = ServerProfile(TTestServer::Instance());
-    load.FFileName = File();
-    EXPECT_EQ(Run(load).Error.toStdString(), "");
-    EXPECT_EQ(TTestServer::Instance().Value("SELECT HEX(CONCAT(f(), MIN(s))) FROM v", Name()),
-              Value("SELECT HEX(CONCAT(f(), MIN(s))) FROM v"));
-    TTestServer::Instance().Exec("DROP DATABASE " + Name());
+    const TTestServer &server = TTestServer::Instance();
+    EXPECT_EQ(LoadOn(server).Error, "");
+    EXPECT_EQ(server.Value(texts, Name()), Value(texts));
+    server.Exec("DROP DATABASE " + Name());
     const auto workspace = Workspace();
     Clone(*workspace, "t", "t_copy");
     EXPECT_EQ(Value("SELECT COUNT(*) FROM t JOIN t_copy USING (v)"), "3");
 }
 
-TEST_P(TOtherServerTest, NamesWithCapitalsAreReplacedInASecondRun)
+TEST_F(TOtherServerTest, NamesWithCapitalsAreReplacedInASecondRun)
 {
     const TTestDatabase source(TTestServer::Instance());
     source.Exec("CREATE TABLE `Orders` (id INT PRIMARY KEY); CREATE TABLE `Lines` (o INT,"

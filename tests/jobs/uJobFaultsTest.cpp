@@ -1,5 +1,4 @@
 #include "jobs/uDbmTableRows.h"
-#include "model/uDbmManager.h"
 #include "model/uDbmTableList.h"
 #include "uJobRuns.h"
 #include "uTcpProxy.h"
@@ -49,12 +48,6 @@ protected:
     {
         return database.Value("SELECT GROUP_CONCAT(v ORDER BY v) FROM " + table);
     }
-    QByteArray Text() const
-    {
-        QFile file(File());
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll();
-    }
     /// A table whose dump has some more than 2 MB.
     void FillLong() const
     {
@@ -71,8 +64,8 @@ TEST_P(TJobFaultsTest, AKilledDumpEndsWithItsCauseAndAClosedFile)
     const TJobRun run = Dump(KillAt("Writing data for \"a\"", *FDatabase));
     EXPECT_THAT(run.Error.toStdString(), ContainsRegex(Lost));
     EXPECT_EQ(run.Lines.last(), "Closing file");
-    EXPECT_THAT(Text().toStdString(), HasSubstr("INSERT INTO `a`"));
-    EXPECT_THAT(Text().toStdString(), testing::Not(HasSubstr("INSERT INTO `b`")));
+    EXPECT_THAT(Text(), HasSubstr("INSERT INTO `a`"));
+    EXPECT_THAT(Text(), testing::Not(HasSubstr("INSERT INTO `b`")));
 }
 
 TEST_P(TJobFaultsTest, AKilledLoadDoesNotGoOnInABareSession)
@@ -103,17 +96,14 @@ TEST_P(TJobFaultsTest, AKilledMigrationLeavesTheSourceAndIsRunAgain)
     EXPECT_EQ(Values(*FTarget, "a"), "1,2");
     EXPECT_EQ(Values(*FTarget, "b"), QString());
 
-    TDbmMigrateDatabaseWorker worker;
-    worker.FSourceProfile = worker.FTargetProfile = ServerProfile(Server());
-    worker.FSourceProfile.Database = worker.FSourceDatabaseName = Name();
-    worker.FTargetDatabaseName = FTarget->Name();
-    run = Run(worker, KillAt("Inserting rows for \"a\"", *FDatabase));
+    run = Migrate(*FTarget, KillAt("Inserting rows for \"a\"", *FDatabase),
+                  [this](auto &job) { job.FSourceProfile.Database = Name(); });
     EXPECT_THAT(run.Error.toStdString(), ContainsRegex(Lost)) << "the snapshot is gone";
     EXPECT_EQ(Values(*FTarget, "b"), QString());
 
     EXPECT_EQ(Migrate(*FTarget).Error, "");
     ExpectSame(before, Contents());
-    ExpectSame(before, DumpDatabase::Contents(Server(), FTarget->Name()));
+    ExpectSame(before, Contents(*FTarget));
 }
 
 // A sum changes nothing and needs no snapshot, so it may be asked for again.
@@ -133,7 +123,7 @@ TEST_P(TJobFaultsTest, AFileThatCannotBeMadeIsNamedAndNothingIsClosed)
     const QString paths[] = {"/proc/dump.sql", "/sys/dump.sql", plain.fileName() + "/dump.sql",
                              FFolder.path(), FFolder.filePath("missing/dump.sql")};
     for (const QString &path : paths) {
-        const TJobRun run = Dump({}, path);
+        const TJobRun run = Dump({}, [&](auto &job) { job.FFileName = path; });
         EXPECT_THAT(run.Error.toStdString(),
                     HasSubstr("Cannot create file \"" + path.toStdString() + "\": "));
         EXPECT_EQ(run.Lines.last(), "Creating file \"" + path + '"');
@@ -142,7 +132,7 @@ TEST_P(TJobFaultsTest, AFileThatCannotBeMadeIsNamedAndNothingIsClosed)
 
 TEST_P(TJobFaultsTest, AFullDiskEndsTheDumpWithItsCause)
 {
-    const TJobRun atOnce = Dump({}, "/dev/full");
+    const TJobRun atOnce = Dump({}, [](auto &job) { job.FFileName = "/dev/full"; });
     EXPECT_EQ(atOnce.Error, "Cannot write file \"/dev/full\": " + qt_error_string(ENOSPC) + '.');
     EXPECT_EQ(atOnce.Lines.last(), "Closing file");
 
@@ -189,22 +179,22 @@ TEST_P(TJobFaultsTest, ADatabaseThatIsNotListedGivesAHeader)
         return;
     }
     EXPECT_EQ(run.Error, "");
-    EXPECT_TRUE(Text().endsWith("\r\n--\r\n\r\nSET NAMES 'utf8mb4';\r\n")) << Text().toStdString();
+    EXPECT_TRUE(Text().ends_with("\r\n--\r\n\r\nSET NAMES 'utf8mb4';\r\n")) << Text();
 }
 
 // One server is known by many names; through the proxy it has another port as well.
 TEST_P(TJobFaultsTest, OneDatabaseByTwoHostsIsNotMigratedOntoItself)
 {
     const TTcpProxy proxy(Server().Host(), Server().Port());
-    const std::pair<QString, int> ways[] = {{"localhost", Server().Port()},
+    const std::pair<QString, int> ways[] = {{"127.0.0.1", Server().Port()},
+                                            {"localhost", Server().Port()},
                                             {"127.0.0.1", proxy.Port()}};
     for (const auto &[host, port] : ways) {
-        TDbmMigrateDatabaseWorker worker;
-        worker.FSourceProfile = worker.FTargetProfile = ServerProfile(Server());
-        worker.FTargetProfile.HostName = host;
-        worker.FTargetProfile.Port = port;
-        worker.FSourceDatabaseName = worker.FTargetDatabaseName = Name();
-        EXPECT_EQ(Run(worker).Error, "Source and target are the same database \"" + Name() + "\".")
+        const TJobRun run = Migrate(*FDatabase, {}, [&](auto &job) {
+            job.FTargetProfile.HostName = host;
+            job.FTargetProfile.Port = port;
+        });
+        EXPECT_EQ(run.Error, "Source and target are the same database \"" + Name() + "\".")
             << host.toStdString();
         EXPECT_EQ(Values(*FDatabase, "a"), "1,2");
     }
@@ -238,6 +228,7 @@ TEST_P(TJobFaultsTest, AStopEndsEachJobBeforeItsNextStep)
           {"Creating view \"v1\"", "Creating view \"v2\""}}},
         {[this](const TAtLine &atLine) { return Dump(atLine); },
          {{"Opening connection", "Creating file"},
+          {"Writing data for \"a\"", "Writing data for \"b\""},
           {"Writing reference \"r1\" for \"b\"", "Writing reference \"r2\" for \"b\""},
           {"Writing trigger \"t1\" for \"a\"", "Writing trigger \"t2\" for \"a\""}}},
         {[this](const TAtLine &atLine) { return Checksum(atLine); },
@@ -258,6 +249,7 @@ TEST_P(TJobFaultsTest, AStopEndsEachJobBeforeItsNextStep)
             EXPECT_EQ(run.Error, "") << last;
             EXPECT_TRUE(run.Lines.join('\n').contains(last));
             EXPECT_FALSE(run.Lines.join('\n').contains(behind)) << behind;
+            EXPECT_EQ(run.Has("Closing file"), run.Has("Creating file \"" + File() + '"'));
         }
     }
 }
@@ -269,9 +261,7 @@ TEST_P(TJobFaultsTest, RowsAreHandedOverWhenTheLastFetchIsEmpty)
     for (int i = 0; i < 40; ++i)
         Exec("INSERT INTO k VALUES (" + QString::number(i) + ')');
     Exec("ANALYZE TABLE k");
-    const auto manager = TDbmManager::Create();
-    manager->SetParams(ServerProfile(Server()));
-    manager->Connect();
+    const auto manager = Workspace();
     std::shared_ptr<TDbmTableItem> item;
     ASSERT_TRUE(manager->TryGetTable(Name(), "k", item));
     ASSERT_GT(item->Entity().Info.AvgRowLength, 0);
@@ -318,30 +308,6 @@ protected:
                      " REPEAT('it''s \\\\ 16 bytes.', %1 * 65536))")
                  .arg(megabytes));
     }
-    TJobRun Dump() const
-    {
-        TDbmCreateSqlDumpWorker worker;
-        worker.FProfile = ServerProfile(*Roomy);
-        worker.FDatabaseName = Name();
-        worker.FFileName = File();
-        return Run(worker);
-    }
-    TJobRun Load(const TTestServer &server) const
-    {
-        TDbmExecuteSqlDumpWorker worker;
-        worker.FProfile = ServerProfile(server);
-        worker.FFileName = File();
-        return Run(worker);
-    }
-    TJobRun MigrateTo(const TTestServer &server, const QString &database) const
-    {
-        TDbmMigrateDatabaseWorker worker;
-        worker.FSourceProfile = ServerProfile(*Roomy);
-        worker.FTargetProfile = ServerProfile(server);
-        worker.FSourceDatabaseName = Name();
-        worker.FTargetDatabaseName = database;
-        return Run(worker);
-    }
     static inline std::unique_ptr<TTestServer> Roomy, Tight;
 };
 
@@ -356,7 +322,7 @@ TEST_F(TLongRowsTest, ARowOf64MiBTravelsWhole)
     EXPECT_EQ(MigrateTo(*Roomy, copy).Error, "");
     EXPECT_EQ(Roomy->Value(sums, copy), before);
     Roomy->Exec("DROP DATABASE " + copy + "; DROP DATABASE " + Name());
-    const TJobRun load = Load(*Roomy);
+    const TJobRun load = Load();
     EXPECT_EQ(load.Error, "");
     EXPECT_EQ(Value(sums), before);
     for (const QString &line : load.Lines)
@@ -369,7 +335,7 @@ TEST_F(TLongRowsTest, ARowThatIsTooLongForTheTargetIsSaidSo)
     for (const int megabytes : {2, 40}) {
         Insert(megabytes);
         EXPECT_EQ(Dump().Error, "");
-        const auto load = [this] { return Load(*Tight); };
+        const auto load = [this] { return LoadOn(*Tight); };
         const auto migrate = [this] { return MigrateTo(*Tight, Name()); };
         for (const std::function<TJobRun()> &job :
              {std::function<TJobRun()>(load), std::function<TJobRun()>(migrate)}) {

@@ -5,8 +5,11 @@
 #include "jobs/uDbmCreateSqlDumpWorker.h"
 #include "jobs/uDbmExecuteSqlDumpWorker.h"
 #include "jobs/uDbmMigrateDatabaseWorker.h"
+#include "jobs/uDbmTableCloner.h"
+#include "model/uDbmManager.h"
+#include "support/uException.h"
+#include "support/uMainThread.h"
 #include "uDumpDatabase.h"
-#include "uJobListener.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -18,7 +21,8 @@
 struct TJobRun
 {
     QStringList Lines;
-    QString Error; // empty when the job completed
+    QString Error;     // empty when the job completed
+    QString Statement; // that failed
     bool Has(const QString &line) const { return Lines.contains(line); }
     QStringList LeftOut() const { return Lines.filter("Left out: "); }
 };
@@ -26,6 +30,10 @@ struct TJobRun
 /// Called at each line of a job's log; the job waits meanwhile, so what is done here is done at
 /// that very moment of the job.
 using TAtLine = std::function<void(TWorker *job, const QString &line)>;
+
+/// Changes what a job is set up with.
+template <typename TJob>
+using TEditJob = std::function<void(TJob &job)>;
 
 /// Tests of whole jobs on the two kinds of server, each with a database and a folder of its own.
 class TJobRunsTest : public testing::TestWithParam<TTestServerKind>
@@ -36,18 +44,29 @@ protected:
         TMainThread::Initialize();
         if (GetParam() == skMySQL)
             SKIP_WITHOUT_MYSQL9();
-        FDatabase = std::make_unique<TTestDatabase>(Server());
+        FDatabase = std::make_unique<TTestDatabase>(Server(GetParam()));
     }
     static TTestServer &Server(TTestServerKind kind)
     {
         return kind == skMySQL ? *TTestServer::MySql9() : TTestServer::Instance();
     }
-    TTestServer &Server() const { return Server(GetParam()); }
+    TTestServer &Server() const { return FDatabase->Server(); }
     QString Name() const { return FDatabase->Name(); }
     QString File() const { return FFolder.filePath("dump.sql"); }
     void Exec(const QString &sql) const { FDatabase->Exec(sql); }
     QString Value(const QString &sql) const { return FDatabase->Value(sql); }
-    QStringList Contents() const { return DumpDatabase::Contents(Server(), Name()); }
+    static QStringList Contents(const TTestDatabase &database)
+    {
+        return DumpDatabase::Contents(database.Server(), database.Name());
+    }
+    QStringList Contents() const { return Contents(*FDatabase); }
+    /// The bytes of the file.
+    std::string Text() const
+    {
+        QFile file(File());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll().toStdString();
+    }
 
     static TJobRun Run(TWorker &worker, const TAtLine &atLine = {})
     {
@@ -60,43 +79,61 @@ protected:
         };
         events.OnException = [&](TWorker *, const std::exception &e) {
             run.Error = ExceptionMessage(e);
+            if (const auto *error = dynamic_cast<const EDacMySqlError *>(&e))
+                run.Statement = error->CommandText();
         };
         worker.SetEvents(events);
-        RunJob(worker);
+        worker.Start();
+        worker.Finish();
         return run;
     }
-    TJobRun Dump(const TAtLine &atLine = {}, const QString &file = {}) const
+    TJobRun Dump(const TAtLine &atLine = {},
+                 const TEditJob<TDbmCreateSqlDumpWorker> &edit = {}) const
     {
         TDbmCreateSqlDumpWorker worker;
         worker.FProfile = ServerProfile(Server());
         worker.FDatabaseName = Name();
-        worker.FFileName = file.isEmpty() ? File() : file;
+        worker.FFileName = File();
+        if (edit)
+            edit(worker);
         return Run(worker, atLine);
     }
-    /// With the test's database in use when `use` is set.
-    TJobRun Load(bool use = false, const TAtLine &atLine = {}) const
+    /// With the database in use when there is one.
+    TJobRun LoadOn(const TTestServer &server, const QString &database = {},
+                   const TAtLine &atLine = {}) const
     {
         TDbmExecuteSqlDumpWorker worker;
-        worker.FProfile = ServerProfile(Server());
+        worker.FProfile = ServerProfile(server);
         worker.FFileName = File();
-        worker.FDatabaseName = use ? Name() : QString();
+        worker.FDatabaseName = database;
         return Run(worker, atLine);
     }
+    TJobRun Load() const { return LoadOn(Server()); }
+    /// With the test's database in use.
     TJobRun LoadText(const QByteArray &text, const TAtLine &atLine = {}) const
     {
         QFile file(File());
         EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
         file.close();
-        return Load(true, atLine);
+        return LoadOn(Server(), Name(), atLine);
     }
-    TJobRun Migrate(const TTestDatabase &target, const TAtLine &atLine = {}) const
+    TJobRun MigrateTo(const TTestServer &server, const QString &database,
+                      const TAtLine &atLine = {},
+                      const TEditJob<TDbmMigrateDatabaseWorker> &edit = {}) const
     {
         TDbmMigrateDatabaseWorker worker;
         worker.FSourceProfile = ServerProfile(Server());
-        worker.FTargetProfile = ServerProfile(target.Server());
+        worker.FTargetProfile = ServerProfile(server);
         worker.FSourceDatabaseName = Name();
-        worker.FTargetDatabaseName = target.Name();
+        worker.FTargetDatabaseName = database;
+        if (edit)
+            edit(worker);
         return Run(worker, atLine);
+    }
+    TJobRun Migrate(const TTestDatabase &target, const TAtLine &atLine = {},
+                    const TEditJob<TDbmMigrateDatabaseWorker> &edit = {}) const
+    {
+        return MigrateTo(target.Server(), target.Name(), atLine, edit);
     }
     static TJobRun Checksum(const TTestDatabase &database, const TAtLine &atLine = {})
     {
@@ -106,6 +143,22 @@ protected:
         return Run(worker, atLine);
     }
     TJobRun Checksum(const TAtLine &atLine = {}) const { return Checksum(*FDatabase, atLine); }
+
+    std::unique_ptr<TDbmManager> Workspace(const QString &charset = {}) const
+    {
+        TDbmConnectionProfile profile = ServerProfile(Server());
+        profile.Charset = charset;
+        auto manager = TDbmManager::Create();
+        manager->SetParams(profile);
+        manager->Connect();
+        return manager;
+    }
+    void Clone(TDbmManager &manager, const QString &from, const QString &to) const
+    {
+        TDbmTableCloner cloner;
+        cloner.Initialize(manager, Name(), to, Name(), from);
+        cloner.Execute();
+    }
 
     static void ExpectSame(const QStringList &before, const QStringList &after)
     {

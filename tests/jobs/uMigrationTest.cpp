@@ -3,39 +3,72 @@
 
 namespace {
 
-class TMigrationTest : public TJobRunsTest
-{};
+using TMigrationTest = TJobRunsTest;
 
 TEST_P(TMigrationTest, RowsAreThoseOfOneMoment)
 {
     Exec("CREATE TABLE a (id INT PRIMARY KEY); INSERT INTO a VALUES (1)");
     Exec("CREATE TABLE m (id INT); INSERT INTO m VALUES (1), (2)");
     Exec("CREATE TABLE z (id INT PRIMARY KEY, v INT); INSERT INTO z VALUES (1, 1), (2, 2)");
-    const TTestDatabase target(Server());
-    const TJobRun run = Migrate(target, [this](TWorker *, const QString &line) {
-        if (line.startsWith("Inserting rows for \"a\""))
+    const TAtLine change = [this](TWorker *, const QString &line) {
+        if (line.startsWith("Writing data for \"a\"") ||
+            line.startsWith("Inserting rows for \"a\""))
             Exec("INSERT INTO a VALUES (2); DELETE FROM m WHERE id = 1; UPDATE z SET v = 9 WHERE"
                  " id = 1; DELETE FROM z WHERE id = 2; INSERT INTO z VALUES (3, 3)");
-    });
-    EXPECT_EQ(run.Error, "");
-    EXPECT_EQ(target.Value("SELECT GROUP_CONCAT(id) FROM a"), "1");
-    EXPECT_EQ(target.Value("SELECT GROUP_CONCAT(id ORDER BY id) FROM m"), "1,2");
-    EXPECT_EQ(target.Value("SELECT GROUP_CONCAT(id, v ORDER BY id) FROM z"), "11,22");
+    };
+    const auto expectOld = [](const TTestDatabase &database) {
+        EXPECT_EQ(database.Value("SELECT GROUP_CONCAT(id) FROM a"), "1");
+        EXPECT_EQ(database.Value("SELECT GROUP_CONCAT(id ORDER BY id) FROM m"), "1,2");
+        EXPECT_EQ(database.Value("SELECT GROUP_CONCAT(id, v ORDER BY id) FROM z"), "11,22");
+    };
+    EXPECT_EQ(Dump(change).Error, "");
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM a"), "2");
+    Server().Exec("DROP DATABASE " + Name());
+    EXPECT_EQ(Load().Error, "");
+    expectOld(*FDatabase);
+    const TTestDatabase target(Server());
+    EXPECT_EQ(Migrate(target, change).Error, "");
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM a"), "2");
+    expectOld(target);
 }
 
-TEST_P(TMigrationTest, WhatADumpOrAMigrationBringsHasTheSameSum)
+TEST_P(TMigrationTest, WhatADumpOrAMigrationBringsIsTheSame)
 {
     DumpDatabase::Fill(*FDatabase);
-    const QStringList sums = Checksum().Lines;
+    const QStringList before = Contents(), sums = Checksum().Lines;
     EXPECT_TRUE(sums.last().startsWith("Database checksum = ")) << sums.join('\n').toStdString();
     EXPECT_GT(sums.size(), 10);
     const TTestDatabase copy(Server());
-    EXPECT_EQ(Migrate(copy).Error, "");
+    Server().Exec("DROP DATABASE " + copy.Name());
+    const TJobRun run = Migrate(copy);
+    EXPECT_EQ(run.Error, "");
+    EXPECT_EQ(run.Lines.value(0), "Opening source connection");
+    EXPECT_EQ(run.Lines.value(2), "Opening target connection");
+    EXPECT_EQ(run.Lines.mid(4, 4),
+              (QStringList{"Getting the current charset on the source connection",
+                           "Setting the charset to \"utf8mb4\" on the target connection",
+                           "Checking the target database \"" + copy.Name() + '"',
+                           "Creating database \"" + copy.Name() + '"'}));
+    ExpectSame(before, Contents(copy));
     ExpectSame(sums, Checksum(copy).Lines);
-    EXPECT_EQ(Dump().Error, "");
+
+    const TJobRun dump = Dump();
+    EXPECT_EQ(dump.Error, "");
+    EXPECT_EQ(dump.Lines.first(), "Opening connection");
+    EXPECT_EQ(dump.Lines.last(), "Closing file");
     Server().Exec("DROP DATABASE " + Name());
     EXPECT_EQ(Load().Error, "");
+    ExpectSame(before, Contents());
     ExpectSame(sums, Checksum().Lines);
+    if (HasFailure())
+        std::fputs(Text().c_str(), stderr);
+
+    // What is there is replaced, and what the source does not have stays.
+    copy.Exec("CREATE TABLE own (id INT); DELETE FROM log_of");
+    Exec("INSERT INTO log_of VALUES ('new')");
+    EXPECT_EQ(Migrate(copy).Error, "");
+    copy.Exec("DROP TABLE own");
+    ExpectSame(Contents(), Contents(copy));
 }
 
 TEST_P(TMigrationTest, TheLogNamesWhatIsLeftOut)
@@ -73,7 +106,9 @@ TEST_P(TMigrationTest, TheLogNamesWhatIsLeftOut)
         EXPECT_EQ(run.Error, "");
         EXPECT_THAT(run.LeftOut(), testing::UnorderedElementsAreArray(wanted));
     }
-    Exec("DROP TABLE f");
+    Server().Exec("DROP DATABASE " + Name());
+    EXPECT_EQ(Load().Error, "");
+    EXPECT_EQ(Value("SELECT COUNT(*) FROM v"), "1");
 }
 
 /// The shape of a database as lines of cells, in which the two kinds of server write the same
@@ -158,8 +193,10 @@ TEST_P(TMigrationTest, EveryObjectCrossesToTheOtherKindOfServer)
     // UUID and INET6 are of one kind of server, VECTOR of the other.
     Exec(fromMySQL ? "DROP TABLE oracle" : "DROP TABLE maria");
     const TTestDatabase target(Server(fromMySQL ? skMariaDB : skMySQL));
-    const TJobRun run = Migrate(target);
-    EXPECT_EQ(run.Error, "");
+    target.Server().Exec("DROP DATABASE " + target.Name());
+    for (int run = 0; run < 2; ++run)
+        EXPECT_EQ(Migrate(target).Error, "");
+    ExpectSame(Contents().filter(": "), Contents(target).filter(": "));
 
     QStringList wanted = Shape(*FDatabase);
     for (QString &line : wanted) {

@@ -2,9 +2,10 @@
 #include "jobs/uDbmOpenManagerWorker.h"
 #include "jobs/uDbmTestConnectionWorker.h"
 #include "jobs/uWorkerThreads.h"
+#include "support/uException.h"
 #include "support/uMainThread.h"
-#include "uJobListener.h"
 #include "uTestDatabase.h"
+#include "uTestLoop.h"
 #include "uTestPrint.h"
 
 #include <QThread>
@@ -20,6 +21,38 @@ public:
 
 [[maybe_unused]] const auto *const Ready =
     ::testing::AddGlobalTestEnvironment(new TMainThreadReady);
+
+/// Collects what a job says.
+struct TListener
+{
+    explicit TListener(TWorker &worker)
+    {
+        TWorkerEvents events;
+        events.OnStatusChanged = [this](TWorker *sender) {
+            Statuses.append(sender->Status());
+            OnMain = OnMain && TMainThread::IsMainThread();
+        };
+        events.OnLog = [this](TWorker *, const QString &line, TWorkerLogType) {
+            Lines += line;
+            OnMain = OnMain && TMainThread::IsMainThread();
+        };
+        events.OnComplete = [this](TWorker *, double seconds) { Seconds = seconds; };
+        events.OnException = [this](TWorker *, const std::exception &e) {
+            Error = ExceptionMessage(e);
+        };
+        worker.SetEvents(std::move(events));
+    }
+    QList<TWorkerStatus> Statuses;
+    QStringList Lines;
+    QString Error;
+    double Seconds = -1;
+    bool OnMain = true;
+};
+
+bool Finished(const TWorker &worker)
+{
+    return TTestLoop::RunUntil([&] { return worker.Status() == wsFinished; });
+}
 
 class TCounting : public TWorker
 {

@@ -1,7 +1,7 @@
 #include "model/uDbmManager.h"
 #include "core/uServerProfile.h"
-#include "support/uException.h"
 #include "uTestDatabase.h"
+#include "uTestErrors.h"
 #include "uTestPrint.h"
 
 #include <gtest/gtest.h>
@@ -53,12 +53,8 @@ TEST_F(TManagerTest, ListsDatabasesWithOneStatement)
     EXPECT_EQ(Statements.size(), 1);
     EXPECT_EQ(Manager->Databases().GetByName(Database().Name()), item);
     EXPECT_EQ(Statements.size(), 2);
-    try {
-        Manager->Databases().GetByName("no such database");
-        FAIL() << "a missing name raises";
-    } catch (const EException &e) {
-        EXPECT_EQ(e.Message(), "Database \"%\" not found.");
-    }
+    EXPECT_EQ(MessageOf([&] { Manager->Databases().GetByName("no such database"); }),
+              "Database \"%\" not found.");
 }
 
 TEST_F(TManagerTest, AReloadOfEverythingAsksForEachListAgain)
@@ -95,12 +91,7 @@ TEST_F(TManagerTest, ABoundConnectionHasOneDatabase)
     Exec("DROP DATABASE " + Database().Name());
     Manager->RequestProcess();
     EXPECT_EQ(Manager->Databases().Count(), 0);
-    try {
-        Manager->GetUsedDatabase();
-        FAIL() << "the database is gone";
-    } catch (const EException &e) {
-        EXPECT_EQ(e.Message(), "Get used database error.");
-    }
+    EXPECT_EQ(MessageOf([&] { Manager->GetUsedDatabase(); }), "Get used database error.");
     Server().Exec("CREATE DATABASE " + Database().Name());
 }
 
@@ -146,14 +137,6 @@ TEST_F(TManagerTest, ForwardsErrorsOfStatements)
     const auto script = Manager->CreateScript();
     script->ExecuteFromText("CREATE TABLE " + Database().Name() + ".s (a INT)$$", "$$");
     EXPECT_EQ(Value("SELECT COUNT(*) FROM s"), "0");
-}
-
-TEST_F(TManagerTest, ReadsCharsets)
-{
-    TDbmCharsetList::TItemPtr item;
-    ASSERT_TRUE(Manager->Charsets().TryGetByName("utf8mb4", item));
-    EXPECT_EQ(item->Entity().MaxLen, 4);
-    EXPECT_FALSE(Manager->Charsets().TryGetByName("UTF8MB4", item));
 }
 
 } // namespace

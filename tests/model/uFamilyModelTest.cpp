@@ -1,38 +1,11 @@
 #include "uModelFixture.h"
 
-#include "support/uException.h"
-
 #include <chrono>
 #include <thread>
 
 namespace {
 
-class TFamilyModelTest : public TModelTest
-{
-protected:
-    static int ErrorOf(const std::function<void()> &action)
-    {
-        try {
-            action();
-        } catch (const EDacMySqlError &e) {
-            return e.ErrorCode();
-        }
-        return 0;
-    }
-    static TDbmIndexEntity Index(const QString &name, TDbmIndexKind kind)
-    {
-        TDbmIndexEntity index;
-        index.IndexName = name;
-        index.IndexKind = kind;
-        return index;
-    }
-    static TDbmIndexColumnEntity Column(const QString &name)
-    {
-        TDbmIndexColumnEntity column;
-        column.ColumnName = name;
-        return column;
-    }
-};
+using TFamilyModelTest = TModelTest;
 
 TEST_P(TFamilyModelTest, ATableIsMadeWithItsColumnsAndKeys)
 {
@@ -85,6 +58,8 @@ TEST_P(TFamilyModelTest, IndexesOfAllKindsComeAndGo)
         read[index.IndexName] = index.IndexKind;
     EXPECT_EQ(read.size(), 5);
     EXPECT_EQ(read["PRIMARY"], ikPrimary);
+    EXPECT_EQ(read[names[1]], ikUnique);
+    EXPECT_EQ(read[names[2]], ikIndex);
     EXPECT_EQ(read[names[3]], ikFulltext);
     EXPECT_EQ(read[names[4]], ikIndex) << "deliberate: the catalogue's type is not asked for it";
     for (const QString &name : names)
@@ -174,14 +149,9 @@ TEST_P(TFamilyModelTest, WhatCannotBePutBackIsNamed)
     Exec("CREATE TABLE p (id int PRIMARY KEY)");
     Exec("CREATE TABLE c (id int PRIMARY KEY, CONSTRAINT fk FOREIGN KEY (id) REFERENCES p (id))");
     Exec("SET foreign_key_checks = 0; INSERT INTO c VALUES (7)");
-    TDbmReferenceEntity reference;
-    reference.ReferenceName = "fk";
-    reference.RefDatabaseName = Name();
-    reference.RefTableName = "missing";
-    TDbmReferenceColumnEntity column;
-    column.SrcColumnName = column.RefColumnName = "id";
     try {
-        Manager->Commands().ForeignKeys().ExecuteUpdate(Name(), "c", {column}, reference, "fk");
+        Manager->Commands().ForeignKeys().ExecuteUpdate(Name(), "c", {ReferenceColumn("id")},
+                                                        ForeignKey("missing"), "fk");
         ADD_FAILURE() << "there is no such table";
     } catch (const EDacMySqlError &e) {
         EXPECT_TRUE(e.CommandText().contains("`missing`")) << e.CommandText().toStdString();

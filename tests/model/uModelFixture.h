@@ -55,12 +55,63 @@ protected:
         return FDatabase->Rows("SHOW CREATE TABLE `" + table + '`').first().at(1);
     }
     TDbmDatabaseItem &Database() { return *Manager->Databases().GetByName(Name()); }
-    TDbmTableItem &Table(const QString &name)
+    /// What a list has under a name; a test without it ends.
+    template <typename TList>
+    static auto &Named(TList &list, const QString &name)
     {
-        TDbmTableList::TItemPtr item;
-        if (!Database().Tables().TryGetByName(name, item))
-            throw std::runtime_error("no table " + name.toStdString());
+        typename TList::TItemPtr item;
+        if (!list.TryGetByName(name, item))
+            throw std::runtime_error("no " + name.toStdString());
         return *item;
+    }
+    TDbmTableItem &Table(const QString &name) { return Named(Database().Tables(), name); }
+    TDbmViewItem &View(const QString &name) { return Named(Database().Views(), name); }
+    TDbmRoutineItem &Routine(const QString &name) { return Named(Database().Routines(), name); }
+    TDbmEventItem &Event(const QString &name) { return Named(Database().Events(), name); }
+    /// A value as the manager's own session has it.
+    static QString OwnValue(TDbmManager &manager, const QString &sql)
+    {
+        return manager.Command().ExecQuery(sql).Query->Fields()[0]->AsString();
+    }
+    /// The server's error number; 0 without an error.
+    static int ErrorOf(const std::function<void()> &action)
+    {
+        try {
+            action();
+        } catch (const EDacMySqlError &e) {
+            return e.ErrorCode();
+        }
+        return 0;
+    }
+
+    static TDbmIndexEntity Index(const QString &name, TDbmIndexKind kind)
+    {
+        TDbmIndexEntity index;
+        index.IndexName = name;
+        index.IndexKind = kind;
+        return index;
+    }
+    static TDbmIndexColumnEntity Column(const QString &name, qint64 length = 0)
+    {
+        TDbmIndexColumnEntity column;
+        column.ColumnName = name;
+        column.Length = length;
+        return column;
+    }
+    /// A key "fk" into a table of the test's database.
+    TDbmReferenceEntity ForeignKey(const QString &table) const
+    {
+        TDbmReferenceEntity reference;
+        reference.ReferenceName = "fk";
+        reference.RefDatabaseName = Name();
+        reference.RefTableName = table;
+        return reference;
+    }
+    static TDbmReferenceColumnEntity ReferenceColumn(const QString &name)
+    {
+        TDbmReferenceColumnEntity column;
+        column.SrcColumnName = column.RefColumnName = name;
+        return column;
     }
 
     std::unique_ptr<TTestDatabase> FDatabase;

@@ -1,34 +1,12 @@
 #include "uModelFixture.h"
 
 #include "sql/uDbmProgramTexts.h"
-#include "support/uException.h"
 
 namespace {
 
 class TObjectModelTest : public TModelTest
 {
 protected:
-    TDbmViewItem &View(const QString &name)
-    {
-        TDbmViewList::TItemPtr item;
-        if (!Database().Views().TryGetByName(name, item))
-            throw std::runtime_error("no view " + name.toStdString());
-        return *item;
-    }
-    TDbmRoutineItem &Routine(const QString &name)
-    {
-        TDbmRoutineList::TItemPtr item;
-        if (!Database().Routines().TryGetByName(name, item))
-            throw std::runtime_error("no routine " + name.toStdString());
-        return *item;
-    }
-    TDbmEventItem &Event(const QString &name)
-    {
-        TDbmEventList::TItemPtr item;
-        if (!Database().Events().TryGetByName(name, item))
-            throw std::runtime_error("no event " + name.toStdString());
-        return *item;
-    }
     QString Text(const QString &kind, const QString &name) const
     {
         const int column = kind == u"VIEW" ? 1 : kind == u"EVENT" ? 3 : 2;
@@ -148,13 +126,7 @@ TEST_P(TObjectModelTest, AnEventKeepsTheMomentsOfItsTimeZone)
     TDbmEventEntity entity = Event("e").Entity();
     EXPECT_EQ(entity.TimeZone, "+05:00");
     entity.Comment = "new";
-    const auto zone = [&] {
-        QString zone;
-        Manager->Command().ExecuteQuery("SELECT @@SESSION.time_zone", [&](TDataSet *rows) {
-            zone = rows->FieldAt(0).AsString();
-        });
-        return zone;
-    };
+    const auto zone = [&] { return OwnValue(*Manager, "SELECT @@SESSION.time_zone"); };
     const QString own = zone();
     Manager->Operations().UpdateEvent(Event("e"), entity);
     EXPECT_EQ(Text("EVENT", "e"), QString(before).replace("'old'", "'new'"));
@@ -173,9 +145,8 @@ TEST_P(TObjectModelTest, ATriggerThatCannotBeReplacedIsPutBack)
     session.Rows("CREATE DEFINER = korvane@`%` TRIGGER tr BEFORE INSERT ON t FOR EACH ROW PRECEDES "
                  "last BEGIN\n\tSET NEW.\"a\" = 1;\n\n-- kept\n  SET @a = ''' OR '''; END");
     TDbmTriggerList &triggers = Table("t").Triggers();
-    TDbmTriggerList::TItemPtr item;
-    ASSERT_TRUE(triggers.TryGetByName("tr", item));
-    EXPECT_EQ(item->GetEventDisplayString(), "before insert");
+    TDbmTriggerItem &item = Named(triggers, "tr");
+    EXPECT_EQ(item.GetEventDisplayString(), "before insert");
     const QString known = "SELECT HEX(CONCAT_WS('|', action_statement, definer, sql_mode,"
                           " action_order, character_set_client, collation_connection)) FROM "
                           "information_schema.triggers WHERE trigger_schema = DATABASE() AND "
@@ -184,15 +155,10 @@ TEST_P(TObjectModelTest, ATriggerThatCannotBeReplacedIsPutBack)
     const QString before = Value(known), bodyBefore = body();
     EXPECT_TRUE(bodyBefore.startsWith("BEGIN"));
     const int logged = Manager->Command().Log().Count();
-    TDbmTriggerEntity entity = item->Entity();
+    TDbmTriggerEntity entity = item.Entity();
     entity.Body = "SET NEW.missing = 1";
     TDbmTriggerCommands &commands = Manager->Commands().Triggers();
-    try {
-        commands.ExecuteRecreate(Name(), "t", entity, "tr");
-        ADD_FAILURE() << "there is no such column";
-    } catch (const EDacMySqlError &e) {
-        EXPECT_EQ(e.ErrorCode(), 1054) << e.Message().toStdString();
-    }
+    EXPECT_EQ(ErrorOf([&] { commands.ExecuteRecreate(Name(), "t", entity, "tr"); }), 1054);
     EXPECT_EQ(Value(known).toStdString(), before.toStdString());
     EXPECT_EQ(body().toStdString(), bodyBefore.toStdString());
     EXPECT_GT(Manager->Command().Log().Count(), logged + 3) << "what puts it back is logged too";

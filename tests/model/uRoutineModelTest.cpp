@@ -1,20 +1,12 @@
 #include "uModelFixture.h"
 
 #include "sql/uDbmRoutineGuard.h"
-#include "support/uException.h"
 
 namespace {
 
 class TRoutineModelTest : public TModelTest
 {
 protected:
-    TDbmRoutineItem &Routine(const QString &name)
-    {
-        TDbmRoutineList::TItemPtr item;
-        if (!Database().Routines().TryGetByName(name, item))
-            throw std::runtime_error("no routine " + name.toStdString());
-        return *item;
-    }
     TDbmRoutineCommands &Commands() { return Manager->Commands().Routines(); }
     /// All that the server keeps of a routine; empty when there is none.
     QString Whole(const QString &kind, const QString &name) const
@@ -24,15 +16,6 @@ protected:
         } catch (const std::runtime_error &) {
             return {};
         }
-    }
-    static int ErrorOf(const std::function<void()> &action)
-    {
-        try {
-            action();
-        } catch (const EDacMySqlError &e) {
-            return e.ErrorCode();
-        }
-        return 0;
     }
 };
 
@@ -48,15 +31,13 @@ TEST_P(TRoutineModelTest, OneThatCannotBeReplacedIsPutBack)
     session.Exec("SET sql_mode = 'PIPES_AS_CONCAT,NO_ZERO_DATE', NAMES latin1 COLLATE latin1_bin");
     session.Rows(OddProcedure);
     const QString before = Whole("PROCEDURE", "p");
-    const QString mode =
-        Manager->Command().ExecQuery("SELECT @@sql_mode").Query->Fields()[0]->AsString();
+    const QString mode = OwnValue(*Manager, "SELECT @@sql_mode");
     const TDbmRoutineEntity old = Routine("p").Entity();
     TDbmRoutineEntity broken = old;
     broken.Definition = "SELEKT 1";
     EXPECT_EQ(ErrorOf([&] { Commands().ExecuteRecreate(Name(), broken, "a int", old); }), 1064);
     EXPECT_EQ(Whole("PROCEDURE", "p").toStdString(), before.toStdString());
-    EXPECT_EQ(Manager->Command().ExecQuery("SELECT @@sql_mode").Query->Fields()[0]->AsString(),
-              mode);
+    EXPECT_EQ(OwnValue(*Manager, "SELECT @@sql_mode"), mode);
 
     TDbmRoutineEntity edited = old;
     edited.Definition = "SELECT 2";

@@ -1,155 +1,8 @@
 #include "uModelFixture.h"
 
-#include "support/uException.h"
-
 namespace {
 
-class TServerModelTest : public TModelTest
-{
-protected:
-    void SetUp() override
-    {
-        TModelTest::SetUp();
-        if (!IsSkipped())
-            User = "u_" + Name();
-    }
-    void TearDown() override
-    {
-        if (!User.isEmpty())
-            for (const char *host : {"%", "localhost"})
-                Server().Exec("DROP USER IF EXISTS '" + User + "'@'" + host + "'");
-        TModelTest::TearDown();
-    }
-    QString Grants(const QString &host = "%") const
-    {
-        QStringList lines;
-        for (const QStringList &row :
-             Server().Rows("SHOW GRANTS FOR '" + User + "'@'" + host + '\''))
-            lines.append(row.first());
-        return lines.join('\n');
-    }
-    TDbmUserPrivilegesList::TItemPtr Account(const QString &host = "%")
-    {
-        TDbmUserPrivilegesList::TItemPtr item;
-        EXPECT_TRUE(Manager->UsersPrivileges().TryGetByNameAndHost(User, host, item));
-        return item;
-    }
-
-    QString User;
-};
-
-TEST_P(TServerModelTest, AccountsLiveThroughOperations)
-{
-    TDbmUserPrivilegesEntity entity;
-    entity.UserName = User;
-    entity.HostName = "%";
-    entity.Privileges = {privSelect, privCreateTemporaryTables, privGrantOption};
-    entity.MaxQueriesPerHour = 77;
-    Manager->Operations().CreateUser(Manager->UsersPrivileges(), entity, "secret");
-    EXPECT_TRUE(Account()->Entity().HavePassword);
-    EXPECT_EQ(Account()->Entity().Privileges, entity.Privileges);
-    EXPECT_EQ(Account()->Entity().MaxQueriesPerHour, 77);
-    EXPECT_EQ(Account()->GetUserNameDisplayString(), User + "@%");
-
-    // What the model does not know of the account.
-    Exec("CREATE TABLE t (a int)");
-    for (const QString &grant :
-         {QString("GRANT INSERT, UPDATE ON `" + Name() + "`.* TO "),
-          QString("GRANT SELECT (a) ON `" + Name() + "`.t TO "),
-          QString(IsMySQL() ? "GRANT BACKUP_ADMIN ON *.* TO " : "GRANT BINLOG ADMIN ON *.* TO ")})
-        Server().Exec(grant + '\'' + User + "'@'%'");
-    if (!IsMySQL()) // which has no such limit
-        Server().Exec("ALTER USER '" + User + "'@'%' WITH MAX_USER_CONNECTIONS -1");
-    const QString before = Grants();
-    Manager->UsersPrivileges().RequestProcess();
-    Manager->Operations().UpdateUser(*Account(), Account()->Entity(), false, {});
-    EXPECT_EQ(Grants().toStdString(), before.toStdString());
-
-    TDbmUserPrivilegesEntity edited = Account()->Entity();
-    edited.Privileges = {privSelect, privInsert};
-    edited.MaxUpdatesPerHour = 5;
-    edited.MaxConnectionsPerHour = 6;
-    edited.MaxUserConnections = 7;
-    Manager->Operations().UpdateUser(*Account(), edited, true, "");
-    EXPECT_FALSE(Account()->Entity().HavePassword);
-    EXPECT_EQ(Account()->Entity().Privileges, edited.Privileges);
-    EXPECT_EQ(Server().Value("SELECT CONCAT_WS(' ', max_questions, max_updates, max_connections,"
-                             " max_user_connections) FROM mysql.user WHERE user = '" +
-                             User + '\''),
-              "77 5 6 7");
-    EXPECT_TRUE(Grants().contains("INSERT, UPDATE ON `" + Name() + "`.*"));
-    edited.HostName = "localhost";
-    Manager->Operations().UpdateUser(*Account(), edited, false, {});
-    EXPECT_TRUE(Grants("localhost").contains("SELECT (`a`) ON `" + Name() + "`.`t`"));
-    Manager->Operations().DeleteUser(*Account("localhost"));
-    TDbmUserPrivilegesList::TItemPtr item;
-    EXPECT_FALSE(Manager->UsersPrivileges().TryGetByNameAndHost(User, "localhost", item));
-}
-
-TEST_P(TServerModelTest, ARoleIsNoAccount)
-{
-    if (IsMySQL())
-        GTEST_SKIP() << "roles are locked accounts there";
-    const QString role = "role_" + Name();
-    Server().Exec("CREATE ROLE `" + role + '`');
-    TDbmUserPrivilegesList::TItemPtr item;
-    ASSERT_TRUE(Manager->UsersPrivileges().TryGetByNameAndHost(role, "", item));
-    EXPECT_TRUE(item->Entity().IsRole);
-    EXPECT_THROW(Manager->Operations().UpdateUser(*item, item->Entity(), false, {}), EException);
-    Manager->Operations().DeleteUser(*item);
-    EXPECT_FALSE(Manager->UsersPrivileges().TryGetByNameAndHost(role, "", item));
-}
-
-TEST_P(TServerModelTest, RightsBelowTheGlobalLevel)
-{
-    Exec("CREATE TABLE t (a int)");
-    Exec("CREATE PROCEDURE p () SELECT 1");
-    Server().Exec("CREATE USER '" + User + "'@'%'");
-    const TDbmFormatters &formatters = Manager->Formatters();
-    const auto run = [&](const QString &script) { Manager->Command().ExecScript(script); };
-
-    TDbmDatabasePrivilegesEntity database;
-    database.User = User;
-    database.Host = "%";
-    database.Database = Name();
-    database.Privs = {dpSelect, dpGrant, dpLockTable};
-    run(formatters.DatabasesPrivileges().FormatCreate(database));
-    auto databases = Manager->Commands().DatabasesPrivileges().ExecuteSelect(User, "%");
-    ASSERT_EQ(databases.size(), 1);
-    EXPECT_EQ(databases.first().Privs, database.Privs);
-    run(formatters.DatabasesPrivileges().FormatUpdate(database, {dpSelect, dpEvent}));
-    database.Privs = Manager->Commands().DatabasesPrivileges().ExecuteSelect(User, "%")[0].Privs;
-    EXPECT_EQ(database.Privs, TDbmDatabasePrivs({dpSelect, dpEvent}));
-    EXPECT_EQ(formatters.DatabasesPrivileges().FormatUpdate(database, database.Privs), "");
-    run(formatters.DatabasesPrivileges().FormatDelete(database));
-
-    TDbmTablePrivilegesEntity table;
-    table.User = User;
-    table.Host = "%";
-    table.Database = Name();
-    table.Table = "t";
-    table.Privs = {tpCreateView, tpGrant};
-    run(formatters.TablesPrivileges().FormatCreate(table));
-    auto tables = Manager->Commands().TablesPrivileges().ExecuteSelect(User, "%");
-    ASSERT_EQ(tables.size(), 1);
-    EXPECT_EQ(tables.first().Privs, table.Privs);
-    run(formatters.TablesPrivileges().FormatDelete(table));
-
-    TDbmRoutinePrivilegesEntity routine;
-    routine.User = User;
-    routine.Host = "%";
-    routine.Database = Name();
-    routine.Routine = "p";
-    routine.Privs = {rpExecute, rpAlterRoutine};
-    run(formatters.RoutinesPrivileges().FormatCreate(routine));
-    EXPECT_TRUE(Grants().contains("ON PROCEDURE `" + Name() + "`.`p`"));
-    run(formatters.RoutinesPrivileges().FormatDelete(routine));
-    EXPECT_EQ(Grants().count('\n'), 0);
-    // Deliberate: this read is refused by the server.
-    EXPECT_TRUE(Manager->Commands().RoutinesPrivileges().ExecuteSelect(User, "%").isEmpty());
-    EXPECT_EQ(Failures.size(), 1);
-    Failures.clear();
-}
+using TServerModelTest = TModelTest;
 
 TEST_P(TServerModelTest, ListsOfTheServer)
 {
@@ -158,31 +11,20 @@ TEST_P(TServerModelTest, ListsOfTheServer)
     EXPECT_EQ(engine->Entity().EngineName, "InnoDB");
     EXPECT_TRUE(engine->Entity().Options.Contains(eoTransactions));
     EXPECT_GT(Manager->Plugins().Count(), 3);
-    TDbmCollationList::TItemPtr collation;
-    ASSERT_TRUE(Manager->Collations().TryGetByName("utf8mb4_bin", collation));
-    EXPECT_EQ(collation->Entity().Charset, "utf8mb4");
-    TDbmStatusList::TItemPtr status;
-    ASSERT_TRUE(Manager->GlobalStatus().TryGetByName("Uptime", status));
+    EXPECT_EQ(Named(Manager->Collations(), "utf8mb4_bin").Entity().Charset, "utf8mb4");
+    EXPECT_NO_THROW(Named(Manager->GlobalStatus(), "Uptime"));
     EXPECT_GT(Manager->SessionStatus().Count(), 100);
     EXPECT_GT(Manager->GlobalStatus().CalcAllQueries(), 0);
-    TDbmVariableList::TItemPtr variable;
-    ASSERT_TRUE(Manager->GlobalVariables().TryGetByName("wait_timeout", variable));
-    EXPECT_EQ(variable->GetComment(), "08:00:00");
+    EXPECT_EQ(Named(Manager->GlobalVariables(), "wait_timeout").GetComment(), "08:00:00");
     EXPECT_GT(Manager->SessionVariables().Count(), 100);
 }
 
 TEST_P(TServerModelTest, ThreadsAreKilledAndKeepTheirItems)
 {
     const auto other = NewManager();
-    const auto idOf = [](TDbmManager &manager) {
-        return manager.Command()
-            .ExecQuery("SELECT CONNECTION_ID()")
-            .Query->Fields()[0]
-            ->Value()
-            .ToInt();
-    };
-    const qint64 own = idOf(*Manager); // other tests come and go on the same server
-    const qint64 victim = idOf(*other);
+    const QString id = "SELECT CONNECTION_ID()";
+    const qint64 own = OwnValue(*Manager, id).toLongLong(); // other tests come and go there
+    const qint64 victim = OwnValue(*other, id).toLongLong();
     TDbmProcessList::TItemPtr item;
     const auto find = [&] {
         return Manager->Processes().TryFind(
@@ -248,18 +90,29 @@ INSTANTIATE_ON_BOTH_SERVERS(TServerModelTest);
 
 TEST(TStatusTextTest, CommentsAndRates)
 {
-    EXPECT_EQ(TDbmVariableCommentFormatter::Format("Innodb_autoextend_increment", "8"), "8.0 MB");
-    EXPECT_EQ(TDbmVariableCommentFormatter::Format("max_join_size", "x"), "");
-    EXPECT_EQ(TDbmVariableCommentFormatter::Format("max_join_size", "18446744073709551615"),
-              "16.0 EB");
-    EXPECT_EQ(TDbmVariableCommentFormatter::Format("sql_select_limit", "18446744073709551616"), "");
-    EXPECT_EQ(TDbmStatusUtils::FormatComment("com_select", "10000000000000000000"),
-              "10,000,000,000,000,000,000");
-    EXPECT_EQ(TDbmStatusUtils::FormatComment("com_select", "-1"), "-1");
-    EXPECT_EQ(TDbmStatusUtils::FormatComment("Bytes_sent", "1536"), "1.5 KB");
-    EXPECT_EQ(TDbmStatusUtils::FormatComment("com_select", "1234567"), "1,234,567");
-    EXPECT_EQ(TDbmStatusUtils::FormatComment("uptime", "61"), "00:01:01");
-    EXPECT_EQ(TDbmStatusUtils::FormatComment("com_select", "ON"), "");
+    const struct
+    {
+        const char *Variable, *Value, *Comment;
+    } variables[] = {
+        {"Innodb_autoextend_increment", "8", "8.0 MB"},
+        {"max_join_size", "x", ""},
+        {"max_join_size", "18446744073709551615", "16.0 EB"},
+        {"sql_select_limit", "18446744073709551616", ""},
+    };
+    for (const auto &row : variables)
+        EXPECT_EQ(TDbmVariableCommentFormatter::Format(row.Variable, row.Value), row.Comment);
+    const struct
+    {
+        const char *Status, *Value, *Comment;
+    } statuses[] = {
+        {"com_select", "10000000000000000000", "10,000,000,000,000,000,000"},
+        {"com_select", "-1", "-1"},
+        {"com_select", "ON", ""},
+        {"Bytes_sent", "1536", "1.5 KB"},
+        {"uptime", "61", "00:01:01"},
+    };
+    for (const auto &row : statuses)
+        EXPECT_EQ(TDbmStatusUtils::FormatComment(row.Status, row.Value), row.Comment);
     EXPECT_EQ(TDbmStatusUtils::FormatCounterValue("com_select", "7200", 60, 3600), "120");
     EXPECT_EQ(TDbmStatusUtils::FormatCounterValue("bytes_sent", "3600", 3600, 3600), "3.5 KB");
     EXPECT_EQ(TDbmStatusUtils::FormatCounterValue("com_select", "1", 60, 0), "");

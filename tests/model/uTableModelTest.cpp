@@ -14,9 +14,7 @@ protected:
     {
         TDbmTableItem &item = Table(table);
         item.Fields().RequestProcess();
-        TDbmFieldList::TItemPtr field;
-        ASSERT_TRUE(item.Fields().TryGetByName(name, field)) << name.toStdString();
-        TDbmFieldEntity entity = field->Entity();
+        TDbmFieldEntity entity = Named(item.Fields(), name).Entity();
         if (edit)
             edit(entity);
         Manager->Commands().Fields().ExecuteUpdate(Name(), table, entity, {}, newName,
@@ -180,27 +178,23 @@ TEST_P(TTableModelTest, ColumnsShowTypesAndKeys)
          " e enum('x','y'), u varchar(9) COLLATE utf8mb4_bin, plain text, PRIMARY KEY (id),"
          " UNIQUE KEY uq (d), KEY k (pa), CONSTRAINT `fk1` FOREIGN KEY (pa) REFERENCES p (a)"
          " ON DELETE CASCADE ON UPDATE SET NULL) DEFAULT CHARSET=utf8mb4");
-    const auto field = [&](const QString &name) {
-        TDbmFieldList::TItemPtr item;
-        EXPECT_TRUE(Table("c").Fields().TryGetByName(name, item));
-        return item;
+    TDbmFieldList &fields = Table("c").Fields();
+    const auto shown = [&](const char *name) {
+        TDbmFieldItem &field = Named(fields, name);
+        return field.GetTypeDisplayString() + " | " + field.GetKeyDisplayString();
     };
-    EXPECT_EQ(field("id")->GetTypeDisplayString(),
-              IsMySQL() ? "int unsigned (+)" : "int(10) unsigned (+)");
-    EXPECT_EQ(field("d")->GetTypeDisplayString(), "decimal(8, 2)");
-    EXPECT_EQ(field("e")->GetTypeDisplayString(), "enum(x, y)");
-    EXPECT_EQ(field("u")->GetTypeDisplayString(), "varchar(9) utf8mb4_bin binary");
-    EXPECT_EQ(field("id")->GetKeyDisplayString(), "primary");
-    EXPECT_EQ(field("d")->GetKeyDisplayString(), "unique");
-    EXPECT_EQ(field("pa")->GetKeyDisplayString(), "index");
-    EXPECT_EQ(field("plain")->GetKeyDisplayString(), "");
-    EXPECT_EQ(field("pa")->GetReferenceDisplayString(), "p.a");
-    EXPECT_EQ(field("pa")->GetReferenceOnDeleteDisplayString(), "cascade");
-    EXPECT_EQ(field("pa")->GetReferenceOnUpdateDisplayString(), "set null");
+    EXPECT_EQ(shown("id"),
+              IsMySQL() ? "int unsigned (+) | primary" : "int(10) unsigned (+) | primary");
+    EXPECT_EQ(shown("d"), "decimal(8, 2) | unique");
+    EXPECT_EQ(shown("e"), "enum(x, y) | ");
+    EXPECT_EQ(shown("u"), "varchar(9) utf8mb4_bin binary | ");
+    TDbmFieldItem &pa = Named(fields, "pa");
+    EXPECT_EQ(pa.GetKeyDisplayString(), "index");
+    EXPECT_EQ(pa.GetReferenceDisplayString(), "p.a");
+    EXPECT_EQ(pa.GetReferenceOnDeleteDisplayString(), "cascade");
+    EXPECT_EQ(pa.GetReferenceOnUpdateDisplayString(), "set null");
 
-    TDbmIndexList::TItemPtr index;
-    ASSERT_TRUE(Table("p").Indexes().TryGetByName("kb", index));
-    EXPECT_EQ(index->Columns().GetColumnsDisplayString(), "b(5)");
+    EXPECT_EQ(Named(Table("p").Indexes(), "kb").Columns().GetColumnsDisplayString(), "b(5)");
     ASSERT_EQ(Table("p").Dependencies().Count(), 1);
     const auto dependency = Table("p").Dependencies().ToArray().first();
     EXPECT_EQ(dependency->GetReferenceSourceDisplayString(), "c(pa)");
@@ -247,30 +241,19 @@ TEST_P(TTableModelTest, IndexesAreReplaced)
     Exec("CREATE TABLE t (id int NOT NULL AUTO_INCREMENT, a varchar(20) NOT NULL, PRIMARY KEY (id),"
          " KEY k (a))");
     TDbmIndexCommands &indexes = Manager->Commands().Indexes();
-    TDbmIndexEntity primary;
-    primary.IndexName = "PRIMARY";
-    primary.IndexKind = ikPrimary;
-    const auto column = [](const QString &name, qint64 length) {
-        TDbmIndexColumnEntity entity;
-        entity.ColumnName = name;
-        entity.Length = length;
-        return entity;
-    };
-    indexes.ExecuteUpdate(Name(), "t", {column("id", 0), column("a", 0)}, primary, "PRIMARY");
-    TDbmIndexEntity unique;
-    unique.IndexName = "u";
-    unique.IndexKind = ikUnique;
-    indexes.ExecuteUpdate(Name(), "t", {column("a", 5)}, unique, "k");
+    indexes.ExecuteUpdate(Name(), "t", {Column("id"), Column("a")}, Index("PRIMARY", ikPrimary),
+                          "PRIMARY");
+    const TDbmIndexEntity unique = Index("u", ikUnique);
+    indexes.ExecuteUpdate(Name(), "t", {Column("a", 5)}, unique, "k");
     QStringList key;
     EXPECT_TRUE(Table("t").TryGetRowKey(key));
     EXPECT_EQ(key, QStringList({"id", "a"}));
     TDbmIndexList::TItemPtr item;
     EXPECT_FALSE(Table("t").Indexes().TryGetByName("k", item));
-    ASSERT_TRUE(Table("t").Indexes().TryGetByName("u", item));
-    EXPECT_EQ(item->GetIndexTypeDisplayString(), "unique");
-    EXPECT_EQ(item->Columns().GetColumnsDisplayString(), "a(5)");
-    EXPECT_THROW(indexes.ExecuteUpdate(Name(), "t", {column("no", 0)}, unique, "u"),
-                 EDacMySqlError);
+    TDbmIndexItem &made = Named(Table("t").Indexes(), "u");
+    EXPECT_EQ(made.GetIndexTypeDisplayString(), "unique");
+    EXPECT_EQ(made.Columns().GetColumnsDisplayString(), "a(5)");
+    EXPECT_THROW(indexes.ExecuteUpdate(Name(), "t", {Column("no")}, unique, "u"), EDacMySqlError);
     EXPECT_FALSE(TableText("t").contains("`u`")); // drop, then add: the old one is gone
 }
 
@@ -303,16 +286,7 @@ TEST_P(TTableModelTest, AForeignKeyKeepsItsNameOrIsPutBack)
 TEST_P(TTableModelTest, FamiliesThatNoListReadsBy)
 {
     Exec("CREATE TABLE p (a int PRIMARY KEY)");
-    Exec("CREATE TABLE t (a int, b varchar(9), txt text, KEY k (a), UNIQUE KEY u (b),"
-         " FULLTEXT KEY ft (txt)) ENGINE = MyISAM");
-    QStringList kinds;
-    for (const TDbmIndexEntity &index : Manager->Commands().Indexes().ExecuteSelect(Name(), "t"))
-        kinds += index.IndexName + ' ' + QString::number(index.IndexKind);
-    kinds.sort();
-    EXPECT_EQ(kinds,
-              QStringList({"ft " + QString::number(ikFulltext), "k " + QString::number(ikIndex),
-                           "u " + QString::number(ikUnique)}));
-
+    Exec("CREATE TABLE t (a int, KEY k (a)) ENGINE = MyISAM");
     const auto keysDisabled = [&] {
         return Value("SELECT COUNT(*) FROM information_schema.statistics WHERE table_schema = "
                      "DATABASE() AND index_name = 'k' AND comment = 'disabled'");
@@ -323,15 +297,10 @@ TEST_P(TTableModelTest, FamiliesThatNoListReadsBy)
     EXPECT_EQ(keysDisabled(), "0");
 
     Exec("ALTER TABLE t ENGINE = InnoDB");
-    TDbmReferenceEntity reference;
-    reference.ReferenceName = "fk";
-    reference.RefDatabaseName = Name();
-    reference.RefTableName = "p";
+    TDbmReferenceEntity reference = ForeignKey("p");
     reference.OnUpdate = roCascade;
     reference.OnDelete = roSetNull;
-    TDbmReferenceColumnEntity column;
-    column.SrcColumnName = column.RefColumnName = "a";
-    Manager->Commands().ForeignKeys().ExecuteCreate(Name(), "t", {column}, reference);
+    Manager->Commands().ForeignKeys().ExecuteCreate(Name(), "t", {ReferenceColumn("a")}, reference);
     const auto read = Manager->Commands().ForeignKeys().ExecuteSelect(Name(), "t");
     ASSERT_EQ(read.size(), 1);
     EXPECT_EQ(read.first().ReferenceName, "fk");

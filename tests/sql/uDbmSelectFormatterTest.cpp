@@ -1,4 +1,5 @@
 #include "sql/uDbmSelectFormatter.h"
+#include "sql/uDbmDataFormatters.h"
 #include "sql/uDbmSqlUtils.h"
 #include "sql/uDbmStatementsFormatters.h"
 #include "support/uException.h"
@@ -25,14 +26,10 @@ QString Text(const TDbmSelectFormatter &select)
     return sql;
 }
 
-TEST(TSelect, NamesTheTableAndNothingElseByDefault)
-{
-    EXPECT_EQ(Text(OfTable()), "SELECT * FROM `d`.`x`");
-}
-
 TEST(TSelect, CountsItsOffsetFromOne)
 {
     TDbmSelectFormatter select = OfTable();
+    EXPECT_EQ(Text(select), "SELECT * FROM `d`.`x`");
     select.FPrimaryFieldNames = {"id"};
     select.FLimitRowCount = 100;
     select.FLimitOffset = 0;
@@ -102,8 +99,18 @@ TEST(TClauseTexts, RefuseAColumnWithoutAValue)
     EXPECT_THROW(Text(select), EException);
 }
 
+// Deliberate, and for the caller to prevent: without a key all rows are meant, or any one.
 TEST(TClauseTexts, AreEmptyWithoutContent)
 {
+    const TDbmServerFeatures features;
+    const TDbmDataFormatters rows(&features);
+    EXPECT_EQ(rows.FormatUpdateRow("d", "t", {}, {}, {1}, {"a"}),
+              "UPDATE `d`.`t` SET `a` = 1  LIMIT 1");
+    EXPECT_EQ(rows.FormatUpdateRow("d", "t", {5}, {"id"}, {}, {}),
+              "UPDATE `d`.`t`  WHERE `id` = 5 LIMIT 1");
+    EXPECT_EQ(rows.FormatDeleteRow("d", "t", {}, {}), "DELETE FROM `d`.`t` ");
+    EXPECT_EQ(rows.FormatDeleteRow("d", "t", {1.5, TVariant()}, {"id", "k"}),
+              "DELETE FROM `d`.`t` WHERE `id` = '1.5' AND `k` IS NULL");
     EXPECT_EQ(TClauses::FormatSet({}, {}), "");
     EXPECT_EQ(TClauses::FormatWhere({}, {}, ""), "");
     EXPECT_EQ(TClauses::FormatWhere({}, {}, "a > 1"), "WHERE a > 1");

@@ -23,47 +23,39 @@ TDateTime Time(int h, int n, int s)
     return value;
 }
 
-struct TLiteralCase
+TEST(TLiteral, IsWrittenByItsKind)
 {
-    const char *Name;
-    TVariant Value;
-    QString Quoted;
-    QString Unquoted;
-};
-
-class TLiteral : public ::testing::TestWithParam<TLiteralCase>
-{};
-
-TEST_P(TLiteral, IsWrittenByItsKind)
-{
-    EXPECT_EQ(TUtils::FormatVariantValue(GetParam().Value, true), GetParam().Quoted);
-    EXPECT_EQ(TUtils::FormatVariantValue(GetParam().Value, false), GetParam().Unquoted);
+    const struct
+    {
+        const char *Name;
+        TVariant Value;
+        QString Quoted, Unquoted;
+    } rows[] = {
+        {"Null", TVariant(), "NULL", "NULL"},
+        {"IntegerIsNeverQuoted", std::numeric_limits<qint64>::min(), "-9223372036854775808",
+         "-9223372036854775808"},
+        {"UnsignedFallsThroughToNull", std::numeric_limits<quint64>::max(), "NULL", "NULL"},
+        {"FloatIsQuotedWhereAsked", 1.5, "'1.5'", "1.5"},
+        {"FloatTakesAnExponent", 1e20, "'1E20'", "1E20"},
+        {"SmallFloat", 1.5e-7, "'1.5E-7'", "1.5E-7"},
+        {"FloatHasFifteenDigits", 0.1 + 0.2, "'0.3'", "0.3"},
+        {"Currency", TCurrency{2.25}, "'2.25'", "2.25"},
+        {"BooleanIsAWord", true, "TRUE", "TRUE"},
+        {"Bytes", QByteArray("\x00\xab\xff", 3), "0x00ABFF", "0x00ABFF"},
+        {"EmptyBytesAreThePrefixAlone", QByteArray(""), "0x", "0x"},
+        {"QuoteIsBackslashed", "O'Brien", "'O\\'Brien'", "O\\'Brien"},
+        {"MidnightLosesItsTime", DateTime(2010, 5, 1), "'2010-05-01'", "2010-05-01"},
+        {"NoDayLosesItsDate", Time(12, 30, 0), "'12:30:00'", "12:30:00"},
+        {"DateAndTime", DateTime(2010, 5, 1, 23, 59, 59), "'2010-05-01 23:59:59'",
+         "2010-05-01 23:59:59"},
+        {"BeforeTheEpoch", DateTime(1000, 1, 1, 6, 0, 1), "'1000-01-01 06:00:01'",
+         "1000-01-01 06:00:01"},
+    };
+    for (const auto &row : rows) {
+        EXPECT_EQ(TUtils::FormatVariantValue(row.Value, true), row.Quoted) << row.Name;
+        EXPECT_EQ(TUtils::FormatVariantValue(row.Value, false), row.Unquoted) << row.Name;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, TLiteral,
-    ::testing::Values(TLiteralCase{"Null", TVariant(), "NULL", "NULL"},
-                      TLiteralCase{"IntegerIsNeverQuoted", std::numeric_limits<qint64>::min(),
-                                   "-9223372036854775808", "-9223372036854775808"},
-                      TLiteralCase{"UnsignedFallsThroughToNull",
-                                   std::numeric_limits<quint64>::max(), "NULL", "NULL"},
-                      TLiteralCase{"FloatIsQuotedWhereAsked", 1.5, "'1.5'", "1.5"},
-                      TLiteralCase{"FloatTakesAnExponent", 1e20, "'1E20'", "1E20"},
-                      TLiteralCase{"SmallFloat", 1.5e-7, "'1.5E-7'", "1.5E-7"},
-                      TLiteralCase{"FloatHasFifteenDigits", 0.1 + 0.2, "'0.3'", "0.3"},
-                      TLiteralCase{"Currency", TCurrency{2.25}, "'2.25'", "2.25"},
-                      TLiteralCase{"BooleanIsAWord", true, "TRUE", "TRUE"},
-                      TLiteralCase{"Bytes", QByteArray("\x00\xab\xff", 3), "0x00ABFF", "0x00ABFF"},
-                      TLiteralCase{"EmptyBytesAreThePrefixAlone", QByteArray(""), "0x", "0x"},
-                      TLiteralCase{"QuoteIsBackslashed", "O'Brien", "'O\\'Brien'", "O\\'Brien"},
-                      TLiteralCase{"MidnightLosesItsTime", DateTime(2010, 5, 1), "'2010-05-01'",
-                                   "2010-05-01"},
-                      TLiteralCase{"NoDayLosesItsDate", Time(12, 30, 0), "'12:30:00'", "12:30:00"},
-                      TLiteralCase{"DateAndTime", DateTime(2010, 5, 1, 23, 59, 59),
-                                   "'2010-05-01 23:59:59'", "2010-05-01 23:59:59"},
-                      TLiteralCase{"BeforeTheEpoch", DateTime(1000, 1, 1, 6, 0, 1),
-                                   "'1000-01-01 06:00:01'", "1000-01-01 06:00:01"}),
-    [](const auto &info) { return std::string(info.param.Name); });
 
 TEST(TEscaping, TouchesEightCharactersAndLeavesNulAloneUntilOneOfThemIsThere)
 {

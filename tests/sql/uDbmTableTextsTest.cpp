@@ -53,8 +53,6 @@ TEST(TTableTexts, AnUpdateWritesAllOptions)
     EXPECT_EQ(Tables.FormatUpdate("d", "old", Table("new")),
               "ALTER TABLE `d`.`old`\r\nROW_FORMAT = DEFAULT\r\nCHECKSUM = 0\r\n"
               "PACK_KEYS = DEFAULT\r\nDELAY_KEY_WRITE = 0\r\nCOMMENT = ''\r\n");
-    EXPECT_EQ(Tables.FormatDelete("d", "t"), "DROP TABLE IF EXISTS `d`.`t`");
-    EXPECT_EQ(Tables.FormatTruncate("", "t"), "TRUNCATE TABLE `t`");
 }
 
 TEST(TTableTexts, TheLastOptionLosesItsLastCharacter)
@@ -80,23 +78,6 @@ TEST(TIndexTexts, OnlyTheExactWordIsThePrimaryKey)
 {
     EXPECT_EQ(Indexes.FormatDropIndex("PRIMARY"), "DROP PRIMARY KEY");
     EXPECT_EQ(Indexes.FormatDropIndex("primary"), "DROP INDEX `primary`");
-    TDbmIndexColumnEntity whole, prefix;
-    whole.ColumnName = "a";
-    prefix.ColumnName = "b";
-    prefix.Length = 5;
-    TDbmIndexEntity index;
-    index.IndexName = "k";
-    const QPair<TDbmIndexKind, const char *> texts[] = {
-        {ikPrimary, "ADD PRIMARY KEY (`a`, `b`(5))"},
-        {ikUnique, "ADD UNIQUE KEY `k` (`a`, `b`(5))"},
-        {ikIndex, "ADD KEY `k` (`a`, `b`(5))"},
-        {ikFulltext, "ADD FULLTEXT KEY `k` (`a`, `b`(5))"},
-        {ikSpatial, "ADD SPATIAL KEY `k` (`a`, `b`(5))"},
-    };
-    for (const auto &[kind, text] : texts) {
-        index.IndexKind = kind;
-        EXPECT_EQ(Indexes.FormatAddIndex(index, {whole, prefix}), text);
-    }
 }
 
 TEST(TIndexTexts, KindsAreReadFromTheCatalogue)
@@ -145,8 +126,6 @@ TEST(TReferenceTexts, NameAnotherDatabaseAlone)
     reference.OnUpdate = roNoAction;
     EXPECT_EQ(References.FormatAddForeignKey(reference, {column, column}, "other"),
               "ADD FOREIGN KEY `fk` (`a`, `a`) REFERENCES `d`.`p` (`b`, `b`)  ON UPDATE NO ACTION");
-    EXPECT_EQ(References.FormatAlterTableDropForeignKey("d", "t", "fk"),
-              "ALTER TABLE `d`.`t` DROP FOREIGN KEY `fk`");
 }
 
 // Deliberate: the parser of a table's text tells an unknown rule as unknown instead.
