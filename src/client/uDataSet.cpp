@@ -38,6 +38,7 @@ void TDataSet::Reset()
     FArena.Clear();
     FFields.clear();
     FFieldIndex.clear();
+    FFoundAt.fill(0);
     FChanges.clear();
     FState = dsInactive;
     FRow = -1;
@@ -48,6 +49,7 @@ void TDataSet::SetFields(std::vector<TFieldInfo> infos)
 {
     FFields.clear();
     FFieldIndex.clear();
+    FFoundAt.fill(0);
     for (TFieldInfo &info : infos) {
         const int index = FieldCount();
         if (infos.size() > MostScanned && !FFieldIndex.contains(info.Name.toCaseFolded()))
@@ -146,12 +148,20 @@ TField *TDataSet::FindField(const QString &name) const
         const int index = FFieldIndex.value(name.toCaseFolded(), -1);
         return index < 0 ? nullptr : &FieldAt(index);
     }
-    for (const auto &field : FFields) {
+    const auto isNamed = [&name](const auto &field) {
         const QString &known = field->FieldName();
-        if (known.size() == name.size() && known.compare(name, Qt::CaseInsensitive) == 0)
-            return field.get();
-    }
-    return nullptr;
+        return known.size() == name.size() && known.compare(name, Qt::CaseInsensitive) == 0;
+    };
+    // Texts are laid out at multiples of eight.
+    quint8 &place = FFoundAt[(reinterpret_cast<quintptr>(name.constData()) / 8) % FFoundAt.size()];
+    // Whichever name was found there, a column of this one is the first that has it.
+    if (place > 0 && isNamed(FFields[place]))
+        return FFields[place].get();
+    const auto found = std::find_if(FFields.begin(), FFields.end(), isNamed);
+    if (found == FFields.end())
+        return nullptr;
+    place = static_cast<quint8>(found - FFields.begin());
+    return found->get();
 }
 
 TField &TDataSet::FieldByName(const QString &name) const

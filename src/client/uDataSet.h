@@ -5,6 +5,7 @@
 #include "support/uVariant.h"
 
 #include <QHash>
+#include <array>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -134,6 +135,9 @@ private:
 
     std::vector<std::unique_ptr<TField>> FFields;
     QHash<QString, int> FFieldIndex; // by folded name; empty when they are few
+    // Where a name was found, by its text's place in memory: the names are mostly literals, and a
+    // list asks for the same ones in every row.
+    mutable std::array<quint8, 64> FFoundAt{};
     TDataSetState FState = dsInactive;
     qint64 FRow = -1;
     bool FEof = true;

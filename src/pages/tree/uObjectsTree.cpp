@@ -11,6 +11,10 @@
 #include "model/uDbmViewList.h"
 #include "support/uFormat.h"
 
+#include <QStringBuilder>
+
+#include <array>
+
 namespace {
 
 enum TImage {
@@ -42,6 +46,18 @@ int TableImage(TDbmTableType type)
         break;
     }
     return imTable;
+}
+
+// One list for all nodes with the picture: databases have thousands of them.
+const QVector<int> &Images(int image)
+{
+    static const std::array<QVector<int>, imTrigger + 1> lists = [] {
+        std::array<QVector<int>, imTrigger + 1> made;
+        for (size_t i = 0; i < made.size(); ++i)
+            made[i] = {static_cast<int>(i)};
+        return made;
+    }();
+    return lists[static_cast<size_t>(image)];
 }
 
 QString Counted(const char *caption, int count)
@@ -99,20 +115,21 @@ void TObjectsTree::Draw(TDbmDatabaseItem &database, bool hasEvents, bool expandF
 TVTDataItem *TObjectsTree::AddFolder(TVTDataList &list, const QString &id, const QString &caption,
                                      int order, const TObjectsNode &node)
 {
-    return list.Add(id, Keep(node), {imFolder}, {caption}, {order});
+    return list.Add(id, Keep(node), Images(imFolder), {caption}, {order});
 }
 
 TVTDataItem *TObjectsTree::AddObject(TVTDataList &list, const QString &word, int image,
                                      const TObjectsNode &node)
 {
-    return list.Add(word + ' ' + node.DatabaseName + '.' + node.Name, Keep(node), {image},
-                    {node.Name}, {node.Name});
+    const QVariantList shown{node.Name};
+    return list.Add(word % ' ' % node.DatabaseName % '.' % node.Name, Keep(node), Images(image),
+                    shown, shown);
 }
 
 void TObjectsTree::AddItem(TVTDataList &list, int image, const QVariant &order,
                            const TObjectsNode &node)
 {
-    list.Add(node.Name, Keep(node), {image}, {node.Name}, {order});
+    list.Add(node.Name, Keep(node), Images(image), {node.Name}, {order});
 }
 
 void TObjectsTree::DrawTables(TDbmDatabaseItem &database, TVTDataList &list)
