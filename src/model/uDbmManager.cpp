@@ -139,7 +139,11 @@ void TDbmManager::RequestProcess()
 
 const TDbmServerFeatures &TDbmManager::Features()
 {
-    Connect();
+    // While the server is away, what it can do is known from before: lists that cannot be read are
+    // told in their own way, and this must not raise ahead of them.
+    const bool isKnown = !FParts->Features.ServerVersion().isEmpty();
+    if (!isKnown || FParts->Provider.Connection().Connected())
+        Connect();
     return FParts->Features;
 }
 

@@ -41,7 +41,7 @@ public:
     /// Marks everything stale; nothing is read.
     void RequestProcess();
 
-    /// Connects first, so that every reader sees the features of a live session.
+    /// Of the session while there is one, else of the last one; the first call connects.
     const TDbmServerFeatures &Features();
     QString ServerVersion();
     TDbmProvider &Provider();

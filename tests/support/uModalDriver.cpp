@@ -10,6 +10,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QTest>
 #include <QTimer>
 
@@ -53,6 +54,8 @@ QString TextOf(const QWidget *widget)
         return button->text();
     if (auto *box = qobject_cast<const QGroupBox *>(widget))
         return box->title();
+    if (auto *message = qobject_cast<const QPlainTextEdit *>(widget))
+        return message->toPlainText();
     return {};
 }
 

@@ -133,6 +133,7 @@ TEST_F(TVTDataListTest, ComparesBySortValueThenByValue)
 {
     for (const TSortCase &row : Sorts) {
         SCOPED_TRACE(row.Name);
+        Manager.DataList()->Clear();
         Manager.SetSort(0, Qt::AscendingOrder);
         {
             const TVTDataUpdate update(&Manager);

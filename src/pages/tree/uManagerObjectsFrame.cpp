@@ -184,8 +184,7 @@ void TManagerObjectsFrame::SelectDatabase(const QString &name)
     if (!name.isEmpty())
         FChosenDatabase = name;
     FillDatabases();
-    // Once: asking opens a lost session anew, and a failure would be a box in the user's way.
-    if (!FHasEvents && cbxDatabase->count() > 0)
+    if (cbxDatabase->count() > 0)
         FHasEvents = FManager->Features().Events;
     DrawDatabase();
     UpdateActions();
@@ -226,7 +225,7 @@ void TManagerObjectsFrame::DrawDatabase()
         return;
     }
     pcBody->setCurrentWidget(lvTree);
-    FTree->Draw(*database, FHasEvents, name != FLastDatabaseProcessed);
+    FTree->Draw(*database, name != FLastDatabaseProcessed);
     FLastDatabaseProcessed = name;
 }
 

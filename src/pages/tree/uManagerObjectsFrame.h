@@ -83,7 +83,7 @@ private:
     bool FProcessed = false;
     QString FChosenDatabase; // the selected one, also while the list cannot be read
     QString FLastDatabaseProcessed;
-    bool FHasEvents = false; // kept: moving the focus must not ask the server
+    bool FHasEvents = false; // as of the last drawing: moving the focus must not ask the server
     bool FIsListOpen = false;
     std::unique_ptr<TObjectsTree> FTree;
 

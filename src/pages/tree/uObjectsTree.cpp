@@ -81,7 +81,7 @@ TObjectsNode *TObjectsTree::Keep(const TObjectsNode &node)
     return &FNodes.emplace_back(node);
 }
 
-void TObjectsTree::Draw(TDbmDatabaseItem &database, bool hasEvents, bool expandFolders)
+void TObjectsTree::Draw(TDbmDatabaseItem &database, bool expandFolders)
 {
     // Nodes that stay refer to the old ones until they are drawn.
     std::deque<TObjectsNode> drawnBefore;
@@ -107,7 +107,7 @@ void TObjectsTree::Draw(TDbmDatabaseItem &database, bool hasEvents, bool expandF
     DrawRoutines(
         database, procedures,
         folder("folder.functions", "Functions", routines.CountByType(rtFunction), 3, onkFunctions));
-    if (hasEvents)
+    if (FManager->Features().Events)
         DrawEvents(database,
                    folder("folder.events", "Events", database.Events().Count(), 4, onkEvents));
 }

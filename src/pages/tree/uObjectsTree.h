@@ -50,9 +50,8 @@ class TObjectsTree
 public:
     TObjectsTree(TDbmManager *manager, TVTDataManager *data); // not owned
 
-    /// Raises what reading a list raises; what was not drawn by then is gone from the tree. Servers
-    /// without events have no folder for them.
-    void Draw(TDbmDatabaseItem &database, bool hasEvents, bool expandFolders);
+    /// Raises what reading a list raises; what was not drawn by then is gone from the tree.
+    void Draw(TDbmDatabaseItem &database, bool expandFolders);
     /// Reads and draws what hangs under a table or view.
     void DrawChildren(TVTDataItem &item);
     /// nullptr for no item and for items that are not drawn by this tree.

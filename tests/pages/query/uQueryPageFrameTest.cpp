@@ -54,6 +54,7 @@ TEST_F(TQueryPageTest, ShowsRowsPlanAndLogOfOneRun)
     OpenWorkspace(Database().Name());
     NewQuery("");
     RunQuery("SELECT * FROM t ORDER BY id;\nSET @x = 1;\n");
+    TTestLoop::Settle();
     EXPECT_FALSE(Find<TDropDownCombo>(&QueryPage(), "cbxUse")->isVisible()) << "it is bound";
     EXPECT_EQ(ResultRows(), (QStringList{"1|Ångström", "2|NULL", "3|中文"}));
     EXPECT_EQ(LabelText("labRows"), "Rows: 3");
