@@ -1,6 +1,8 @@
 #include "uBench.h"
 
+#include <QCoreApplication>
 #include <QFile>
+#include <QProcess>
 #include <QTextStream>
 #include <algorithm>
 #include <chrono>
@@ -15,6 +17,17 @@ std::vector<TBench::TMake> &Makers()
 {
     static std::vector<TBench::TMake> makers;
     return makers;
+}
+
+const QString RowOption = QStringLiteral("--row");
+
+std::vector<TBenchRow> AllRows()
+{
+    std::vector<TBenchRow> rows;
+    for (const TBench::TMake &make : Makers())
+        for (TBenchRow &row : make())
+            rows.push_back(std::move(row));
+    return rows;
 }
 
 double Median(std::vector<double> values)
@@ -94,32 +107,35 @@ void TBench::Add(TMake make)
 
 bool TBench::Run(const QString &filter)
 {
-    struct TMeasured
-    {
-        TBenchRow Row;
-        QString Line;
-    };
-    std::vector<TMeasured> rows;
-    for (const TMake &make : Makers())
-        for (TBenchRow &row : make())
-            if (row.What.contains(filter, Qt::CaseInsensitive))
-                rows.push_back({std::move(row), {}});
+    const std::vector<TBenchRow> rows = AllRows();
     bool reached = true;
-    // What forks goes first: a child has none of the threads that painting leaves in this process.
-    for (const bool forks : {true, false}) {
-        for (TMeasured &each : rows) {
-            if (each.Row.What.contains("memory") != forks)
-                continue;
-            const TResult result = Measure(each.Row);
-            reached = Reached(each.Row, result) && reached;
-            each.Line = Line(each.Row, result);
-        }
+    QString lines;
+    for (size_t i = 0; i < rows.size(); ++i) {
+        if (!rows[i].What.contains(filter, Qt::CaseInsensitive))
+            continue;
+        QProcess child;
+        child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        child.start(QCoreApplication::applicationFilePath(), {RowOption, QString::number(i)});
+        if (!child.waitForFinished(-1) || child.exitCode() > 1)
+            throw std::runtime_error("failed: " + rows[i].What.toStdString());
+        lines += QString::fromUtf8(child.readAllStandardOutput());
+        reached = child.exitCode() == 0 && reached;
     }
-    QTextStream out(stdout);
-    out << "| What | Product | Peer | Ratio | Must reach | |\n|---|---|---|---|---|---|\n";
-    for (const TMeasured &each : rows)
-        out << each.Line;
+    QTextStream(stdout) << "| What | Product | Peer | Ratio | Must reach | |\n"
+                           "|---|---|---|---|---|---|\n"
+                        << lines;
     return reached;
+}
+
+bool TBench::IsChild(const QStringList &arguments, int &exitCode)
+{
+    if (arguments.value(1) != RowOption)
+        return false;
+    const TBenchRow row = AllRows().at(arguments.value(2).toULong());
+    const TResult result = Measure(row);
+    QTextStream(stdout) << Line(row, result);
+    exitCode = Reached(row, result) ? 0 : 1;
+    return true;
 }
 
 double TBench::Seconds(const std::function<void()> &action)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <vector>
 
@@ -8,7 +9,8 @@
 enum TBenchGoal { bgAtMost, bgAtLeast };
 
 /// One measurement and its peer. Both are run in turns within one process, since the machine
-/// changes its speed between runs: only their ratio means something.
+/// changes its speed between runs: only their ratio means something. Each row has a process of its
+/// own, since the memory that one leaves behind slows the next.
 struct TBenchRow
 {
     using TRun = std::function<double()>;
@@ -35,6 +37,9 @@ public:
     /// Runs the rows whose name contains the filter and prints a table in Markdown. Gives false
     /// when a goal was missed.
     static bool Run(const QString &filter);
+    /// Whether this process is one that Run() has started; then it has measured its row, and the
+    /// exit code is 1 when its goal was missed.
+    static bool IsChild(const QStringList &arguments, int &exitCode);
 
     /// Seconds that the action takes.
     static double Seconds(const std::function<void()> &action);

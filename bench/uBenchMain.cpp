@@ -11,7 +11,8 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     try {
         int exitCode = 0;
-        if (TBenchStart::IsChild(QApplication::arguments(), exitCode))
+        const QStringList arguments = QApplication::arguments();
+        if (TBenchStart::IsChild(arguments, exitCode) || TBench::IsChild(arguments, exitCode))
             return exitCode;
         return TBench::Run(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString()) ? 0 : 1;
     } catch (const std::exception &error) {

@@ -420,7 +420,7 @@ const TBenchRegistrar Rows([] {
                             Prepare();
                             TBenchRows::PrepareTables();
                         },
-                    .Rounds = 3});
+                    .Rounds = 5});
     rows.push_back({.What = "formatting INSERT rows from a dataset of 1,000,000 rows × 10 columns",
                     .PeerName = "a bare loop with mysql_real_escape_string",
                     .Unit = "rows/s",

@@ -218,7 +218,7 @@ const TBenchRegistrar Rows([] {
          .Product = FillSeconds,
          .Peer = QtFillSeconds,
          .Prepare = prepare,
-         .Rounds = 3},
+         .Rounds = 7},
         {.What = "the same, memory",
          .PeerName = "QSqlQueryModel and QTableView, all rows read",
          .Unit = "MiB",

@@ -166,7 +166,7 @@ const TBenchRegistrar Rows([] {
          .Product = ReadColumns,
          .Peer = ReadColumnsBare,
          .Prepare = Prepare,
-         .Rounds = 3},
+         .Rounds = 5},
         {.What = "all index and key lists of 5,000 tables from their texts",
          .PeerName = "fetching those texts",
          .Unit = "s",

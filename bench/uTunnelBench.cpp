@@ -144,7 +144,7 @@ const TBenchRegistrar Rows([] {
          .Limit = 0.7,
          .Product = OwnRate,
          .Peer = PeerRate,
-         .Rounds = 3},
+         .Rounds = 7},
     };
 });
 

@@ -315,7 +315,7 @@ TBenchRow BeyondRow(const QString &what, double (*run)())
             .Product = run,
             .Peer = [] { return BeyondStatements; },
             .Prepare = PrepareTree,
-            .Rounds = 5};
+            .Rounds = 7};
 }
 
 const TBenchRegistrar Rows([] {
@@ -327,7 +327,7 @@ const TBenchRegistrar Rows([] {
          .Product = SelectDatabase,
          .Peer = [] { return Replay(Sent); },
          .Prepare = PrepareTree,
-         .Rounds = 5},
+         .Rounds = 7},
         BeyondRow("expanding one table there", ExpandTable),
         BeyondRow("refreshing the tree with 100 tables expanded", RefreshTree),
         BeyondRow("sorting a list of 50,000 rows by its names", SortList),
@@ -357,7 +357,7 @@ const TBenchRegistrar Rows([] {
                                 },
                             .Peer = [] { return Replay(Sent); },
                             .Prepare = PrepareRows,
-                            .Rounds = 5});
+                            .Rounds = 7});
     rows.push_back({.What = "opening a restored session with 40 pages",
                     .PeerName = "opening one with the active page alone",
                     .Unit = "s",
@@ -365,7 +365,7 @@ const TBenchRegistrar Rows([] {
                     .Product = [] { return OpenSession(Pages); },
                     .Peer = [] { return OpenSession(1); },
                     .Prepare = PrepareSessions,
-                    .Rounds = 5});
+                    .Rounds = 7});
     return rows;
 });
 
