@@ -46,9 +46,10 @@ protected:
         entity.Privileges = privileges;
         return entity;
     }
-    bool MayLogIn(const QString &password) const
+    bool MayLogIn(const QString &password) const { return MayLogIn(Server(), password); }
+    bool MayLogIn(const TTestServer &server, const QString &password) const
     {
-        TDbmConnectionProfile profile = ServerProfile(Server());
+        TDbmConnectionProfile profile = ServerProfile(server);
         profile.UserName = User;
         profile.Password = password;
         TDbmProvider provider;
@@ -79,16 +80,19 @@ TEST_P(TAccountModelTest, PasswordsAreWhatWasTyped)
 
 TEST_P(TAccountModelTest, APasswordIsThereFromTheStartWhereTheServerWantsOne)
 {
-    const QString what = IsMySQL() ? "COMPONENT 'file://component_validate_password'"
-                                   : "SONAME 'simple_password_check'";
-    Server().Exec("INSTALL " + what);
+    // A server of its own: the demand counts for every account of a server, also those of tests
+    // that run at the same time.
+    const auto server = TTestServer::Start({}, IsMySQL() ? skMySQL : skMariaDB);
+    Manager->SetParams(ServerProfile(*server));
+    Manager->Connect();
+    server->Exec(IsMySQL() ? "INSTALL COMPONENT 'file://component_validate_password'"
+                           : "INSTALL SONAME 'simple_password_check'");
     const auto create = [&](const QString &password) {
         Manager->Operations().CreateUser(Manager->UsersPrivileges(), Entity({}), password);
     };
     EXPECT_THROW(create("poor"), EDacMySqlError);
     EXPECT_NO_THROW(create("Rich'1, and long"));
-    Server().Exec("UNINSTALL " + what);
-    EXPECT_TRUE(MayLogIn("Rich'1, and long"));
+    EXPECT_TRUE(MayLogIn(*server, "Rich'1, and long"));
 }
 
 TEST_P(TAccountModelTest, AnUpdateKeepsPartialRevokes)
