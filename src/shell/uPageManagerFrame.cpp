@@ -22,6 +22,15 @@ public:
     using QTabBar::QTabBar;
 
     QSize minimumSizeHint() const override { return {1, QTabBar::minimumSizeHint().height()}; }
+    void setVisible(bool visible) override
+    {
+        const bool wasHidden = isHidden();
+        QTabBar::setVisible(visible);
+        // Choosing a tab lays a hidden bar out, and the base class takes that for its layout.
+        QEvent anew(QEvent::StyleChange);
+        if (visible && wasHidden)
+            QTabBar::changeEvent(&anew);
+    }
 
 protected:
     // A hidden bar is laid out when it is shown; until then it would measure all of its tabs with

@@ -9,6 +9,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTabBar>
 #include <QTabWidget>
 
 namespace {
@@ -63,6 +64,16 @@ protected:
         return texts;
     }
 
+    void ExpectTabsInSight()
+    {
+        TTestLoop::Settle();
+        const auto *bar = Workspace().PageManager().findChild<QTabBar *>("tabBar");
+        ASSERT_TRUE(bar->isVisible());
+        EXPECT_GT(bar->height(), 10);
+        for (int i = 0; i < bar->count(); ++i)
+            EXPECT_GT(bar->tabRect(i).width(), 10) << i;
+    }
+
     /// The journal once it has this text.
     QByteArray JournalWith(const QString &text)
     {
@@ -94,6 +105,7 @@ TEST_F(TManagerSessionTest, AWorkspaceComesBackAsItWasLeft)
     EXPECT_FALSE(Workspace().PageManager().GetPageByIndex(0)->IsLoaded())
         << "a page that is not looked at costs nothing";
     EXPECT_EQ(Texts(), (QStringList{nasty, "SELECT 2", "SELECT 3"}));
+    ExpectTabsInSight();
 
     // Pages that nobody looked at are kept like the others.
     QFile::remove(FilePath("kept.sql"));
@@ -101,6 +113,7 @@ TEST_F(TManagerSessionTest, AWorkspaceComesBackAsItWasLeft)
     OpenWorkspace();
     EXPECT_EQ(Texts(), (QStringList{nasty, "SELECT 3"}));
     EXPECT_EQ(Workspace().GetActivePageIndex(), 0);
+    ExpectTabsInSight();
 }
 
 TEST_F(TManagerSessionTest, HiddenPagesOfObjectsAskNothing)
