@@ -104,30 +104,27 @@ QByteArrayView View(const char *bytes, uint size)
     return QByteArrayView(bytes, static_cast<qsizetype>(bytes ? size : 0));
 }
 
-QByteArrayView NameOf(const st_mysql_field &field)
+/// Decodes names of which most equal the one ahead: a result's columns mostly have one table.
+/// The bytes have to stay where they are.
+class TRepeatedName
 {
-    return View(field.name, field.name_length);
-}
+public:
+    explicit TRepeatedName(const TCharsetCodec &codec) : FCodec(codec) {}
 
-QByteArrayView OrgNameOf(const st_mysql_field &field)
-{
-    return View(field.org_name, field.org_name_length);
-}
+    const QString &Decode(QByteArrayView bytes)
+    {
+        if (bytes != FBytes) {
+            FBytes = bytes;
+            FText = FCodec.Decode(bytes);
+        }
+        return FText;
+    }
 
-QByteArrayView TableOf(const st_mysql_field &field)
-{
-    return View(field.table, field.table_length);
-}
-
-QByteArrayView OrgTableOf(const st_mysql_field &field)
-{
-    return View(field.org_table, field.org_table_length);
-}
-
-QByteArrayView DatabaseOf(const st_mysql_field &field)
-{
-    return View(field.db, field.db_length);
-}
+private:
+    const TCharsetCodec &FCodec;
+    QByteArrayView FBytes;
+    QString FText;
+};
 
 int ClampedWidth(quint64 width)
 {
@@ -137,35 +134,33 @@ int ClampedWidth(quint64 width)
 
 } // namespace
 
-TFieldInfo TFieldInfo::Read(const st_mysql_field &field, const TCharsetCodec &names,
-                            std::shared_ptr<const TCharsetCodec> codec,
-                            const st_mysql_field *before, const TFieldInfo *known)
+std::vector<TFieldInfo> TFieldInfo::Read(std::span<const st_mysql_field> fields,
+                                         const TCharsetCodec &names,
+                                         const TCodecOfCollation &codecOf)
 {
-    TFieldInfo info;
-    // Decoding is most of the work here, and most columns have no alias and their neighbour's
-    // table.
-    info.Name = names.Decode(NameOf(field));
-    info.OrgName = OrgNameOf(field) == NameOf(field) ? info.Name : names.Decode(OrgNameOf(field));
-    const auto shared = [&](QByteArrayView (*bytesOf)(const st_mysql_field &),
-                            const QString &text) {
-        return before && bytesOf(*before) == bytesOf(field) ? text : names.Decode(bytesOf(field));
-    };
-    static const TFieldInfo none;
-    const TFieldInfo &last = known ? *known : none;
-    info.Table = shared(TableOf, last.Table);
-    info.OrgTable =
-        OrgTableOf(field) == TableOf(field) ? info.Table : shared(OrgTableOf, last.OrgTable);
-    info.Database = shared(DatabaseOf, last.Database);
-    info.DataType = TypeOf(field);
-    info.ServerType = field.type;
-    info.Flags = field.flags;
-    info.CharsetNr = field.charsetnr;
-    info.Length = field.length;
-    info.Decimals = field.decimals;
-    info.IsUnsigned = (field.flags & UNSIGNED_FLAG) != 0;
-    info.IsText = HoldsCharacters(field);
-    info.Codec = std::move(codec);
-    return info;
+    TRepeatedName table(names), orgTable(names), database(names);
+    std::vector<TFieldInfo> infos;
+    infos.reserve(fields.size());
+    for (const st_mysql_field &field : fields) {
+        TFieldInfo &info = infos.emplace_back();
+        const QByteArrayView name = View(field.name, field.name_length);
+        const QByteArrayView orgName = View(field.org_name, field.org_name_length);
+        info.Name = names.Decode(name);
+        info.OrgName = orgName == name ? info.Name : names.Decode(orgName);
+        info.Table = table.Decode(View(field.table, field.table_length));
+        info.OrgTable = orgTable.Decode(View(field.org_table, field.org_table_length));
+        info.Database = database.Decode(View(field.db, field.db_length));
+        info.DataType = TypeOf(field);
+        info.ServerType = field.type;
+        info.Flags = field.flags;
+        info.CharsetNr = field.charsetnr;
+        info.Length = field.length;
+        info.Decimals = field.decimals;
+        info.IsUnsigned = (field.flags & UNSIGNED_FLAG) != 0;
+        info.IsText = HoldsCharacters(field);
+        info.Codec = codecOf(field.charsetnr);
+    }
+    return infos;
 }
 
 bool TFieldInfo::IsNumeric() const

@@ -3,7 +3,10 @@
 #include "client/uCharsetCodec.h"
 
 #include <QString>
+#include <functional>
 #include <memory>
+#include <span>
+#include <vector>
 
 struct st_mysql_field;
 
@@ -49,11 +52,13 @@ struct TFieldInfo
     bool IsText = false;                        // bytes of the cell are characters
     std::shared_ptr<const TCharsetCodec> Codec; // of the cell's characters; never null
 
-    /// `codec` reads the cells of a column of text. `before` is the column ahead, or nullptr, and
-    /// `known` what was read of it: most columns of a result have the same table.
-    static TFieldInfo Read(const st_mysql_field &field, const TCharsetCodec &names,
-                           std::shared_ptr<const TCharsetCodec> codec, const st_mysql_field *before,
-                           const TFieldInfo *known);
+    /// Gives the codec of a collation id. Never null.
+    using TCodecOfCollation = std::function<std::shared_ptr<const TCharsetCodec>(uint collation)>;
+
+    /// Columns of a result, in its order. `names` reads what they are called.
+    static std::vector<TFieldInfo> Read(std::span<const st_mysql_field> fields,
+                                        const TCharsetCodec &names,
+                                        const TCodecOfCollation &codecOf);
 
     bool IsNumeric() const;
     bool IsBinary() const

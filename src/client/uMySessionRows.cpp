@@ -121,15 +121,8 @@ std::vector<TFieldInfo> TMySession::OpenRows()
         FResult.reset(mysql_use_result(FHandle.get()));
     if (!FResult)
         Fail();
-    std::vector<TFieldInfo> infos;
-    const uint count = mysql_num_fields(FResult.get());
-    const MYSQL_FIELD *fields = mysql_fetch_fields(FResult.get());
-    infos.reserve(count);
-    for (uint i = 0; i < count; ++i)
-        infos.push_back(TFieldInfo::Read(fields[i], *FCodec, CodecOfColumn(fields[i].charsetnr),
-                                         i ? &fields[i - 1] : nullptr,
-                                         i ? &infos[i - 1] : nullptr));
-    return infos;
+    return TFieldInfo::Read({mysql_fetch_fields(FResult.get()), mysql_num_fields(FResult.get())},
+                            *FCodec, [this](uint collation) { return CodecOfColumn(collation); });
 }
 
 bool TMySession::FetchRow(const char *const *&cells, const unsigned long *&lengths)

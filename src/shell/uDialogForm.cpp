@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QScreen>
+#include <QToolBar>
 #include <QVBoxLayout>
 #include <memory>
 
@@ -91,13 +92,13 @@ void TDialogForm::showEvent(QShowEvent *event)
 
 void TDialogForm::FocusFirstControl()
 {
-    QWidget *first = FDialogFrame;
-    while (first && !(FDialogFrame->isAncestorOf(first) && first->isVisible() &&
-                      first->isEnabled() && (first->focusPolicy() & Qt::TabFocus))) {
-        first = first->nextInFocusChain();
-        if (first == FDialogFrame)
-            return;
-    }
+    // A tool bar above the content is reached by Tab; typing starts in the content.
+    QWidget *first = nullptr;
+    for (QWidget *next = FDialogFrame->nextInFocusChain(); next != FDialogFrame && !first;
+         next = next->nextInFocusChain())
+        if (FDialogFrame->isAncestorOf(next) && next->isVisible() && next->isEnabled() &&
+            (next->focusPolicy() & Qt::TabFocus) && !qobject_cast<QToolBar *>(next->parent()))
+            first = next;
     if (first)
         first->setFocus(Qt::TabFocusReason);
 }

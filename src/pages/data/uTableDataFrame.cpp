@@ -42,6 +42,14 @@ std::shared_ptr<TDbmViewItem> FindView(TDbmManager &manager, const QString &data
     return view;
 }
 
+/// A condition that ends in a comment would take the order and the limit behind it along, and a
+/// page would be the whole table; a line of its own ends the comment.
+QString ClosedCondition(const QString &text)
+{
+    const QString lastLine = text.mid(text.lastIndexOf('\n') + 1);
+    return lastLine.contains("--") || lastLine.contains('#') ? text + '\n' : text;
+}
+
 /// Finds a record again after its rows were read anew. Without a key it is known by its number.
 class TRecordMark
 {
@@ -206,7 +214,8 @@ void TTableDataFrame::Process()
 
 void TTableDataFrame::FetchPage()
 {
-    FData->SetWhereCommandText(FControls->actFilter->isChecked() ? FWhereCommandText : QString());
+    FData->SetWhereCommandText(
+        FControls->actFilter->isChecked() ? ClosedCondition(FWhereCommandText) : QString());
     // A read that failed left the old rows behind. They are not the answer to what was asked.
     if (FFailed && FData->IsProcessed())
         return;

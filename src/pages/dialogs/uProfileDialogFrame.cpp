@@ -12,11 +12,11 @@
 #include "support/uFormat.h"
 #include "widgets/uIcons.h"
 #include "widgets/uPropertyRows.h"
+#include "widgets/uToolBar.h"
 #include "widgets/uWaitCursor.h"
 
 #include <QAction>
 #include <QFileInfo>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 /// What the rows hold: the profile laid flat.
@@ -66,9 +66,7 @@ TProfileDialogFrame::~TProfileDialogFrame() = default;
 void TProfileDialogFrame::DoCreate()
 {
     auto *column = new QVBoxLayout(this);
-    auto *toolBar = new QToolBar(this);
-    toolBar->setObjectName("tbrProfile");
-    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    auto *toolBar = new TToolBar(this, "tbrProfile");
     actTestConnection = toolBar->addAction(TIcons::Icon("test-connection"), "Test Connection");
     actTestConnection->setObjectName("actTestConnection");
     connect(actTestConnection, &QAction::triggered, this,

@@ -7,6 +7,7 @@
 #include "shell/uGuard.h"
 #include "widgets/uIcons.h"
 #include "widgets/uLayoutStore.h"
+#include "widgets/uToolBar.h"
 #include "widgets/uVTDataManager.h"
 #include "widgets/uWaitCursor.h"
 
@@ -15,7 +16,6 @@
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QPushButton>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 namespace {
@@ -72,9 +72,7 @@ void TProfilesForm::BuildControls()
                            &TProfilesForm::DeleteProfile);
 
     auto *column = new QVBoxLayout(this);
-    auto *toolBar = new QToolBar(this);
-    toolBar->setObjectName("tbrProfiles");
-    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    auto *toolBar = new TToolBar(this, "tbrProfiles");
     lvProfiles = new TVTTreeView(this, "lvProfiles");
     lvProfiles->setAccessibleName("Profiles");
     lvProfiles->setRootIsDecorated(false);

@@ -6,10 +6,10 @@
 #include "shell/uGuard.h"
 #include "widgets/uIcons.h"
 #include "widgets/uTextEditor.h"
+#include "widgets/uToolBar.h"
 #include "widgets/uWaitCursor.h"
 
 #include <QAction>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 TEditorPageFrame::TEditorPageFrame(QWidget *owner) : TPageFrame(owner) {}
@@ -29,9 +29,7 @@ void TEditorPageFrame::DoCreate()
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    auto *toolBar = new QToolBar(this);
-    toolBar->setObjectName("tbrEditor");
-    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    auto *toolBar = new TToolBar(this, "tbrEditor");
     actSave = toolBar->addAction(TIcons::Icon("save"), "Save");
     actSave->setObjectName("actSave");
     connect(actSave, &QAction::triggered, this, [this] { TGuard::Run([this] { Save(); }); });

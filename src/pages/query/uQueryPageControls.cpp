@@ -3,6 +3,7 @@
 #include "widgets/uDropDownCombo.h"
 #include "widgets/uIcons.h"
 #include "widgets/uStylePalette.h"
+#include "widgets/uToolBar.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -13,7 +14,6 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
-#include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QtMath>
@@ -89,9 +89,7 @@ QWidget *TQueryPageControls::MakeEditorArea()
 
 QToolBar *TQueryPageControls::MakeEditorToolBar(QWidget *parent)
 {
-    auto *toolBar = new QToolBar(parent);
-    toolBar->setObjectName("tbrEditor");
-    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    auto *toolBar = new TToolBar(parent, "tbrEditor");
     auto *labUse = new QLabel("Use:", toolBar);
     labUse->setContentsMargins(labUse->fontMetrics().averageCharWidth(), 0,
                                labUse->fontMetrics().averageCharWidth(), 0);
@@ -109,6 +107,7 @@ QToolBar *TQueryPageControls::MakeEditorToolBar(QWidget *parent)
 
     auto *butExport = new QToolButton(toolBar);
     butExport->setObjectName("butExport");
+    butExport->setFocusPolicy(Qt::TabFocus);
     butExport->setIcon(TIcons::Icon("export"));
     butExport->setToolTip("Export result");
     butExport->setAccessibleName("Export result");
@@ -160,14 +159,8 @@ QWidget *TQueryPageControls::MakeResultArea()
 
 QToolBar *TQueryPageControls::MakeResultToolBar(QWidget *parent)
 {
-    auto *toolBar = new QToolBar(parent);
-    toolBar->setObjectName("tbrResult");
-    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    for (QAction *action : {actGotoResult, actGotoExplain, actGotoLog}) {
-        toolBar->addAction(action);
-        // These have no shortcut and stand in no menu: without a mouse they are reached by Tab.
-        toolBar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
-    }
+    auto *toolBar = new TToolBar(parent, "tbrResult");
+    toolBar->addActions({actGotoResult, actGotoExplain, actGotoLog});
     return toolBar;
 }
 
