@@ -152,20 +152,15 @@ TEST_F(TVTDataListTest, ComparesBySortValueThenByValue)
 TEST_F(TVTDataListTest, SortsEveryLevelByTheColumnWhoseHeaderIsClicked)
 {
     Manager.SetColumns({"Name", "Size"}, {ctText, ctNumber});
-    {
-        const TVTDataUpdate update(&Manager);
-        TVTDataItem *a = Manager.DataList()->Add("a", nullptr, {}, {"a", 10});
-        Manager.DataList()->Add("b", nullptr, {}, {"b", 9});
-        a->DataList()->Add("a1", nullptr, {}, {"a1", 2});
-        a->DataList()->Add("a2", nullptr, {}, {"a2", 1});
-    }
+    TVTDataItem *a = Manager.DataList()->Add("a", nullptr, {}, {"a", 10});
+    Manager.DataList()->Add("b", nullptr, {}, {"b", 9});
+    a->DataList()->Add("a1", nullptr, {}, {"a1", 2});
+    a->DataList()->Add("a2", nullptr, {}, {"a2", 1});
     Manager.SetFocusedItem(Manager.FindNode("a1"));
     View->sortByColumn(1, Qt::AscendingOrder);
     EXPECT_EQ(Shown(), QStringList({"b", "a"}));
     EXPECT_EQ(ShownBelow("a"), QStringList({"a2", "a1"}));
     EXPECT_EQ(FocusedId(), "a1");
-    EXPECT_LT(TVTDataManager::CompareDataValue(*Manager.FindNode("a"), *Manager.FindNode("b")), 0)
-        << "column 0 when none is given";
 }
 
 TEST(TVTDataLarge, SweepsEverySecondOfManySiblings)
