@@ -203,17 +203,4 @@ TEST_F(TDataSetGridEditTest, AViewIsEditedByTheKeyOfItsTable)
     }
 }
 
-TEST_F(TDataSetGridEditTest, APageThatJoinsItsKeysIsThatOfItsTable)
-{
-    Exec("CREATE TABLE t (id INT PRIMARY KEY, `from` INT)");
-    Exec("CREATE TABLE q (id INT PRIMARY KEY, `from` INT)");
-    Exec("INSERT INTO t VALUES (1, 10), (2, 20)");
-    Exec("INSERT INTO q VALUES (1, 10), (2, 20)");
-    const QString name = '`' + Database().Name() + "`.`t`";
-    Open("SELECT `t`.`id`, `t`.`from` FROM " + name + " AS t JOIN (SELECT `id` FROM " + name +
-         " ORDER BY `id` ASC LIMIT 1, 1) AS q ON `t`.`id` = `q`.`id`");
-    TypeInto(0, 1, "21");
-    EXPECT_EQ(Value("SELECT `from` FROM t WHERE id = 2"), "21");
-}
-
 } // namespace

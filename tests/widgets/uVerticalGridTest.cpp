@@ -5,7 +5,6 @@
 #include "uTestLoop.h"
 
 #include <QCalendarWidget>
-#include <QCheckBox>
 #include <QDateTime>
 #include <QDialog>
 #include <QLabel>
