@@ -92,13 +92,15 @@ TEST_F(TVTDataListTest, AValuesLooksGoAheadOfItsRowsAndThoseAheadOfItsColumns)
     const auto font = [this](int column) {
         return Manager.Model()->index(0, column).data(Qt::FontRole).value<QFont>();
     };
-    Manager.DataList()->AddEx("a", nullptr, {}, {"a", 12}, {}, Qt::red, {fsItalic}, {Qt::green},
-                              {{fsBold, fsUnderline}});
+    const TVTDataItem *item = Manager.DataList()->AddEx(
+        "a", nullptr, {}, {"a", 12}, {}, Qt::red, {fsItalic}, {Qt::green}, {{fsBold, fsUnderline}});
     EXPECT_EQ(color(0), QColor(Qt::green));
     EXPECT_EQ(color(1), QColor(Qt::red)) << "the row's";
     EXPECT_TRUE(font(0).bold());
     EXPECT_FALSE(font(0).italic());
     EXPECT_TRUE(font(1).italic());
+    EXPECT_EQ(item->ImageIndex(5), -1);
+    EXPECT_TRUE(item->Value(5).isNull()) << "there is no such column";
     Add(Manager.DataList(), "a");
     EXPECT_FALSE(color(0).isValid()) << "Add takes an explicit font back";
     EXPECT_EQ(color(1), QColor(Qt::gray)) << "the column's";
