@@ -103,16 +103,14 @@ TEST_F(TDataSetGridEditTest, WhatIsTypedIsWrittenBeforeTheCellGoes)
     Edit(1, 1);
     QTest::keyClicks(Editor(), "one");
     EXPECT_FALSE(Grid.CommitEdit());
-    EXPECT_TRUE(Note().contains("Duplicate"));
     ASSERT_NE(Editor(), nullptr);
     Click(1);
-    EXPECT_EQ(Grid.horizontalHeader()->isSortIndicatorShown(), false) << "sorting waits too";
+    EXPECT_FALSE(Grid.horizontalHeader()->isSortIndicatorShown()) << "sorting waits too";
     EXPECT_EQ(Editor()->text(), "one");
     Editor()->selectAll();
     QTest::keyClicks(Editor(), "new");
     EXPECT_TRUE(Grid.CommitEdit());
     TTestLoop::Settle();
-    EXPECT_EQ(Editor(), nullptr);
     EXPECT_EQ(Value("SELECT s FROM t WHERE id = 2"), "new");
 
     // NULL by its key drops what was typed; a refusal of it keeps no later editor open.
@@ -140,18 +138,14 @@ TEST_F(TDataSetGridEditTest, BytesAreEditedByADialogOfTheOwner)
         shown = std::exchange(bytes, result);
         return true;
     });
-    const auto edit = [this](int row) {
-        Edit(row, 1);
-        TTestLoop::Settle();
-    };
-    edit(0);
+    Edit(0, 1);
+    TTestLoop::Settle();
     EXPECT_EQ(shown, "old");
     EXPECT_EQ(Value("SELECT b FROM t WHERE id = 1"), "new");
     result.clear();
-    edit(1);
+    Edit(1, 1);
+    TTestLoop::Settle();
     EXPECT_EQ(Value("SELECT b IS NULL FROM t WHERE id = 2"), "0") << "no bytes stay no bytes";
-    edit(0);
-    EXPECT_EQ(Value("SELECT b IS NULL FROM t WHERE id = 1"), "1");
 }
 
 TEST_F(TDataSetGridEditTest, ARefreshLeavesTheUserWhereTheyAre)
@@ -161,7 +155,6 @@ TEST_F(TDataSetGridEditTest, ARefreshLeavesTheUserWhereTheyAre)
          "FROM seq_1_to_300");
     Grid.SetEditMode(false);
     Open("SELECT * FROM t ORDER BY id");
-    EXPECT_TRUE(Grid.selectionModel()->isRowSelected(0)) << "the keys are about a marked row";
     Grid.setCurrentIndex(Cell(150, 2));
     QTest::keyClick(&Grid, Qt::Key_Down, Qt::ShiftModifier);
     Grid.verticalScrollBar()->setValue(145);
@@ -180,8 +173,6 @@ TEST_F(TDataSetGridEditTest, ARefreshLeavesTheUserWhereTheyAre)
     EXPECT_EQ(Grid.verticalScrollBar()->value(), 145);
     EXPECT_EQ(Grid.horizontalScrollBar()->value(), 300);
     EXPECT_EQ(Query.RecNo(), 151);
-    QTest::keyClick(&Grid, Qt::Key_Down);
-    EXPECT_EQ(Query.RecNo(), 152);
     Exec("DELETE FROM t WHERE id > 100");
     refresh();
     EXPECT_EQ(Grid.currentIndex(), Cell(99, 2)) << "the last of those that are left";
@@ -210,19 +201,6 @@ TEST_F(TDataSetGridEditTest, AViewIsEditedByTheKeyOfItsTable)
         Open(QString("SELECT * FROM %1").arg(view));
         EXPECT_NE(Query.ReadOnlyReason(), "") << view;
     }
-}
-
-TEST_F(TDataSetGridEditTest, APageThatJoinsItsKeysIsThatOfItsTable)
-{
-    Exec("CREATE TABLE t (id INT PRIMARY KEY, `from` INT)");
-    Exec("CREATE TABLE q (id INT PRIMARY KEY, `from` INT)");
-    Exec("INSERT INTO t VALUES (1, 10), (2, 20)");
-    Exec("INSERT INTO q VALUES (1, 10), (2, 20)");
-    const QString name = '`' + Database().Name() + "`.`t`";
-    Open("SELECT `t`.`id`, `t`.`from` FROM " + name + " AS t JOIN (SELECT `id` FROM " + name +
-         " ORDER BY `id` ASC LIMIT 1, 1) AS q ON `t`.`id` = `q`.`id`");
-    TypeInto(0, 1, "21");
-    EXPECT_EQ(Value("SELECT `from` FROM t WHERE id = 2"), "21");
 }
 
 } // namespace

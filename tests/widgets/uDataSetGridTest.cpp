@@ -13,16 +13,13 @@ TEST_F(TDataSetGridTest, ShowsTheServersTextAndTellsNullFromItsWord)
     const QAbstractItemModelTester tester(Grid.model(),
                                           QAbstractItemModelTester::FailureReportingMode::Fatal);
     Open("SELECT 18446744073709551615 AS u, '0000-00-00' AS z, NULL AS n, 'NULL' AS w, "
-         "'a\nb' AS l, X'00FF' AS b, CAST(1.50 AS DECIMAL(10,2)) AS d");
-    EXPECT_EQ(Shown(0, 0), "18446744073709551615");
-    EXPECT_EQ(Shown(0, 1), "0000-00-00");
-    EXPECT_EQ(Shown(0, 2), Shown(0, 3));
+         "X'00FF' AS b, CAST(1.50 AS DECIMAL(10,2)) AS d, 'a\nb' AS l");
+    EXPECT_TRUE(TGuiTools::Rows(*Grid.model())[0].startsWith(
+        "18446744073709551615|0000-00-00|NULL|NULL|0x00FF|1.50|"));
     EXPECT_TRUE(Cell(0, 2).data(Qt::FontRole).value<QFont>().italic());
     EXPECT_FALSE(Cell(0, 3).data(Qt::FontRole).isValid());
-    EXPECT_FALSE(Shown(0, 4).contains('\n'));
-    EXPECT_EQ(Shown(0, 5), "0x00FF");
-    EXPECT_EQ(Shown(0, 6), "1.50");
-    EXPECT_EQ(TGridCopy::WholeText(Cell(0, 4)), "a\nb");
+    EXPECT_FALSE(Shown(0, 6).contains('\n'));
+    EXPECT_EQ(TGridCopy::WholeText(Cell(0, 6)), "a\nb");
     Query.Close();
     EXPECT_EQ(Grid.model()->rowCount(), 0);
 }

@@ -45,25 +45,12 @@ TEST_F(TErrorBoxTest, ShowsCopiesAndUnfolds)
     EXPECT_EQ(QApplication::clipboard()->text(), "Unknown column '<b>x</b>'\n\nSELECT x\nFROM t");
 }
 
-struct TLengthCase
-{
-    const char *Name;
-    QString Message;
-};
-
-const TLengthCase Lengths[] = {
-    {"Nothing", ""},
-    {"OneWord", "GetActiveTable error."},
-    {"LongText", QString("a long story ").repeated(5000)},
-    {"OneEndlessWord", QString(100000, 'x')},
-    {"ManyLines", QString("line\n").repeated(5000)},
-};
-
 TEST_F(TErrorBoxTest, StaysOnTheScreen)
 {
-    for (const TLengthCase &row : Lengths) {
-        SCOPED_TRACE(row.Name);
-        TErrorBox box(nullptr, row.Message, {});
+    for (const QString &message : {QString(), QString("a long story ").repeated(5000),
+                                   QString(100000, 'x'), QString("line\n").repeated(5000)}) {
+        SCOPED_TRACE(message.left(20).toStdString());
+        TErrorBox box(nullptr, message, {});
         TGuiTools::Show(&box);
         const QSize screen = box.screen()->availableSize();
         EXPECT_LT(box.width(), screen.width());
@@ -75,22 +62,15 @@ TEST_F(TErrorBoxTest, StaysOnTheScreen)
     }
 }
 
-TEST_F(TErrorBoxTest, AsksYesOrNo)
+TEST_F(TErrorBoxTest, AQuestionThatIsClosedIsAnsweredNo)
 {
     TModalDriver driver;
-    const auto answer = [](const QString &button) {
-        return [button](QWidget *box) {
-            EXPECT_EQ(box->windowTitle(), "Korvane");
-            TGuiTools::Click(box, button);
-        };
-    };
-    driver.Expect("frmQuestionBox", answer("butYes"));
-    EXPECT_TRUE(TQuestionBox::Ask(nullptr, "Do you really want to delete this profile?"));
-    driver.Expect("frmQuestionBox", answer("butNo"));
-    EXPECT_FALSE(TQuestionBox::Ask(nullptr, "Do you really want to delete this profile?"));
     driver.Expect("frmQuestionBox", [](QWidget *box) { box->close(); });
     EXPECT_FALSE(TQuestionBox::Ask(nullptr, "Really?"));
-    driver.ExpectMessage("Really?", QMessageBox::Yes);
+    driver.Expect("frmQuestionBox", [](QWidget *box) {
+        EXPECT_EQ(box->windowTitle(), "Korvane");
+        TGuiTools::Click(box, "butYes");
+    });
     EXPECT_TRUE(TQuestionBox::Ask(nullptr, "Really?"));
 }
 

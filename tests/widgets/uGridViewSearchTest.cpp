@@ -1,9 +1,9 @@
 #include "uGuiTools.h"
 #include "uTestLoop.h"
+#include "widgets/uGridModel.h"
 #include "widgets/uGridSearchBar.h"
-#include "widgets/uGridView.h"
 
-#include <QAbstractTableModel>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -11,47 +11,28 @@
 #include <QTest>
 #include <QTimer>
 #include <gtest/gtest.h>
+#include <numeric>
 
 namespace {
 
-/// Rows that cost nothing to keep: the cell of row r and column c shows "<r>.<c>".
-class TNumbersModel : public QAbstractTableModel
+/// The cell of row r and column c shows "R<r>.<c>".
+TGridColumns<int> Columns()
 {
-public:
-    explicit TNumbersModel(int rows) : FRows(rows) {}
-    int rowCount(const QModelIndex &parent = {}) const override
-    {
-        return parent.isValid() ? 0 : FRows;
-    }
-    int columnCount(const QModelIndex &parent = {}) const override
-    {
-        return parent.isValid() ? 0 : 3;
-    }
-    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override
-    {
-        if (role != Qt::DisplayRole)
-            return {};
-        return QString("R%1.%2").arg(index.row()).arg(index.column());
-    }
-    void SetRows(int rows)
-    {
-        beginResetModel();
-        FRows = rows;
-        endResetModel();
-    }
-
-private:
-    int FRows;
-};
+    TGridColumns<int> columns;
+    for (int c = 0; c < 3; ++c)
+        columns.push_back(
+            {.Text = [c](const int &row) { return QString("R%1.%2").arg(row).arg(c); }});
+    return columns;
+}
 
 class TGridSearch : public testing::Test
 {
 protected:
     void Show(int rows)
     {
-        Model = std::make_unique<TNumbersModel>(rows);
+        SetRows(rows);
         View = std::make_unique<QTableView>();
-        View->setModel(Model.get());
+        View->setModel(&Model);
         Bar = new TGridSearchBar(View.get());
         View->resize(500, 300);
         TGuiTools::Show(View.get());
@@ -60,6 +41,12 @@ protected:
         ASSERT_TRUE(Bar->isVisible());
         Edit = Find<QLineEdit>(View.get(), "edSearch");
         ASSERT_TRUE(Edit->hasFocus());
+    }
+    void SetRows(int count)
+    {
+        std::vector<int> rows(size_t(count), 0);
+        std::iota(rows.begin(), rows.end(), 0);
+        Model.SetValues(std::move(rows));
     }
     void Type(const QString &text)
     {
@@ -74,7 +61,7 @@ protected:
     QString Found() const { return View->currentIndex().data().toString(); }
     QString Status() const { return Find<QLabel>(View.get(), "lblSearchStatus")->text(); }
 
-    std::unique_ptr<TNumbersModel> Model;
+    TGridModel<int> Model{Columns()};
     std::unique_ptr<QTableView> View;
     TGridSearchBar *Bar = nullptr;
     QLineEdit *Edit = nullptr;
@@ -97,6 +84,9 @@ TEST_F(TGridSearch, GoesThroughCellsBothWaysAndRound)
     EXPECT_EQ(View->selectionModel()->selectedIndexes().size(), 1);
     const QRect covered = Bar->geometry().translated(-View->viewport()->pos());
     EXPECT_FALSE(View->visualRect(View->currentIndex()).intersects(covered));
+    Press(Qt::Key_Escape);
+    EXPECT_FALSE(Bar->isVisible());
+    EXPECT_TRUE(View->hasFocus());
 }
 
 TEST_F(TGridSearch, SkipsHiddenColumnsAndGoesByRowWhereRowsAreSelected)
@@ -113,14 +103,6 @@ TEST_F(TGridSearch, SkipsHiddenColumnsAndGoesByRowWhereRowsAreSelected)
     Press(Qt::Key_Return);
     EXPECT_EQ(View->currentIndex().row(), 20);
     EXPECT_EQ(View->currentIndex().column(), 2) << "the first that is seen";
-}
-
-TEST_F(TGridSearch, EscapeClosesAndGivesTheFocusBack)
-{
-    Show(3);
-    Press(Qt::Key_Escape);
-    EXPECT_FALSE(Bar->isVisible());
-    EXPECT_TRUE(View->hasFocus());
 }
 
 TEST_F(TGridSearch, LeavesTheWindowAliveInAMillionRowsAndCanBeStopped)
@@ -144,9 +126,9 @@ TEST_F(TGridSearch, StopsWhenTheRowsChange)
     Show(1000000);
     QTest::keyClicks(Edit, "nowhere");
     ASSERT_TRUE(Bar->IsSearching());
-    Model->SetRows(5);
+    SetRows(5);
     EXPECT_FALSE(Bar->IsSearching());
-    Model->SetRows(0);
+    SetRows(0);
     Press(Qt::Key_Return);
     EXPECT_EQ(Status(), "Not found");
 }

@@ -159,15 +159,9 @@ TEST(TStyleTest, KeepsAThemeThatWasAskedFor)
     QApplication::setPalette(before);
 }
 
-struct TSettingsCase
-{
-    const char *Text;
-    TAppTheme Theme;
-};
-
 TEST(TStyleTest, ReadsTheDesktopsSettings)
 {
-    const TSettingsCase cases[] = {
+    const std::pair<const char *, TAppTheme> cases[] = {
         {"[Settings]\ngtk-application-prefer-dark-theme=1\n", atDark},
         {"[Settings]\ngtk-application-prefer-dark-theme=true\n", atDark},
         {"[Settings]\ngtk-application-prefer-dark-theme=0\ngtk-theme-name=Adwaita\n", atLight},
@@ -177,12 +171,12 @@ TEST(TStyleTest, ReadsTheDesktopsSettings)
     QTemporaryDir folder;
     const QString name = folder.filePath("settings.ini");
     EXPECT_EQ(TStyleSystem::ThemeOfGtkSettings(name), atLight) << "no file";
-    for (const TSettingsCase &row : cases) {
+    for (const auto &[text, theme] : cases) {
         QFile file(name);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(row.Text);
+        file.write(text);
         file.close();
-        EXPECT_EQ(TStyleSystem::ThemeOfGtkSettings(name), row.Theme) << row.Text;
+        EXPECT_EQ(TStyleSystem::ThemeOfGtkSettings(name), theme) << text;
     }
     EXPECT_EQ(TStyleSystem::Theme(TAppPalette::Palette(atDark)), atDark) << "the platform knows";
 }

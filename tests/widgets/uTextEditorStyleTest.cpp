@@ -111,9 +111,6 @@ TEST_F(TTextEditorStyle, FollowsEditsIntoLaterLines)
     Send(TSci::SCI_UNDO);
     StyleAll();
     EXPECT_EQ(StyleAt(last + 3), ssComment);
-    Send(TSci::SCI_UNDO);
-    StyleAll();
-    EXPECT_EQ(StyleAt(last), ssKeyword);
 }
 
 TEST_F(TTextEditorStyle, ReadsOnlyTheChangedLinesAgain)

@@ -6,21 +6,16 @@
 #include <QClipboard>
 #include <QMimeData>
 #include <QSignalSpy>
+#include <functional>
 
 namespace {
-
-struct TTextCase
-{
-    const char *Name;
-    QString Text;
-};
 
 QString Units(std::initializer_list<char16_t> units)
 {
     return QString(reinterpret_cast<const QChar *>(units.begin()), qsizetype(units.size()));
 }
 
-const TTextCase Texts[] = {
+const std::pair<const char *, QString> Texts[] = {
     {"Empty", QString()},
     {"Nul", Units({u'a', 0, u'b', 0, 0, u'c'})},
     {"OnlyNul", Units({0})},
@@ -38,77 +33,79 @@ const TTextCase Texts[] = {
     {"TrailingBlanksAndTabs", QStringLiteral("a  \n\t\n  b\t ")},
 };
 
-class TTextEditorText : public TTextEditorFixture, public testing::WithParamInterface<TTextCase>
+class TTextEditorText : public TTextEditorFixture
 {};
-
-INSTANTIATE_TEST_SUITE_P(Texts, TTextEditorText, testing::ValuesIn(Texts),
-                         [](const auto &info) { return info.param.Name; });
 
 } // namespace
 
-TEST_P(TTextEditorText, ComesOutAsItWentIn)
+TEST_F(TTextEditorText, ComesOutAsItWentIn)
 {
-    const QString text = GetParam().Text;
-    Editor->SetText(text);
-    Settle();
-    EXPECT_EQ(Editor->Text(), text);
-    EXPECT_FALSE(Editor->IsModified());
-    Editor->SelectAll();
-    EXPECT_EQ(Editor->SelectedText(), text);
-    Press(Qt::Key_End, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), text);
-}
-
-TEST_P(TTextEditorText, IsPastedIntoAnEmptyEditorAndUndoneInOneStep)
-{
-    const QString text = GetParam().Text;
-    const bool isMixed = text.count(u'\r') + text.count(u'\n') > 1;
-    Editor->PasteText(text);
-    if (!isMixed) { // mixed line ends become those of the first line
+    for (const auto &[name, text] : Texts) {
+        SCOPED_TRACE(name);
+        Load(text);
+        EXPECT_EQ(Editor->Text(), text);
+        EXPECT_FALSE(Editor->IsModified());
+        Press(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(Editor->Text(), text) << "there is nothing to undo";
+        Editor->SelectAll();
+        EXPECT_EQ(Editor->SelectedText(), text);
+        Press(Qt::Key_End, Qt::ControlModifier);
         EXPECT_EQ(Editor->Text(), text);
     }
-    EXPECT_EQ(Editor->IsModified(), !text.isEmpty());
-    Press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), QString());
 }
 
-TEST_P(TTextEditorText, GoesThroughTheClipboard)
+TEST_F(TTextEditorText, IsPastedIntoAnEmptyEditorAndUndoneInOneStep)
 {
-    const QString text = GetParam().Text;
-    if (text.isEmpty() || text.contains(u'\r') || text.contains(u'\n'))
-        return; // nothing to copy; line ends are converted
-    Editor->SetText(text);
-    Editor->SelectAll();
-    Press(Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QApplication::clipboard()->mimeData()->text(), text);
-    Press(Qt::Key_End, Qt::ControlModifier);
-    Press(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), text + text);
-}
-
-TEST_P(TTextEditorText, CountsBytesAndUnitsAlike)
-{
-    const QString text = GetParam().Text;
-    const QByteArray bytes = TTextEditorCodec::Encode(text);
-    EXPECT_EQ(TTextEditorCodec::UnitsOf(bytes), text.size());
-    qsizetype from = 0;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const bool insidePair = i > 0 && text[i].isLowSurrogate() && text[i - 1].isHighSurrogate();
-        if (insidePair)
-            continue;
-        const qsizetype at = TTextEditorCodec::BytesOf(bytes, i);
-        EXPECT_GE(at, from);
-        EXPECT_EQ(TTextEditorCodec::Decode(QByteArrayView(bytes).first(at)), text.first(i));
-        from = at + 1;
+    for (const auto &[name, text] : Texts) {
+        SCOPED_TRACE(name);
+        Load("");
+        Editor->PasteText(text);
+        const bool isMixed = text.count(u'\r') + text.count(u'\n') > 1;
+        if (!isMixed) { // mixed line ends become those of the first line
+            EXPECT_EQ(Editor->Text(), text);
+        }
+        EXPECT_EQ(Editor->IsModified(), !text.isEmpty());
+        Press(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(Editor->Text(), QString());
+        EXPECT_FALSE(Editor->IsModified());
     }
 }
 
-namespace {
-class TTextEditorState : public TTextEditorFixture
-{};
-} // namespace
+TEST_F(TTextEditorText, GoesThroughTheClipboard)
+{
+    for (const auto &[name, text] : Texts) {
+        if (text.isEmpty() || text.contains(u'\r') || text.contains(u'\n'))
+            continue; // nothing to copy; line ends are converted
+        SCOPED_TRACE(name);
+        Load(text);
+        Editor->SelectAll();
+        Press(Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(QApplication::clipboard()->mimeData()->text(), text);
+        Press(Qt::Key_End, Qt::ControlModifier);
+        Press(Qt::Key_V, Qt::ControlModifier);
+        EXPECT_EQ(Editor->Text(), text + text);
+    }
+}
 
-TEST_F(TTextEditorState, BrokenBytesInTheBufferBecomeReplacementCharacters)
+TEST(TTextEditorCodec, CountsBytesAndUnitsAlike)
+{
+    for (const auto &[name, text] : Texts) {
+        SCOPED_TRACE(name);
+        const QByteArray bytes = TTextEditorCodec::Encode(text);
+        EXPECT_EQ(TTextEditorCodec::UnitsOf(bytes), text.size());
+        qsizetype from = 0;
+        for (qsizetype i = 0; i < text.size(); ++i) {
+            if (i > 0 && text[i].isLowSurrogate() && text[i - 1].isHighSurrogate())
+                continue; // inside a pair
+            const qsizetype at = TTextEditorCodec::BytesOf(bytes, i);
+            EXPECT_GE(at, from);
+            EXPECT_EQ(TTextEditorCodec::Decode(QByteArrayView(bytes).first(at)), text.first(i));
+            from = at + 1;
+        }
+    }
+}
+
+TEST(TTextEditorCodec, BrokenBytesInTheBufferBecomeReplacementCharacters)
 {
     const QByteArray bytes("a\xFF\xED\xA0"
                            "b\xF4\x90\x80\x80\xC0\x80\xE2\x82");
@@ -119,7 +116,7 @@ TEST_F(TTextEditorState, BrokenBytesInTheBufferBecomeReplacementCharacters)
     EXPECT_EQ(text[4], u'b');
 }
 
-TEST_F(TTextEditorState, NewLinesEndAsTheFirstLineDoes)
+TEST_F(TTextEditorText, NewLinesEndAsTheFirstLineDoes)
 {
     const QString rows[][2] = {
         {"a\r\nb\n", "\r\n"}, {"a\nb\r\n", "\n"}, {"a\rb", "\r"}, {"a", "\n"}};
@@ -134,56 +131,31 @@ TEST_F(TTextEditorState, NewLinesEndAsTheFirstLineDoes)
     }
 }
 
-TEST_F(TTextEditorState, PasteReplacesTheSelectionAsOneStep)
-{
-    Load("one two three");
-    Send(TSci::SCI_SETSEL, 4, 7);
-    Editor->PasteText("2\n2");
-    EXPECT_EQ(Editor->Text(), "one 2\n2 three");
-    Press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), "one two three");
-}
-
-TEST_F(TTextEditorState, ModifiedMarkFollowsChangesAndUndo)
-{
-    Load("a");
-    EXPECT_FALSE(Editor->IsModified());
-    Type("x");
-    EXPECT_TRUE(Editor->IsModified());
-    Press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_FALSE(Editor->IsModified());
-    Editor->SetText("b");
-    Press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), "b");
-}
-
-TEST_F(TTextEditorState, TellsOfEveryChange)
+TEST_F(TTextEditorText, TellsOfEveryChange)
 {
     Load("select 1");
     QSignalSpy spy(Editor.get(), &TTextEditor::OnChange);
-    const auto told = [&](const char *what) {
+    const std::pair<const char *, std::function<void()>> changes[] = {
+        {"typing", [this] { Type("x"); }},
+        {"caret", [this] { Press(Qt::Key_Right); }},
+        {"selection", [this] { Press(Qt::Key_Right, Qt::ShiftModifier); }},
+        {"modified mark", [this] { Editor->SetModified(false); }},
+        {"read-only", [this] { Editor->SetReadOnly(true); }},
+        {"new text", [this] { Editor->SetText("y"); }},
+    };
+    for (const auto &[what, change] : changes) {
+        spy.clear();
+        change();
         Settle();
         EXPECT_GT(spy.count(), 0) << what;
-        spy.clear();
-    };
-    Type("x");
-    told("typing");
-    Press(Qt::Key_Right);
-    told("caret");
-    Press(Qt::Key_Right, Qt::ShiftModifier);
-    told("selection");
-    Editor->SetModified(false);
-    told("modified mark");
-    Editor->SetReadOnly(true);
-    told("read-only");
-    Editor->SetText("y");
-    told("new text");
+    }
+    spy.clear();
     Editor->SetReadOnly(true);
     Settle();
     EXPECT_EQ(spy.count(), 0) << "nothing changed";
 }
 
-TEST_F(TTextEditorState, ReadOnlyTakesNoInputButNewText)
+TEST_F(TTextEditorText, ReadOnlyTakesNoInputButNewText)
 {
     Editor->SetReadOnly(true);
     Editor->SetText("fixed");
@@ -195,7 +167,7 @@ TEST_F(TTextEditorState, ReadOnlyTakesNoInputButNewText)
     EXPECT_TRUE(Editor->IsReadOnly());
 }
 
-TEST_F(TTextEditorState, CaretGoesByCharactersNotBytes)
+TEST_F(TTextEditorText, CaretGoesByCharactersNotBytes)
 {
     Load(QStringLiteral("ä😀x\n日本"), 0, 3);
     EXPECT_EQ(Editor->CaretColumn(), 3);

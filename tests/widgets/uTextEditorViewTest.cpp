@@ -2,43 +2,14 @@
 
 #include "widgets/uEditorGutter.h"
 #include "widgets/uSqlHighlighter.h"
+#include "widgets/uStylePalette.h"
 #include "widgets/uTextEditorColors.h"
 
 #include <QApplication>
-#include <QFrame>
 #include <QScrollBar>
 #include <QWheelEvent>
-#include <cmath>
 
 namespace {
-
-QPalette DarkPalette()
-{
-    QPalette palette;
-    palette.setColor(QPalette::Base, QColor(30, 30, 30));
-    palette.setColor(QPalette::Text, QColor(220, 220, 220));
-    palette.setColor(QPalette::Window, QColor(45, 45, 45));
-    palette.setColor(QPalette::WindowText, Qt::white);
-    palette.setColor(QPalette::Highlight, QColor(40, 80, 120));
-    return palette;
-}
-
-// Relative luminance and contrast as the Web Content Accessibility Guidelines define them.
-double Luminance(const QColor &color)
-{
-    const auto linear = [](double c) {
-        return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-           0.0722 * linear(color.blueF());
-}
-
-double Contrast(const QColor &a, const QColor &b)
-{
-    const double x = Luminance(a) + 0.05;
-    const double y = Luminance(b) + 0.05;
-    return std::max(x, y) / std::min(x, y);
-}
 
 class TTextEditorView : public TTextEditorFixture
 {
@@ -69,32 +40,13 @@ TEST_F(TTextEditorView, GutterIsARuler)
     EXPECT_EQ(TEditorGutter::MarkOf(4, 4), "5");
 }
 
-TEST_F(TTextEditorView, GutterGrowsWithTheNumbersAndTheZoom)
-{
-    auto *gutter = Part<TEditorGutter>("gutter");
-    Load("a");
-    const int narrow = gutter->width();
-    Load(QString("\n").repeated(200'000));
-    EXPECT_GT(gutter->width(), narrow);
-    const int wide = gutter->width();
-    Press(Qt::Key_Plus, Qt::ControlModifier);
-    Press(Qt::Key_Plus, Qt::ControlModifier);
-    EXPECT_GT(gutter->width(), wide);
-    Press(Qt::Key_0, Qt::ControlModifier);
-    EXPECT_EQ(gutter->width(), wide);
-}
-
-TEST_F(TTextEditorView, GutterIsRepaintedAsTheTextScrolls)
+TEST_F(TTextEditorView, GutterShowsTheLinesThatAreSeen)
 {
     Load(QString("\n").repeated(500));
-    auto *gutter = Part<TEditorGutter>("gutter");
-    const QImage atTop = gutter->grab().toImage();
+    const QImage atTop = Part("gutter")->grab().toImage();
     Editor->SetCaret(330, 0);
     Settle();
-    EXPECT_NE(gutter->grab().toImage(), atTop);
-    Editor->SetCaret(0, 0);
-    Settle();
-    EXPECT_EQ(gutter->grab().toImage(), atTop);
+    EXPECT_NE(Part("gutter")->grab().toImage(), atTop);
 }
 
 TEST_F(TTextEditorView, GutterSelectsLines)
@@ -111,16 +63,23 @@ TEST_F(TTextEditorView, GutterSelectsLines)
     EXPECT_EQ(Editor->SelectedText(), "two\nthree\nfour");
 }
 
-TEST_F(TTextEditorView, ZoomsByKeysAndWheel)
+TEST_F(TTextEditorView, ZoomsByKeysAndWheelAndTheGutterWithIt)
 {
     const auto zoom = [this] { return Send(TSci::SCI_GETZOOM); };
+    const QWidget *gutter = Part("gutter");
+    Load("a");
+    const int narrow = gutter->width();
+    Load(QString("\n").repeated(200'000));
+    const int wide = gutter->width();
+    EXPECT_GT(wide, narrow);
     Press(Qt::Key_Plus, Qt::ControlModifier);
+    Press(Qt::Key_Plus, Qt::ControlModifier);
+    EXPECT_GT(gutter->width(), wide);
+    Press(Qt::Key_Minus, Qt::ControlModifier);
     EXPECT_EQ(zoom(), 1);
-    Press(Qt::Key_Minus, Qt::ControlModifier);
-    Press(Qt::Key_Minus, Qt::ControlModifier);
-    EXPECT_EQ(zoom(), -1);
     Press(Qt::Key_0, Qt::ControlModifier);
     EXPECT_EQ(zoom(), 0);
+    EXPECT_EQ(gutter->width(), wide);
     QWidget *viewport = Editor->Editor()->viewport();
     QWheelEvent wheel(QPointF(9, 9), viewport->mapToGlobal(QPointF(9, 9)), {}, {0, 120},
                       Qt::NoButton, Qt::ControlModifier, Qt::NoScrollPhase, false);
@@ -128,32 +87,23 @@ TEST_F(TTextEditorView, ZoomsByKeysAndWheel)
     EXPECT_GT(zoom(), 0);
 }
 
-TEST_F(TTextEditorView, FollowsThePalette)
+TEST_F(TTextEditorView, FollowsThePaletteWithReadableStyles)
 {
-    for (const QPalette &palette : {QPalette(Qt::white), DarkPalette(), QPalette(Qt::white)}) {
+    for (const TAppTheme theme : {atLight, atDark, atLight}) {
+        const QPalette palette = TAppPalette::Palette(theme);
+        const QColor base = palette.color(QPalette::Base);
         Editor->setPalette(palette);
         Settle();
-        EXPECT_EQ(Color(TSci::SCI_STYLEGETBACK, 0), palette.color(QPalette::Base));
+        EXPECT_EQ(Color(TSci::SCI_STYLEGETBACK, 0), base);
         EXPECT_EQ(Color(TSci::SCI_STYLEGETFORE, 0), palette.color(QPalette::Text));
-        Editor->SetActiveLineVisible(false);
-        EXPECT_EQ(QColor(PixelRightOfText()), palette.color(QPalette::Base));
-        Editor->SetActiveLineVisible(true);
-    }
-}
-
-TEST_F(TTextEditorView, EveryStyleIsReadableInLightAndDark)
-{
-    QPalette light;
-    light.setColor(QPalette::Base, Qt::white);
-    light.setColor(QPalette::Text, Qt::black);
-    for (const QPalette &palette : {light, DarkPalette()}) {
-        Editor->setPalette(palette);
-        Settle();
         for (int style = 0; style < ssCount; ++style) {
             const QColor text = Color(TSci::SCI_STYLEGETFORE, style);
-            EXPECT_GE(Contrast(text, palette.color(QPalette::Base)), 4.5) << style;
-            EXPECT_GE(Contrast(text, TTextEditorColors(palette).ActiveLine()), 4.0) << style;
+            for (const QColor &paper : {base, TTextEditorColors(palette).ActiveLine()})
+                EXPECT_GE(TAppPalette::Contrast(text, paper), 4.5) << style;
         }
+        Editor->SetActiveLineVisible(false);
+        EXPECT_EQ(QColor(PixelRightOfText()), base);
+        Editor->SetActiveLineVisible(true);
     }
 }
 

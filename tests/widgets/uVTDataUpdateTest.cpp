@@ -31,7 +31,7 @@ TEST_F(TVTDataUpdateCycle, LeavesWhatWasAddedAgainInOrder)
         SCOPED_TRACE(row.Name);
         Fill(row.Before);
         QHash<QString, TVTDataItem *> kept;
-        for (const QString &id : row.After)
+        for (const QString &id : row.Before)
             kept.insert(id, Manager.FindNode(id));
         Fill(row.After);
         QStringList ordered = row.After;
@@ -42,7 +42,7 @@ TEST_F(TVTDataUpdateCycle, LeavesWhatWasAddedAgainInOrder)
         for (int i = 0; i < ordered.size(); ++i) {
             TVTDataItem *item = Manager.FindNode(ordered[i]);
             EXPECT_EQ(item, Manager.DataList()->Items(i));
-            EXPECT_TRUE(!kept[ordered[i]] || kept[ordered[i]] == item) << qPrintable(ordered[i]);
+            EXPECT_EQ(kept.value(ordered[i], item), item) << "the node that it was";
         }
     }
 }

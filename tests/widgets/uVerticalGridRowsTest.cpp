@@ -10,15 +10,9 @@ namespace {
 
 enum TOption { opUnknown, opCascaded, opLocal, opUnlisted };
 
-struct TNamed
+struct TNote
 {
     QString Name;
-    bool operator==(const TNamed &) const = default;
-};
-
-struct TNote : TNamed
-{
-    QString Format;
     QString Secret;
     TOption Option = opUnknown;
     quint64 Next = 0;
@@ -30,28 +24,19 @@ struct TNote : TNamed
     bool operator==(const TNote &) const = default;
 };
 
+QList<int> Codes()
+{
+    return {opUnknown, opLocal, opCascaded};
+}
+
 const TPropertyRows<TNote> Rows = {
     {.Caption = "Name", .Field = &TNote::Name},
-    {.Caption = "Format",
-     .Kind = rkFixedCombo,
-     .Field = &TNote::Format,
-     .WhenEmpty = "default",
-     .Values =
-         [] {
-             return QStringList{"plain", "rich"};
-         }},
     {.Caption = "Secret word", .Kind = rkMasked, .Field = &TNote::Secret},
     {.Caption = "Check option",
      .Kind = rkFixedCombo,
      .Field = &TNote::Option,
-     .Values =
-         [] {
-             return QStringList{"none", "local", "cascaded"};
-         },
-     .Codes =
-         [] {
-             return QList<int>{opUnknown, opLocal, opCascaded};
-         }},
+     .Values = [] { return QString("none local cascaded").split(' '); },
+     .Codes = Codes},
     {.Caption = "Next", .Field = &TNote::Next},
     {.Caption = "Ratio", .Field = &TNote::Ratio},
     {.Caption = "Recurring",
@@ -85,7 +70,6 @@ protected:
         Grid.resize(400, 500);
         TGuiTools::Show(&Grid);
         Note.Name = "n";
-        Note.Format = "rich";
         Note.Secret = " s ";
         Note.Option = opLocal;
         Note.Next = 1ull << 62;
