@@ -80,9 +80,10 @@ TEST(TPrivilegeTables, TellTheSameOfEachPrivilege)
     for (const TDbmPrivilegeText &text : TDbmLevelPrivileges::UserPrivs()) {
         words.insert(text.Word);
         bits.Include(static_cast<TDbmUserPriv>(text.Bit));
-        const auto parsed = families.Parse<TDbmPrivileges>(
-            QString("SELECT 'y' AS ") + text.Stored,
-            [&](const TDataSet &row) { return (*owner).ParsePrivilegesFromFields(row); });
+        const auto parsed =
+            families.Parse(QString("SELECT 'y' AS ") + text.Stored, [&](const TDataSet &row) {
+                return (*owner).ParsePrivilegesFromFields(row);
+            });
         EXPECT_EQ((*owner).FormatPrivileges(parsed), text.Word);
     }
     EXPECT_EQ(bits, TDbmUserPrivs::UpTo(upTrigger));
