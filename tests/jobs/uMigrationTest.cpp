@@ -49,15 +49,10 @@ TEST_P(TMigrationTest, WhatADumpOrAMigrationBringsIsTheSame)
     ExpectSame(before, Contents(copy));
     ExpectSame(sums, Checksum(copy).Lines);
 
-    const TJobRun dump = Dump();
-    EXPECT_EQ(dump.Error, "");
-    EXPECT_EQ(dump.Lines.first(), "Opening connection");
-    EXPECT_EQ(dump.Lines.last(), "Closing file");
+    EXPECT_EQ(Dump().Error, "");
     Reload();
     ExpectSame(before, Contents());
     ExpectSame(sums, Checksum().Lines);
-    if (HasFailure())
-        std::fputs(Text().c_str(), stderr);
 
     // What is there is replaced, and what the source does not have stays.
     copy.Exec("CREATE TABLE own (id INT); DELETE FROM log_of");

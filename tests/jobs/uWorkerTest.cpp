@@ -132,18 +132,6 @@ TEST(TThreads, ATimerRunsOnTheMainThreadUntilItIsEnded)
     EXPECT_EQ(ticks, ended);
 }
 
-TEST(TThreads, FireAndForgetSwallowsItsFailure)
-{
-    std::atomic<int> ran = 0;
-    TThreadUtils::Start([&] {
-        ++ran;
-        throw EException("nobody hears this");
-    });
-    TThreadUtils::Start([&] { ++ran; });
-    TThreadUtils::WaitForAll();
-    EXPECT_EQ(ran, 2);
-}
-
 TEST(TOpenManagerJob, HandsAConnectedManagerOver)
 {
     TDbmOpenManagerWorker worker;

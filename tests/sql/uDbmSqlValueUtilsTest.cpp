@@ -103,10 +103,6 @@ TEST(TParsing, GivesTheDefaultForWhatIsNoValue)
     EXPECT_EQ(TUtils::ParseDateTime("2010-05-01 12:30:01", def),
               TVariant(DateTime(2010, 5, 1, 12, 30, 1)));
     EXPECT_EQ(TUtils::ParseDateTime("0000-00-00 00:00:00", def), def);
-}
-
-TEST(TParsing, TakesWordsAndNumbersForBooleans)
-{
     for (const char *text : {"true", "TRUE", "1", "-2", "0.5"})
         EXPECT_EQ(TUtils::ParseBoolean(text), TVariant(true)) << text;
     for (const char *text : {"False", "0", "", "yes", "nan"})

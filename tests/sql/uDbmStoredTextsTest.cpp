@@ -223,11 +223,7 @@ TEST(TIntervals, AreReadWrittenAndShown)
     mixed.Years = 1;
     mixed.Weeks = 2;
     EXPECT_EQ(TDbmIntervalUtils::FormatValue(mixed), "1 YEAR") << "smaller ones have no room";
-}
 
-TEST(TIntervals, SayWhatTheyCannotRead)
-{
-    TDbmInterval interval;
     const auto parse = [&](const char *value, const char *unit) {
         return MessageOf([&] { TDbmIntervalUtils::ParseValue(value, unit, interval); });
     };
