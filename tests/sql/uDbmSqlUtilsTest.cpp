@@ -22,8 +22,6 @@ TEST(TNames, AreWrappedAndNeverRepaired)
 
 TEST(TParameterisedStatements, NameNewAndFormerValues)
 {
-    EXPECT_EQ(TDbmSqlUtils::FormatUpdateSQLInsert("d", "t", {"a", "b"}),
-              "INSERT INTO `d`.`t` (`a`, `b`) VALUES (:a, :b)");
     EXPECT_EQ(TDbmSqlUtils::FormatUpdateSQLUpdate("d", "t", {"id", "k"}, {"a", "b"}),
               "UPDATE `d`.`t` SET `a` = :a, `b` = :b WHERE (`id` = :OLD_id) AND (`k` = :OLD_k)");
     EXPECT_EQ(TDbmSqlUtils::FormatUpdateSQLDelete("", "t", {"id"}),
