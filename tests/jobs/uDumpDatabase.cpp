@@ -1,6 +1,6 @@
 #include "uDumpDatabase.h"
 
-#include <QRegularExpression>
+#include <vector>
 
 namespace {
 
@@ -75,14 +75,14 @@ const char *const Common[] = {
     " DISABLE COMMENT 'ev''ent' DO DELETE FROM log_of WHERE what = ';'",
 };
 
-const char *const OfMariaDB[] = {
+const std::vector<const char *> OfMariaDB = {
     "CREATE TABLE maria (u UUID PRIMARY KEY, i INET6, j JSON CHECK (json_valid(j)),"
     " d DATETIME DEFAULT current_timestamp() ON UPDATE current_timestamp(),"
     " x VARCHAR(40) DEFAULT (CONCAT('a', 'b')), KEY unused (d) IGNORED)",
     "INSERT INTO maria (u, i, j) VALUES ('123e4567-e89b-12d3-a456-426614174000', '::1', '{}')",
 };
 
-const char *const OfMySQL[] = {
+const std::vector<const char *> OfMySQL = {
     "CREATE TABLE oracle (id INT, x VARCHAR(40) DEFAULT (CONCAT('a', _utf8mb4'b')),"
     " g POINT NOT NULL SRID 4326, v VECTOR(3), KEY unused (id) INVISIBLE)",
     "INSERT INTO oracle (id, g, v) VALUES (1, ST_GeomFromText('POINT(1 2)', 4326),"
@@ -136,12 +136,8 @@ void DumpDatabase::Fill(const TTestDatabase &database)
 {
     for (const char *sql : Common)
         database.Exec(QString::fromUtf8(sql));
-    if (database.Server().Kind() == skMariaDB)
-        for (const char *sql : OfMariaDB)
-            database.Exec(QString::fromUtf8(sql));
-    else
-        for (const char *sql : OfMySQL)
-            database.Exec(QString::fromUtf8(sql));
+    for (const char *sql : database.Server().Kind() == skMariaDB ? OfMariaDB : OfMySQL)
+        database.Exec(QString::fromUtf8(sql));
 }
 
 QStringList DumpDatabase::Contents(const TTestServer &server, const QString &database)
@@ -154,30 +150,36 @@ QStringList DumpDatabase::Contents(const TTestServer &server, const QString &dat
         lines += Definition(server, "TABLE", Quoted(database, table), 1);
         lines += TableRows(server, database, table);
     }
-    const QString where = "_schema = '" + database + "' ORDER BY 1, 2";
     for (const QStringList &row : server.Rows("SELECT table_name, view_definition, security_type,"
                                               " check_option FROM information_schema.views WHERE"
-                                              " table" +
-                                              where))
+                                              " table_schema = '" +
+                                              database + "' ORDER BY 1"))
         lines += row.join('|').replace(database, "@") + '|' +
                  Definition(server, "VIEW", Quoted(database, row.first()), 1).section(' ', 1, 1);
-    for (const QStringList &row :
-         server.Rows("SELECT routine_name, routine_type, routine_definition, routine_comment,"
-                     " is_deterministic, sql_data_access, dtd_identifier, character_set_name,"
-                     " collation_name FROM"
-                     " information_schema.routines WHERE routine" +
-                     where))
-        lines += row.join('|').replace("\r\n", "\n");
-    for (const QStringList &row :
-         server.Rows("SELECT trigger_name, event_object_table, action_timing, event_manipulation,"
-                     " action_statement FROM information_schema.triggers WHERE trigger" +
-                     where))
-        lines += row.join('|').replace("\r\n", "\n").trimmed();
-    for (const QStringList &row :
-         server.Rows("SELECT event_name, event_definition, interval_value, interval_field, starts,"
-                     " status, on_completion, event_comment FROM information_schema.events WHERE"
-                     " event" +
-                     where))
-        lines += row.join('|');
+    return lines + Programs(server, database);
+}
+
+QStringList DumpDatabase::Programs(const TTestServer &server, const QString &database)
+{
+    const char *const queries[] = {
+        "SELECT 'routine', routine_name, routine_type, dtd_identifier, routine_definition,"
+        " is_deterministic, sql_data_access, security_type, routine_comment, character_set_name,"
+        " collation_name FROM information_schema.routines WHERE routine_schema = '%1'",
+        "SELECT 'parameter', specific_name, routine_type, ordinal_position, parameter_mode,"
+        " parameter_name, dtd_identifier FROM information_schema.parameters WHERE specific_schema ="
+        " '%1' AND ordinal_position > 0",
+        "SELECT 'trigger', trigger_name, event_object_table, action_timing, event_manipulation,"
+        " action_statement FROM information_schema.triggers WHERE trigger_schema = '%1'",
+        "SELECT 'event', event_name, event_definition, interval_value, interval_field, starts,"
+        " status, on_completion, event_comment FROM information_schema.events WHERE event_schema ="
+        " '%1'"};
+    QStringList lines;
+    for (const char *query : queries)
+        for (QStringList cells : server.Rows(QString(query).arg(database))) {
+            for (QString &cell : cells)
+                cell = cell.replace("\r\n", "\n").trimmed();
+            lines += cells.join('|');
+        }
+    lines.sort();
     return lines;
 }

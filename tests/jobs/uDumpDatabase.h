@@ -15,4 +15,8 @@ void Fill(const TTestDatabase &database);
 /// FLOAT columns are read with all of their digits, bytes as hexadecimal digits.
 QStringList Contents(const TTestServer &server, const QString &database);
 
+/// The routines with their parameters, triggers and events of a database, as lines of cells that
+/// begin with the kind.
+QStringList Programs(const TTestServer &server, const QString &database);
+
 } // namespace DumpDatabase

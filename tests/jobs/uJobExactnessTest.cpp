@@ -17,10 +17,8 @@ TEST(TDbmFileTextsTest, FitsBodiesForTheReaderOfFiles)
     } bodies[] = {
         {"BEGIN\r\n  SELECT 'a; -- b';\n\n  /* c\nd */ SELECT 1; -- e\nEND", nullptr, {}},
         {"BEGIN\n  -- it's\n  SELECT 1;\nEND", nullptr, {"comment lines"}},
-        {"BEGIN # a\n# 'b\nEND", nullptr, {"comment lines"}},
         {"SELECT 'a\r\nb', `c\r\nd`", nullptr, {}},
         {"SELECT 'a\nb'", "SELECT 'a\\nb'", {}},
-        {"SELECT \"a \r\nb\"", "SELECT \"a \\r\\nb\"", {}},
         {"SELECT 'it''s\r\n-- b\\'\r\n'", "SELECT 'it''s\\r\\n-- b\\'\\r\\n'", {}},
         {"SELECT 1 /* a\n  # b */", "SELECT 1 /* a   # b */", {}},
         {"BEGIN\n  Delimiter_of(1);\nEND", "BEGIN\n  /**/Delimiter_of(1);\nEND", {}},
@@ -38,15 +36,7 @@ TEST(TDbmFileTextsTest, FitsBodiesForTheReaderOfFiles)
     EXPECT_EQ(TDbmFileTexts::Delimiter("# $$\n# //\n# $$$\n# $END1$ \nEND"), "$end2$");
 }
 
-class TJobExactnessTest : public TJobRunsTest
-{
-protected:
-    void Reload() const
-    {
-        Server().Exec("DROP DATABASE " + Name());
-        EXPECT_EQ(Load().Error, "");
-    }
-};
+using TJobExactnessTest = TJobRunsTest;
 
 TEST_P(TJobExactnessTest, TextsOutsideTheCharsetOfASessionTravelWhole)
 {
@@ -119,7 +109,7 @@ TEST_P(TJobExactnessTest, BodiesOfProgramsArriveAsTheyWere)
           "comment lines of procedure \"said\"", "sql_mode \"\" of procedure \"lenient\"",
           "collation utf8mb4_bin of function \"letters\"",
           "collation utf8mb4_bin of view \"letters\""})
-        EXPECT_THAT(run.LeftOut(), Contains(QString("Left out: ") + line));
+        EXPECT_THAT(run.LeftOut(), Contains(QString(line)));
     Reload();
     EXPECT_EQ(Value("SELECT joined()"), "a\\b");
     EXPECT_EQ(Value("SELECT quoted()"), "' OR '");
@@ -158,8 +148,6 @@ TEST_P(TJobExactnessTest, WhatATableHasIsCarriedOrNamed)
                  : QStringList{"option zoo of column \"a b\" of table \"x\"",
                                "option WITHOUT SYSTEM VERSIONING of column \"c\" of table \"x\"",
                                "system versioning of table \"x\""};
-    for (QString &line : named)
-        line.prepend("Left out: ");
     EXPECT_THAT(run.LeftOut(), testing::UnorderedElementsAreArray(named));
     Reload();
     const QString options = Value("SELECT create_options FROM information_schema.tables WHERE"

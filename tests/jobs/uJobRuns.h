@@ -24,7 +24,10 @@ struct TJobRun
     QString Error;     // empty when the job completed
     QString Statement; // that failed
     bool Has(const QString &line) const { return Lines.contains(line); }
-    QStringList LeftOut() const { return Lines.filter("Left out: "); }
+    QStringList LeftOut() const
+    {
+        return Lines.filter("Left out: ").replaceInStrings("Left out: ", QString());
+    }
 };
 
 /// Called at each line of a job's log; the job waits meanwhile, so what is done here is done at
@@ -109,6 +112,11 @@ protected:
         return Run(worker, atLine);
     }
     TJobRun Load() const { return LoadOn(Server()); }
+    void Reload() const
+    {
+        Server().Exec("DROP DATABASE " + Name());
+        EXPECT_EQ(Load().Error, "");
+    }
     /// With the test's database in use.
     TJobRun LoadText(const QByteArray &text, const TAtLine &atLine = {}) const
     {

@@ -23,8 +23,7 @@ TEST_P(TMigrationTest, RowsAreThoseOfOneMoment)
     };
     EXPECT_EQ(Dump(change).Error, "");
     EXPECT_EQ(Value("SELECT COUNT(*) FROM a"), "2");
-    Server().Exec("DROP DATABASE " + Name());
-    EXPECT_EQ(Load().Error, "");
+    Reload();
     expectOld(*FDatabase);
     const TTestDatabase target(Server());
     EXPECT_EQ(Migrate(target, change).Error, "");
@@ -42,8 +41,6 @@ TEST_P(TMigrationTest, WhatADumpOrAMigrationBringsIsTheSame)
     Server().Exec("DROP DATABASE " + copy.Name());
     const TJobRun run = Migrate(copy);
     EXPECT_EQ(run.Error, "");
-    EXPECT_EQ(run.Lines.value(0), "Opening source connection");
-    EXPECT_EQ(run.Lines.value(2), "Opening target connection");
     EXPECT_EQ(run.Lines.mid(4, 4),
               (QStringList{"Getting the current charset on the source connection",
                            "Setting the charset to \"utf8mb4\" on the target connection",
@@ -52,16 +49,10 @@ TEST_P(TMigrationTest, WhatADumpOrAMigrationBringsIsTheSame)
     ExpectSame(before, Contents(copy));
     ExpectSame(sums, Checksum(copy).Lines);
 
-    const TJobRun dump = Dump();
-    EXPECT_EQ(dump.Error, "");
-    EXPECT_EQ(dump.Lines.first(), "Opening connection");
-    EXPECT_EQ(dump.Lines.last(), "Closing file");
-    Server().Exec("DROP DATABASE " + Name());
-    EXPECT_EQ(Load().Error, "");
+    EXPECT_EQ(Dump().Error, "");
+    Reload();
     ExpectSame(before, Contents());
     ExpectSame(sums, Checksum().Lines);
-    if (HasFailure())
-        std::fputs(Text().c_str(), stderr);
 
     // What is there is replaced, and what the source does not have stays.
     copy.Exec("CREATE TABLE own (id INT); DELETE FROM log_of");
@@ -87,27 +78,21 @@ TEST_P(TMigrationTest, TheLogNamesWhatIsLeftOut)
     Exec("CREATE DEFINER=root@localhost EVENT e ON SCHEDULE EVERY 1 DAY DISABLE DO SET @x = 1");
     QStringList wanted{"fulltext index \"words\" of table \"f\"",
                        "spatial index \"places\" of table \"f\"",
-                       "check \"positive\" of table \"f\"",
-                       "partitions of table \"parts\"",
-                       "foreign key \"away\" of table \"f\" into database \"" + other.Name() + '"',
-                       "definer root@localhost of view \"v\"",
-                       "definer root@localhost of procedure \"p\"",
-                       "definer root@localhost of function \"fn\"",
-                       "definer root@localhost of trigger \"tr\"",
-                       "definer root@localhost of event \"e\""};
+                       "check \"positive\" of table \"f\"", "partitions of table \"parts\"",
+                       "foreign key \"away\" of table \"f\" into database \"" + other.Name() + '"'};
+    for (const char *object :
+         {"view \"v\"", "procedure \"p\"", "function \"fn\"", "trigger \"tr\"", "event \"e\""})
+        wanted += QString("definer root@localhost of ") + object;
     if (GetParam() == skMariaDB) {
         Exec("CREATE SEQUENCE s");
         Exec("CREATE TABLE spans (a DATE, b DATE, PERIOD FOR span (a, b))");
         wanted += {"sequence \"s\"", "period \"span\" of table \"spans\""};
     }
-    for (QString &line : wanted)
-        line.prepend("Left out: ");
     for (const TJobRun &run : {Migrate(target), Dump()}) {
         EXPECT_EQ(run.Error, "");
         EXPECT_THAT(run.LeftOut(), testing::UnorderedElementsAreArray(wanted));
     }
-    Server().Exec("DROP DATABASE " + Name());
-    EXPECT_EQ(Load().Error, "");
+    Reload();
     EXPECT_EQ(Value("SELECT COUNT(*) FROM v"), "1");
 }
 
@@ -130,19 +115,8 @@ QStringList Shape(const TTestDatabase &database)
         " AS r ON r.constraint_schema = k.constraint_schema AND r.constraint_name ="
         " k.constraint_name AND r.table_name = k.table_name WHERE k.table_schema = '%1'",
         "SELECT 'view', table_name, check_option, security_type FROM information_schema.views WHERE"
-        " table_schema = '%1'",
-        "SELECT 'routine', routine_name, routine_type, dtd_identifier, routine_definition,"
-        " is_deterministic, sql_data_access, security_type, routine_comment FROM"
-        " information_schema.routines WHERE routine_schema = '%1'",
-        "SELECT 'parameter', specific_name, routine_type, ordinal_position, parameter_mode,"
-        " parameter_name, dtd_identifier FROM information_schema.parameters WHERE specific_schema ="
-        " '%1' AND ordinal_position > 0",
-        "SELECT 'trigger', trigger_name, event_object_table, action_timing, event_manipulation,"
-        " action_statement FROM information_schema.triggers WHERE trigger_schema = '%1'",
-        "SELECT 'event', event_name, event_definition, interval_value, interval_field, starts,"
-        " status, on_completion, event_comment FROM information_schema.events WHERE event_schema ="
-        " '%1'"};
-    QStringList lines;
+        " table_schema = '%1'"};
+    QStringList lines = DumpDatabase::Programs(database.Server(), database.Name());
     for (const QString &query : queries)
         for (QStringList cells : database.Rows(query.arg(database.Name()))) {
             if (cells[0] == u"column") {
@@ -156,8 +130,6 @@ QStringList Shape(const TTestDatabase &database)
                     .replace("current_timestamp()", "CURRENT_TIMESTAMP");
                 extra = extra.trimmed();
             }
-            for (QString &cell : cells)
-                cell = cell.replace("\r\n", "\n").trimmed();
             lines += cells.join('|');
         }
     lines.sort();

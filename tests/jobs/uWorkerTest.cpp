@@ -1,6 +1,5 @@
 #include "core/uServerProfile.h"
 #include "jobs/uDbmOpenManagerWorker.h"
-#include "jobs/uDbmTestConnectionWorker.h"
 #include "jobs/uWorkerThreads.h"
 #include "support/uException.h"
 #include "support/uMainThread.h"
@@ -73,26 +72,19 @@ protected:
 
 TEST(TWorkerTest, LogsAndEndsOnTheMainThread)
 {
-    TCounting worker;
-    const TListener heard(worker);
-    EXPECT_EQ(worker.Status(), wsNotStarted);
-    worker.Start();
-    ASSERT_TRUE(Finished(worker));
-    EXPECT_EQ(heard.Lines, (QStringList{"line 1", "line 2", "line 3"}));
-    EXPECT_EQ(heard.Statuses, (QList<TWorkerStatus>{wsStarted, wsFinished}));
-    EXPECT_GE(heard.Seconds, 0);
-    EXPECT_TRUE(heard.OnMain);
-}
-
-TEST(TWorkerTest, AFailureIsToldInPlaceOfTheCompletion)
-{
-    TCounting worker;
-    worker.Fails = true;
-    const TListener heard(worker);
-    worker.Start();
-    ASSERT_TRUE(Finished(worker));
-    EXPECT_EQ(heard.Error, "the job failed");
-    EXPECT_EQ(heard.Seconds, -1);
+    for (const bool fails : {false, true}) {
+        TCounting worker;
+        worker.Fails = fails;
+        const TListener heard(worker);
+        EXPECT_EQ(worker.Status(), wsNotStarted);
+        worker.Start();
+        ASSERT_TRUE(Finished(worker));
+        EXPECT_EQ(heard.Lines, (QStringList{"line 1", "line 2", "line 3"}));
+        EXPECT_EQ(heard.Statuses, (QList<TWorkerStatus>{wsStarted, wsFinished}));
+        EXPECT_TRUE(heard.OnMain);
+        EXPECT_EQ(heard.Error, fails ? "the job failed" : "");
+        EXPECT_EQ(heard.Seconds == -1, fails) << "a failure is told in place of the completion";
+    }
 }
 
 // Nobody pumps events here: the wait itself has to serve the job's lines.
@@ -140,18 +132,6 @@ TEST(TThreads, ATimerRunsOnTheMainThreadUntilItIsEnded)
     EXPECT_EQ(ticks, ended);
 }
 
-TEST(TThreads, FireAndForgetSwallowsItsFailure)
-{
-    std::atomic<int> ran = 0;
-    TThreadUtils::Start([&] {
-        ++ran;
-        throw EException("nobody hears this");
-    });
-    TThreadUtils::Start([&] { ++ran; });
-    TThreadUtils::WaitForAll();
-    EXPECT_EQ(ran, 2);
-}
-
 TEST(TOpenManagerJob, HandsAConnectedManagerOver)
 {
     TDbmOpenManagerWorker worker;
@@ -164,32 +144,6 @@ TEST(TOpenManagerJob, HandsAConnectedManagerOver)
     EXPECT_TRUE(manager->Provider().Connection().Connected());
     EXPECT_EQ(heard.Lines.size(), 1);
     EXPECT_GE(heard.Seconds, 0.99) << "a window that flashes by cannot be read";
-}
-
-TEST(TOpenManagerJob, FailsWithTheServersWords)
-{
-    TDbmOpenManagerWorker worker;
-    worker.FProfile = ServerProfile(TTestServer::Instance());
-    worker.FProfile.UserName = "nobody";
-    worker.FProfile.Password = "wrong";
-    const TListener heard(worker);
-    worker.Start();
-    ASSERT_TRUE(Finished(worker));
-    EXPECT_FALSE(worker.FIsSuccess);
-    EXPECT_EQ(worker.FManager, nullptr);
-    EXPECT_TRUE(heard.Error.startsWith("(1045) ")) << heard.Error.toStdString();
-}
-
-TEST(TTestConnectionJob, SaysThatItSucceeded)
-{
-    TDbmTestConnectionWorker worker;
-    worker.FProfile = ServerProfile(TTestServer::Instance());
-    const TListener heard(worker);
-    worker.Start();
-    ASSERT_TRUE(Finished(worker));
-    EXPECT_TRUE(worker.FIsSuccess);
-    EXPECT_EQ(heard.Lines.last(), "Connection to \"" + worker.FProfile.GetDisplayString() +
-                                      "\" successfully completed.");
 }
 
 } // namespace

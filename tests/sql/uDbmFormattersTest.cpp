@@ -47,16 +47,6 @@ TEST(TControlTexts, FollowTheServer)
                     .contains("DISABLE ON SLAVE"));
 }
 
-TEST(TControlTexts, WriteWhatTheyAreGiven)
-{
-    const TDbmServerFeatures features;
-    EXPECT_EQ(TDbmProcessFormatters(&features).FormatKillQuery(-1),
-              "KILL QUERY 18446744073709551615");
-    const TDbmPluginFormatters plugins(&features);
-    EXPECT_EQ(plugins.FormatInstall("p", "ha_p.so"), "INSTALL PLUGIN `p` SONAME 'ha_p.so'");
-    EXPECT_EQ(plugins.FormatUninstall("p"), "UNINSTALL PLUGIN `p`");
-}
-
 // A text with nothing to escape goes out to the byte as it is; a quote never ends the literal.
 TEST(TQuotedTexts, AreEscapedOnlyWhereTheyMust)
 {
@@ -81,14 +71,13 @@ TEST(TQuotedTexts, AreEscapedOnlyWhereTheyMust)
         EXPECT_TRUE(text.contains("'it\\'s \\\\'")) << text.toStdString();
 }
 
-TEST(TControlTexts, LockOneTableAtATime)
+TEST(TControlTexts, NameWhatTheyActOn)
 {
     const TDbmServerFeatures features;
-    const TDbmOtherFormatters formatters(&features);
-    EXPECT_EQ(formatters.FormatLockTable("d", "t", ltoRead), "LOCK TABLE `d`.`t` READ");
-    EXPECT_EQ(formatters.FormatLockTable("", "t", ltoWrite), "LOCK TABLE `t` WRITE");
-    EXPECT_EQ(formatters.FormatSetNames("utf8mb4"), "SET NAMES 'utf8mb4'");
-    EXPECT_EQ(formatters.FormatDelimiter("$$"), "DELIMITER $$");
+    EXPECT_EQ(TDbmProcessFormatters(&features).FormatKillQuery(-1),
+              "KILL QUERY 18446744073709551615");
+    EXPECT_EQ(TOther(&features).FormatLockTable("d", "t", ltoRead), "LOCK TABLE `d`.`t` READ");
+    EXPECT_EQ(TOther(&features).FormatLockTable("", "t", ltoWrite), "LOCK TABLE `t` WRITE");
 }
 
 } // namespace

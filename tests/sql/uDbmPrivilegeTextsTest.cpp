@@ -6,47 +6,16 @@
 
 namespace {
 
-struct TFormattersOf
+TEST(TPrivilegeTexts, ListOneWordALine)
 {
-    explicit TFormattersOf(const char *version) { Features.SetParams(version); }
-    TDbmServerFeatures Features;
-    TDbmFormatters Formatters{&Features};
-};
-
-TDbmUserPrivilegesEntity Account(const TDbmPrivileges &privileges)
-{
-    TDbmUserPrivilegesEntity entity;
-    entity.UserName = "u";
-    entity.Privileges = privileges;
-    entity.MaxUpdatesPerHour = 5;
-    return entity;
-}
-
-const QString Limits = "WITH\r\n  MAX_QUERIES_PER_HOUR 0\r\n  MAX_UPDATES_PER_HOUR 5\r\n"
-                       "  MAX_CONNECTIONS_PER_HOUR 0\r\n  MAX_USER_CONNECTIONS 0";
-
-TEST(TAccountTexts, LimitsGoWithGrantOrApart)
-{
-    const TFormattersOf maria("10.11.6-MariaDB"), mysql("9.1.0");
-    const auto &old = maria.Formatters.UsersPrivileges();
-    const auto &now = mysql.Formatters.UsersPrivileges();
-    const QString usage = "GRANT USAGE\r\nON\r\n  *.*\r\nTO\r\n  'u'@'%'";
-    EXPECT_EQ(old.FormatGrant(Account({privGrantOption})), usage + "\r\n" + Limits);
-    EXPECT_EQ(old.FormatLimits(Account({})), "");
-    EXPECT_EQ(now.FormatGrant(Account({})), usage);
-    EXPECT_EQ(now.FormatLimits(Account({})), "ALTER USER 'u'@'%'\r\n" + Limits);
-    EXPECT_EQ(old.FormatSetPassword("u", "h", "p"),
-              "SET PASSWORD FOR 'u'@'h' = PASSWORD('p');"); // deliberate: its own semicolon
-}
-
-TEST(TLevelTexts, ListOneWordALine)
-{
-    const TFormattersOf server("10.11.6-MariaDB");
+    TDbmServerFeatures features;
+    features.SetParams("10.11.6-MariaDB");
+    const TDbmFormatters formatters(&features);
     TDbmTablePrivilegesEntity table;
     table.User = "u";
     table.Database = "d";
     table.Table = "t";
-    const auto &tables = server.Formatters.TablesPrivileges();
+    const auto &tables = formatters.TablesPrivileges();
     EXPECT_EQ(tables.FormatCreate(table), "");
     table.Privs = {tpSelect, tpGrant};
     EXPECT_EQ(tables.FormatCreate(table), "GRANT \r\n  SELECT, \r\n  GRANT OPTION\r\nON\r\n"
@@ -63,8 +32,10 @@ TEST(TLevelTexts, ListOneWordALine)
     routine.Database = "d";
     routine.Routine = "r";
     routine.RoutineType = rtFunction;
-    EXPECT_EQ(server.Formatters.RoutinesPrivileges().FormatDelete(routine),
+    EXPECT_EQ(formatters.RoutinesPrivileges().FormatDelete(routine),
               "REVOKE ALL PRIVILEGES ON FUNCTION `d`.`r` FROM 'u'@'h'");
+    EXPECT_EQ(formatters.UsersPrivileges().FormatSetPassword("u", "h", "p"),
+              "SET PASSWORD FOR 'u'@'h' = PASSWORD('p');"); // deliberate: its own semicolon
 }
 
 // Both tables tell of the same privileges: one more is in the one that came later.
@@ -80,9 +51,10 @@ TEST(TPrivilegeTables, TellTheSameOfEachPrivilege)
     for (const TDbmPrivilegeText &text : TDbmLevelPrivileges::UserPrivs()) {
         words.insert(text.Word);
         bits.Include(static_cast<TDbmUserPriv>(text.Bit));
-        const auto parsed = families.Parse<TDbmPrivileges>(
-            QString("SELECT 'y' AS ") + text.Stored,
-            [&](const TDataSet &row) { return (*owner).ParsePrivilegesFromFields(row); });
+        const auto parsed =
+            families.Parse(QString("SELECT 'y' AS ") + text.Stored, [&](const TDataSet &row) {
+                return (*owner).ParsePrivilegesFromFields(row);
+            });
         EXPECT_EQ((*owner).FormatPrivileges(parsed), text.Word);
     }
     EXPECT_EQ(bits, TDbmUserPrivs::UpTo(upTrigger));

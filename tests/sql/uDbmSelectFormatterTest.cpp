@@ -111,11 +111,6 @@ TEST(TClauseTexts, AreEmptyWithoutContent)
     EXPECT_EQ(rows.FormatDeleteRow("d", "t", {}, {}), "DELETE FROM `d`.`t` ");
     EXPECT_EQ(rows.FormatDeleteRow("d", "t", {1.5, TVariant()}, {"id", "k"}),
               "DELETE FROM `d`.`t` WHERE `id` = '1.5' AND `k` IS NULL");
-    EXPECT_EQ(TClauses::FormatSet({}, {}), "");
-    EXPECT_EQ(TClauses::FormatWhere({}, {}, ""), "");
-    EXPECT_EQ(TClauses::FormatWhere({}, {}, "a > 1"), "WHERE a > 1");
-    EXPECT_EQ(TClauses::FormatOrderBy({}, true), "");
-    EXPECT_EQ(TClauses::FormatLimit(0, -1), "");
     EXPECT_EQ(TClauses::FormatLimit(-1, 0), "LIMIT 0");
     EXPECT_EQ(TClauses::FormatLimit(3000000000, 5000000000), "LIMIT 3000000000, 5000000000");
     EXPECT_EQ(TClauses::FormatSet({"a", "b"}, {"x'", TVariant()}), "SET `a` = 'x\\'', `b` = NULL");

@@ -73,12 +73,9 @@ TEST(TTableTextTest, ListsWhatPlainNamesAndKindsAllow)
 TEST(TTableTextTest, IndexColumnsAreFoundAlsoOfKindsThatAreNotListed)
 {
     EXPECT_EQ(Columns("PRIMARY", ikPrimary), "0 id 0, 1 key 0");
-    EXPECT_EQ(Columns("u", ikUnique), "0 key 0");
     EXPECT_EQ(Columns("k", ikIndex), "0 a 10, 1 b 0");
     EXPECT_EQ(Columns("kk", ikIndex), "0 c 0, 1 f 0");
     EXPECT_EQ(Columns("ft", ikFulltext), "0 txt 0");
-    EXPECT_EQ(Columns("sp", ikSpatial), "0 geo 0");
-    EXPECT_EQ(Columns("k", ikNone), "");
     EXPECT_EQ(Columns("k", ikUnique), "");
     // The name stands raw in the expression.
     EXPECT_EQ(Columns("u$", ikUnique), "");
@@ -107,7 +104,6 @@ TEST(TTableTextTest, ForeignKeysShowTheirOptionsAndFirstPair)
     EXPECT_EQ(pairs.first().SrcColumnName, "a");
     EXPECT_EQ(pairs.first().RefColumnName, "x");
     EXPECT_TRUE(parser.ParseForeignKeyColumns("far").isEmpty());
-    EXPECT_TRUE(parser.ParseForeignKeyColumns("missing").isEmpty());
 }
 
 } // namespace

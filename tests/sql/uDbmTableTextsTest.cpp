@@ -24,27 +24,10 @@ TEST(TTableTexts, ANewTableHasAKeyAndSaysItsRowFormat)
               "  PRIMARY KEY (`id`)\r\n"
               ")\r\n"
               "ROW_FORMAT = DEFAULT");
-    TDbmFieldEntity field;
-    field.FieldName = "a";
-    field.FieldType.DataType = fdtInt;
-    TDbmIndexEntity none;
-    none.IndexName = "left out";
-    TDbmTableEntity full = Table("t");
-    full.Engine = "MyISAM";
-    full.AutoIncrement = 1;
-    full.Collation = "utf8mb4_bin";
-    full.RowFormat = rfFixed;
-    full.Checksum = full.DelayKeyWrite = true;
-    full.PackKeys = pkOff;
-    full.Comment = "it's";
-    EXPECT_EQ(Tables.FormatCreate("", full, "latin1_bin", {{}}, {none}, {field}),
-              "CREATE TABLE `t`(\r\n"
-              "  `a` INT NOT NULL\r\n"
-              ")\r\n"
-              "ENGINE = MyISAM\r\nAUTO_INCREMENT = 1\r\nCOLLATE = utf8mb4_bin\r\n"
-              "ROW_FORMAT = FIXED\r\nCHECKSUM = 1\r\nPACK_KEYS = 0\r\nDELAY_KEY_WRITE = 1\r\n"
-              "COMMENT = 'it\\'s'");
-    EXPECT_FALSE(Tables.FormatCreate("", full, "utf8mb4_bin").contains("COLLATE ="));
+    TDbmTableEntity same = Table("t");
+    same.Collation = "utf8mb4_bin";
+    EXPECT_FALSE(Tables.FormatCreate("", same, "utf8mb4_bin").contains("COLLATE"));
+    EXPECT_TRUE(Tables.FormatCreate("", same, "latin1_bin").contains("COLLATE = utf8mb4_bin"));
 }
 
 // Deliberate: what did not change is written too, without commas, and a line break ends it all.
@@ -59,9 +42,8 @@ TEST(TTableTexts, TheLastOptionLosesItsLastCharacter)
 {
     TFamilies families(TTestServer::Instance());
     const auto parse = [&](const QString &options) {
-        const auto entity = families.Parse<TDbmTableEntity>(
-            "SELECT 't' AS TABLE_NAME, '" + options + "' AS CREATE_OPTIONS",
-            [](const TDataSet &row) { return Tables.ParseSelectRow(row); });
+        const auto entity =
+            families.Row(Tables, "SELECT 't' AS TABLE_NAME, '" + options + "' AS CREATE_OPTIONS");
         return QString("%1 %2 %3")
             .arg(entity.Checksum)
             .arg(entity.PackKeys)
@@ -78,23 +60,6 @@ TEST(TIndexTexts, OnlyTheExactWordIsThePrimaryKey)
 {
     EXPECT_EQ(Indexes.FormatDropIndex("PRIMARY"), "DROP PRIMARY KEY");
     EXPECT_EQ(Indexes.FormatDropIndex("primary"), "DROP INDEX `primary`");
-}
-
-TEST(TIndexTexts, KindsAreReadFromTheCatalogue)
-{
-    TFamilies families(TTestServer::Instance());
-    const auto kind = [&](const QString &name, const QString &nonUnique, const QString &type) {
-        return families
-            .Parse<TDbmIndexEntity>("SELECT '" + name + "' AS index_name, " + nonUnique +
-                                        " AS non_unique, '" + type + "' AS index_type",
-                                    [](const TDataSet &row) { return Indexes.ParseSelectRow(row); })
-            .IndexKind;
-    };
-    EXPECT_EQ(kind("primary", "0", "BTREE"), ikPrimary);
-    EXPECT_EQ(kind("k", "0", "BTREE"), ikUnique);
-    EXPECT_EQ(kind("k", "1", "fulltext"), ikFulltext);
-    EXPECT_EQ(kind("k", "1", "SPATIAL"), ikIndex) << "deliberate: only the table's text tells";
-    EXPECT_EQ(kind("PRIMARY", "'x'", "BTREE"), ikIndex);
 }
 
 // Deliberate: the order of the rows carries the position, which is not among the columns.
@@ -132,9 +97,8 @@ TEST(TReferenceTexts, NameAnotherDatabaseAlone)
 TEST(TReferenceTexts, AnUnknownRuleOfTheCatalogueIsRestrict)
 {
     TFamilies families(TTestServer::Instance());
-    const auto entity = families.Parse<TDbmReferenceEntity>(
-        "SELECT 'fk' AS constraint_name, 'SET DEFAULT' AS update_rule, 'cascade' AS delete_rule",
-        [](const TDataSet &row) { return References.ParseSelectRow(row); });
+    const auto entity = families.Row(References, "SELECT 'fk' AS constraint_name, 'SET DEFAULT' AS"
+                                                 " update_rule, 'cascade' AS delete_rule");
     EXPECT_EQ(entity.OnUpdate, roRestrict);
     EXPECT_EQ(entity.OnDelete, roCascade);
 }

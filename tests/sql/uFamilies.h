@@ -17,16 +17,22 @@ struct TFamilies
                 Failures += {message, command};
             });
     }
-    /// What a formatter makes of the one row of a SELECT.
-    template <typename T>
-    T Parse(const QString &select, const std::function<T(const TDataSet &)> &parser)
+    /// What is read from the one row of a SELECT.
+    template <typename TParser>
+    auto Parse(const QString &select, const TParser &parser)
     {
-        T entity;
+        decltype(parser(std::declval<const TDataSet &>())) entity;
         Provider.Command().ExecuteQuery(select, [&](TDataSet *rows) {
             rows->First();
             entity = parser(*rows);
         });
         return entity;
+    }
+    /// The entity that a formatter makes of the one row of a SELECT.
+    template <typename TFormatters>
+    auto Row(const TFormatters &formatters, const QString &select)
+    {
+        return Parse(select, [&](const TDataSet &row) { return formatters.ParseSelectRow(row); });
     }
 
     TDbmProvider Provider;
