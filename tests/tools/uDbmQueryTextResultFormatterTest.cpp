@@ -56,25 +56,15 @@ TEST_F(TDbmQueryTextResultFormatterTest, HasNoTableWithoutRowsToShow)
 
 TEST_F(TDbmQueryTextResultFormatterTest, AlignsByTheTypeOfTheColumn)
 {
-    Exec("CREATE TABLE t (id INT AUTO_INCREMENT PRIMARY KEY, tiny TINYINT, small SMALLINT UNSIGNED,"
-         " big BIGINT, huge BIGINT UNSIGNED, yr YEAR, dbl DOUBLE, deci DECIMAL(5,2), dat DATE,"
-         " tim TIME, txt VARCHAR(9), bin VARBINARY(9), en ENUM('e'), bits BIT(4))");
-    Exec("INSERT INTO t VALUES (1, 2, 3, 4, 5, 2006, 7.5, 8.25, '2010-05-01', '12:30:00', 'a', "
-         "'b', 'e', 5)");
-    const std::pair<const char *, const char *> rows[] = {
-        // a column, and its cell of 12
-        {"id", "           1"},  {"tiny", "           2"}, {"small", "           3"},
-        {"big", "           4"}, {"huge", "           5"}, {"yr", "        2006"},
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, big BIGINT UNSIGNED, yr YEAR, dbl DOUBLE,"
+         " deci DECIMAL(5,2), dat DATE, bin VARBINARY(9))");
+    Exec("INSERT INTO t VALUES (1, 5, 2006, 7.5, 8.25, '2010-05-01', 'b')");
+    const std::pair<const char *, const char *> cells[] = {
+        {"id", "           1"},  {"big", "           5"},  {"yr", "        2006"},
         {"dbl", "         7.5"}, {"deci", "8.25        "}, {"dat", "2010-05-01  "},
-        {"tim", "12:30:00    "}, {"txt", "a           "},  {"bin", "0x62        "},
-        {"en", "e           "},
-    };
-    for (const auto &[column, cell] : rows) {
-        const QStringList table = Table(QString("SELECT %1 AS a_long_name_ FROM t").arg(column));
-        ASSERT_EQ(table.size(), 5);
-        EXPECT_EQ(table[1], "a_long_name_");
-        EXPECT_EQ(table[3], cell) << column;
-    }
+        {"bin", "0x62        "}};
+    for (const auto &[column, cell] : cells)
+        EXPECT_EQ(Table(QString("SELECT %1 AS a_long_name_ FROM t").arg(column)).value(3), cell);
 }
 
 TEST_F(TDbmQueryTextResultFormatterTest, ShowsSizesInPlaceOfBlobs)
