@@ -23,32 +23,30 @@ protected:
     std::string Reason(const QString &sql) { return Open(sql)->ReadOnlyReason().toStdString(); }
 };
 
-TEST_F(TDataSetEdit, WritesOneRowByItsWholeKey)
+TEST_F(TDataSetEdit, WritesOneRowByItsWholeKeyWhateverItsNamesAre)
 {
-    Exec("CREATE TABLE t (a INT, b VARCHAR(9), v INT, PRIMARY KEY (a, b))");
-    Exec("INSERT INTO t VALUES (1, 'x', 0), (1, 'y', 0), (2, 'x', 0)");
-    const auto query = Open("SELECT * FROM t ORDER BY a, b");
+    Exec("CREATE TABLE `t``x y` (`select` INT, b VARCHAR(9), `a``b` INT, "
+         "PRIMARY KEY (`select`, b))");
+    Exec("INSERT INTO `t``x y` VALUES (1, 'x', 0), (1, 'y', 0), (2, 'x', 0)");
+    const auto query =
+        Open("SELECT `select` AS a, b, `a``b` AS v FROM `t``x y` AS z ORDER BY a, b");
+    const QString rows =
+        "SELECT GROUP_CONCAT(`select`, b, `a``b` ORDER BY `select`, b) FROM `t``x y`";
     query->SetRecNo(1);
     Change(*query, "v", 5);
-    EXPECT_EQ(Value("SELECT GROUP_CONCAT(a, b, v ORDER BY a, b) FROM t"), u"1x0,1y5,2x0"_s);
+    EXPECT_EQ(Value(rows), u"1x0,1y5,2x0"_s);
     Change(*query, "b", "z"); // the key itself
     EXPECT_EQ(query->FieldByName("b").AsString(), u"z"_s);
     Change(*query, "v", 6);
-    EXPECT_EQ(Value("SELECT GROUP_CONCAT(a, b, v ORDER BY a, b) FROM t"), u"1x0,1z6,2x0"_s);
+    EXPECT_EQ(Value(rows), u"1x0,1z6,2x0"_s);
     query->Delete();
-    EXPECT_EQ(Value("SELECT COUNT(*) FROM t"), u"2"_s);
+    EXPECT_EQ(Value(rows), u"1x0,2x0"_s);
     EXPECT_EQ(query->RecordCount(), 2);
     EXPECT_EQ(query->FieldByName("a").AsInteger(), 2);
 }
 
-struct TKeyed
-{
-    const char *Type;
-    const char *Literals; // three keys
-};
-
-// Keys whose literals are made in different ways, each of which must find its row.
-const TKeyed Keys[] = {
+// Types of keys whose literals are made in different ways, and three keys of each.
+const std::pair<const char *, const char *> Keys[] = {
     {"BIGINT UNSIGNED", "18446744073709551615, 18446744073709551614, 1"},
     {"DECIMAL(30, 10)", "1.0000000001, 1.0000000002, 1"},
     {"DOUBLE", "0.1, 0.30000000000000004, 1e300"},
@@ -64,16 +62,15 @@ const TKeyed Keys[] = {
 
 TEST_F(TDataSetEdit, FindsTheRowByAKeyOfAnyType)
 {
-    for (const TKeyed &key : Keys) {
+    const QString news = u"it's \\ new\n я"_s;
+    for (const auto &[type, literals] : Keys) {
         for (const char *mode : {"", "NO_BACKSLASH_ESCAPES"}) {
-            SCOPED_TRACE(std::string(key.Type) + ' ' + mode);
-            Exec(QString("CREATE OR REPLACE TABLE t (k ") + key.Type + " PRIMARY KEY, v TEXT)");
-            const QStringList literals = QString(key.Literals).split(", ");
-            for (const QString &literal : literals)
+            SCOPED_TRACE(std::string(type) + ' ' + mode);
+            Exec(QString("CREATE OR REPLACE TABLE t (k %1 PRIMARY KEY, v TEXT)").arg(type));
+            for (const QString &literal : QString(literals).split(", "))
                 Exec("INSERT INTO t VALUES (" + literal + ", 'old')");
-            FConnection.Execute(QString("SET sql_mode = '") + mode + '\'');
+            FConnection.Execute(QString("SET sql_mode = '%1'").arg(mode));
             const auto query = Open("SELECT * FROM t");
-            const QString news = u"it's \\ new\n я"_s;
             for (qint64 row = 0; row < 3; ++row) {
                 query->SetRecNo(row);
                 Change(*query, "v", news + QString::number(row));
@@ -105,10 +102,6 @@ TEST_F(TDataSetEdit, ShowsWhatTheServerMadeOfIt)
     EXPECT_EQ(query->FieldByName("b").AsInteger(), 7);
     EXPECT_EQ(query->FieldByName("c").AsInteger(), 14);
     EXPECT_TRUE(query->FieldByName("a_length").IsNull());
-    query->Append();
-    query->Post(); // of defaults alone
-    EXPECT_EQ(Value("SELECT COUNT(*) FROM t"), u"3"_s);
-    EXPECT_EQ(query->FieldByName("id").AsInteger(), 3);
 }
 
 TEST_F(TDataSetEdit, AppendsByAKeyThatHasADefaultOrIsGiven)
@@ -116,7 +109,7 @@ TEST_F(TDataSetEdit, AppendsByAKeyThatHasADefaultOrIsGiven)
     Exec("CREATE TABLE t (k VARCHAR(9) DEFAULT 'dk' PRIMARY KEY, v INT DEFAULT 4)");
     const auto query = Open("SELECT * FROM t");
     query->Append();
-    query->Post();
+    query->Post(); // of defaults alone
     EXPECT_EQ(query->FieldByName("k").AsString(), u"dk"_s);
     query->Append();
     SetValue(*query, "k", "o'k");
@@ -125,21 +118,6 @@ TEST_F(TDataSetEdit, AppendsByAKeyThatHasADefaultOrIsGiven)
     query->Post();
     EXPECT_TRUE(query->FieldByName("v").IsNull());
     EXPECT_EQ(Value("SELECT GROUP_CONCAT(k ORDER BY k) FROM t"), u"dk,o'k"_s);
-}
-
-TEST_F(TDataSetEdit, WritesBytesAndBits)
-{
-    Exec("CREATE TABLE t (id INT PRIMARY KEY, b BLOB, n BIT(8))");
-    Exec("INSERT INTO t VALUES (1, 'x', 1)");
-    const auto query = Open("SELECT * FROM t");
-    Change(*query, "b", QByteArray("\0\\'\xFF", 4));
-    Change(*query, "n", "6"); // as typed
-    EXPECT_EQ(Value("SELECT CONCAT(HEX(b), ' ', HEX(n)) FROM t"), u"005C27FF 6"_s);
-    EXPECT_EQ(query->FieldByName("n").AsString(), u"6"_s);
-    Change(*query, "b", QByteArray());
-    EXPECT_EQ(Value("SELECT HEX(b) FROM t"), u""_s);
-    Change(*query, "b", TVariant());
-    EXPECT_EQ(Value("SELECT b IS NULL FROM t"), u"1"_s);
 }
 
 TEST_F(TDataSetEdit, ARowThatIsGoneIsAnErrorAndTheEditStaysOpen)
@@ -178,15 +156,6 @@ TEST_F(TDataSetEdit, TheSameValueIsNoChangeAndAChangeToTheSameIsNoError)
     EXPECT_EQ(query->State(), dsBrowse);
 }
 
-TEST_F(TDataSetEdit, NamesOfAnyKindAreQuoted)
-{
-    Exec("CREATE TABLE `t``x y` (`select` INT PRIMARY KEY, `a``b` INT)");
-    Exec("INSERT INTO `t``x y` VALUES (1, 1)");
-    const auto query = Open("SELECT `select` AS k, `a``b` AS v FROM `t``x y` AS z");
-    Change(*query, "v", 2);
-    EXPECT_EQ(Value("SELECT `a``b` FROM `t``x y`"), u"2"_s);
-}
-
 TEST_F(TDataSetEdit, TellsWhyAResultIsReadOnly)
 {
     Exec("CREATE TABLE t (id INT PRIMARY KEY, a INT, b BLOB)");
@@ -194,42 +163,33 @@ TEST_F(TDataSetEdit, TellsWhyAResultIsReadOnly)
     Exec("CREATE TABLE nokey (a INT, b INT, UNIQUE (a))");
     Exec("CREATE TABLE single (f FLOAT PRIMARY KEY, v INT)");
     Exec("CREATE TABLE uniq (a INT NOT NULL UNIQUE, v INT)");
-    Exec("CREATE VIEW v AS SELECT * FROM t");
     Exec("CREATE VIEW part AS SELECT a FROM t");
-    const struct
-    {
-        const char *Sql;
-        const char *Reason; // a part of it; empty when rows can be changed
-    } cases[] = {
+    // A part of the reason; empty when rows can be changed.
+    const std::pair<const char *, std::string> cases[] = {
         {"SELECT * FROM t", ""},
         {"SELECT id, LENGTH(b) AS b FROM t AS x WHERE a IN (SELECT 1)", ""},
         {"SELECT *, (SELECT 1) FROM uniq", ""},
         {"SELECT 1", "does not show a table"},
-        {"SELECT id FROM t UNION SELECT 2", "does not show a table"},
         {"SELECT * FROM t JOIN pair", "more than one table"},
         {"SELECT a.id, b.a FROM t a JOIN t b", "more than one table"},
-        {"SELECT a FROM t", "does not show the key column \"id\" of \"t\""},
         {"SELECT x, v FROM pair", "does not show the key column \"y\" of \"pair\""},
         {"SELECT id + 0 AS id, a FROM t", "does not show the key column"},
         {"SELECT * FROM nokey", "\"nokey\" has no primary key"},
         {"SELECT * FROM single", "\"f\" of \"single\" is a FLOAT"},
-        {"SELECT * FROM v", ""},
         {"SELECT * FROM part", "\"part\" has no primary key"},
-        {"SHOW TABLES", "does not show a table"},
-        {"SELECT * FROM (SELECT * FROM t) x", "subquery"},
-        {"WITH x AS (SELECT * FROM t) SELECT * FROM x", "subquery"},
         {"SELECT * FROM information_schema.schemata", "does not show a table"},
-        {"SELECT x.* FROM t, (SELECT * FROM pair) x", "subquery"},
     };
-    for (const auto &c : cases) {
-        const std::string reason = Reason(c.Sql);
-        EXPECT_EQ(reason.empty(), std::string(c.Reason).empty()) << c.Sql << ": " << reason;
-        EXPECT_THAT(reason, HasSubstr(c.Reason)) << c.Sql;
+    for (const auto &[sql, part] : cases) {
+        const std::string reason = Reason(sql);
+        EXPECT_EQ(reason.empty(), part.empty()) << sql << ": " << reason;
+        EXPECT_THAT(reason, HasSubstr(part)) << sql;
     }
     const auto query = Open("SELECT a FROM t");
-    EXPECT_THAT(MessageOf([&] { query->Edit(); }), HasSubstr("does not show the key"));
-    EXPECT_THAT(MessageOf([&] { query->Append(); }), HasSubstr("does not show the key"));
-    EXPECT_THAT(MessageOf([&] { query->Delete(); }), HasSubstr("does not show the key"));
+    const std::string reason = query->ReadOnlyReason().toStdString();
+    EXPECT_THAT(reason, HasSubstr("does not show the key column \"id\" of \"t\""));
+    EXPECT_EQ(MessageOf([&] { query->Edit(); }), reason);
+    EXPECT_EQ(MessageOf([&] { query->Append(); }), reason);
+    EXPECT_EQ(MessageOf([&] { query->Delete(); }), reason);
 }
 
 TEST_F(TDataSetEdit, ADerivedTableOfARealTablesNameIsNotTakenForIt)
@@ -239,7 +199,6 @@ TEST_F(TDataSetEdit, ADerivedTableOfARealTablesNameIsNotTakenForIt)
     Exec("CREATE PROCEDURE p() WITH x AS (SELECT * FROM r) SELECT * FROM x");
     for (const char *sql : {
              "SELECT * FROM /* c */ ( SELECT * FROM r) AS x",
-             "SELECT * FROM\n(SELECT * FROM r) x",
              "-- it's\n/* c */ WITH x AS (SELECT * FROM r) SELECT * FROM x",
              "/*!50000 WITH x AS (SELECT * FROM r) */ SELECT * FROM x",
              "SELECT x.* FROM r b JOIN r c ON (b.id = c.id AND b.a <> ')'), (SELECT * FROM r) x",
@@ -265,36 +224,6 @@ TEST_F(TDataSetEdit, ADerivedTableOfARealTablesNameIsNotTakenForIt)
         EXPECT_EQ(Reason(sql), "") << sql;
 }
 
-TEST_F(TDataSetEdit, AnExpressionIsReadOnlyBesideColumnsThatAreNot)
-{
-    Exec("CREATE TABLE t (id INT PRIMARY KEY, b BLOB)");
-    Exec("INSERT INTO t VALUES (1, 'x')");
-    const auto query = Open("SELECT id, LENGTH(`b`) AS `b` FROM t");
-    EXPECT_TRUE(query->CanModifyField(0));
-    EXPECT_FALSE(query->CanModifyField(1));
-    query->Edit();
-    EXPECT_EQ(MessageOf([&] { SetValue(*query, "b", "9"); }), "Column \"b\" cannot be changed.");
-    query->Cancel();
-    EXPECT_EQ(MessageOf([&] { SetValue(*query, "id", 9); }), "The dataset is not in edit mode.");
-}
-
-TEST_F(TDataSetEdit, WorksAfterTheSessionWasLost)
-{
-    Exec("CREATE TABLE t (id INT PRIMARY KEY, a INT)");
-    Exec("INSERT INTO t VALUES (1, 1)");
-    const auto query = Open("SELECT * FROM t");
-    FConnection.Disconnect();
-    Change(*query, "a", 2);
-    EXPECT_EQ(Value("SELECT a FROM t"), u"2"_s);
-    Exec("KILL " + QString::fromStdString(Ask("SELECT CONNECTION_ID()")));
-    query->Edit();
-    SetValue(*query, "a", 3);
-    EXPECT_TRUE(ErrorOf([&] { query->Post(); }).IsLostConnection());
-    EXPECT_EQ(query->State(), dsEdit);
-    query->Post(); // once more, by the user
-    EXPECT_EQ(Value("SELECT a FROM t"), u"3"_s);
-}
-
 TEST_F(TDataSetEdit, WorksOnMySql)
 {
     SKIP_WITHOUT_MYSQL9();
@@ -314,7 +243,6 @@ TEST_F(TDataSetEdit, WorksOnMySql)
     EXPECT_EQ(query.FieldByName("j").AsString(), u"{\"a\": \"я\"}"_s);
     EXPECT_EQ(query.FieldByName("a").AsInteger(), 3);
     EXPECT_EQ(database.Value("SELECT VECTOR_TO_STRING(v) FROM t"), u"[1.00000e+00,2.00000e+00]"_s);
-    EXPECT_EQ(database.Value("SELECT COUNT(*) FROM t"), u"1"_s);
     query.Delete();
     EXPECT_EQ(database.Value("SELECT COUNT(*) FROM t"), u"0"_s);
 }

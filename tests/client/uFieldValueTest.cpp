@@ -48,7 +48,6 @@ struct TValue
 // The bounds of each type, and the values just inside and outside of what a variant holds exactly.
 const TValue Values[] = {
     {"TINYINT", "-128", ftSmallint, kInt},
-    {"TINYINT(1)", "1", ftSmallint, kInt},
     {"SMALLINT UNSIGNED", "65535", ftWord, kInt},
     {"MEDIUMINT", "-8388608", ftInteger, kInt},
     {"INT", "-2147483648", ftInteger, kInt},
@@ -62,21 +61,16 @@ const TValue Values[] = {
     {"YEAR", "0", ftWord, kInt},
     {"DECIMAL(65, 30)", "-12345678901234567890123456789012345.123456789012345678901234567890",
      ftBCD, kText},
-    {"DECIMAL(10, 2)", "1.50", ftBCD, kText},
     {"FLOAT", "1.5", ftFloat, kDouble},
     {"FLOAT", "-3.40282e38", ftFloat, kDouble},
     {"DOUBLE", "0.1", ftFloat, kDouble},
-    {"DOUBLE", "1e20", ftFloat, kDouble},
     {"DOUBLE", "1.5e-7", ftFloat, kDouble},
     {"DOUBLE", "0.30000000000000004", ftFloat, kText},
     {"DOUBLE", "1.7976931348623157e308", ftFloat, kText},
-    {"DOUBLE", "2.2250738585072014e-308", ftFloat, kText},
-    {"BIT(1)", "b'1'", ftBit, kInt},
     {"BIT(63)", "0x7FFFFFFFFFFFFFFF", ftBit, kInt},
     {"BIT(64)", "0x7FFFFFFFFFFFFFFF", ftBit, kInt},
     {"BIT(64)", "0x8000000000000000", ftBit, kBytes},
     {"DATE", "'2010-05-01'", ftDate, kDateTime},
-    {"DATE", "'1000-01-01'", ftDate, kDateTime},
     {"DATE", "'9999-12-31'", ftDate, kDateTime},
     {"DATE", "'1899-12-29'", ftDate, kDateTime},
     {"DATE", "'1899-12-30'", ftDate, kText},
@@ -85,10 +79,8 @@ const TValue Values[] = {
     {"DATETIME", "'2010-05-01 12:30:59'", ftDateTime, kDateTime},
     {"DATETIME", "'2010-05-01 00:00:00'", ftDateTime, kDateTime},
     {"DATETIME", "'1899-12-30 10:00:00'", ftDateTime, kText},
-    {"DATETIME", "'1899-12-29 10:00:00'", ftDateTime, kText},
     {"DATETIME", "'1700-02-28 23:59:59'", ftDateTime, kDateTime},
     {"DATETIME(6)", "'2010-05-01 12:30:59.000001'", ftDateTime, kText},
-    {"DATETIME(6)", "'2010-05-01 12:30:59'", ftDateTime, kDateTime},
     {"DATETIME(3)", "'2010-05-01 00:00:00.000'", ftDateTime, kDateTime},
     {"DATETIME", "'0000-00-00 00:00:00'", ftDateTime, kText},
     {"TIMESTAMP NULL", "'2037-01-01 01:02:03'", ftDateTime, kDateTime},
@@ -96,27 +88,21 @@ const TValue Values[] = {
     {"TIME", "'23:59:59'", ftTime, kDateTime},
     {"TIME", "'24:00:00'", ftTime, kText},
     {"TIME", "'-00:00:01'", ftTime, kText},
-    {"TIME", "'838:59:59'", ftTime, kText},
     {"TIME(6)", "'12:00:00.5'", ftTime, kText},
     {"CHAR(5)", "'ab'", ftString, kText},
     {"VARCHAR(90)", u"'\\\\ \\' \\0 \\Z \" % _ я€😀'"_s, ftString, kText},
-    {"VARCHAR(5)", "''", ftString, kText},
     {"VARCHAR(5) CHARACTER SET ucs2", u"'я'"_s, ftString, kText},
     {"VARCHAR(5) CHARACTER SET latin1 COLLATE latin1_bin", u"'é'"_s, ftString, kText},
     {"LONGTEXT", "REPEAT('x', 300000)", ftMemo, kText},
     {"TINYTEXT", "'t'", ftMemo, kText},
-    {"BINARY(3)", "0x000102", ftBytes, kBytes},
     {"VARBINARY(9)", "0xFF00", ftBytes, kBytes},
     {"VARBINARY(9)", "''", ftBytes, kText},
     {"BLOB", "0x5C27", ftBlob, kBytes},
-    {"LONGBLOB", "''", ftBlob, kText},
     {"ENUM('a', 'b''c')", "'b''c'", ftString, kText},
     {"SET('a', 'b')", "'a,b'", ftString, kText},
     {"JSON", u"'{\"a\": [1, \"я\\\\\"\"]}'"_s, ftMemo, kText},
     {"GEOMETRY", "ST_GeomFromText('POLYGON((0 0,1 0,1 1,0 0))', 4326)", ftGeometry, kBytes},
-    {"POINT", "ST_GeomFromText('POINT(1 2)')", ftGeometry, kBytes},
     {"INT", "NULL", ftInteger, kText},
-    {"BLOB", "NULL", ftBlob, kText},
 };
 
 const TValue MariaDbValues[] = {
@@ -185,21 +171,15 @@ TEST_F(TFieldValueOnServer, SurvivesReadingAndWritingOnMySql)
 
 using TFieldTest = TClientTest;
 
-TEST_F(TFieldTest, TellsColumnsApart)
+TEST_F(TFieldTest, KnowsTheWidthOfItsColumn)
 {
     Exec("CREATE TABLE t (id INT AUTO_INCREMENT PRIMARY KEY, s VARCHAR(7), b VARBINARY(4), "
          "n BIT(12))");
-    const auto query = Open("SELECT id, s, b, n, s AS `alias`, 1 + 1 AS `sum` FROM t AS x");
+    const auto query = Open("SELECT * FROM t");
     EXPECT_EQ(query->FieldAt(0).DataType(), ftAutoInc);
     EXPECT_EQ(query->FieldAt(1).DisplayWidth(), 7);
     EXPECT_EQ(query->FieldAt(2).DisplayWidth(), 10);
     EXPECT_GE(query->FieldAt(3).DisplayWidth(), 4);
-    EXPECT_EQ(query->FieldAt(4).FieldName(), "alias"_L1);
-    EXPECT_EQ(query->FieldAt(4).Info().OrgName, "s"_L1);
-    EXPECT_EQ(query->FieldAt(4).Info().Table, "x"_L1);
-    EXPECT_EQ(query->FieldAt(4).Info().OrgTable, "t"_L1);
-    EXPECT_EQ(query->FieldAt(4).Info().Database, Database().Name());
-    EXPECT_TRUE(query->FieldAt(5).Info().OrgName.isEmpty());
 }
 
 TEST_F(TFieldTest, ShowsBinaryAsDigitsAndCutsWhatIsLong)
@@ -233,12 +213,7 @@ TEST(TFieldValue, TakesWhatAnEditorGives)
     TFieldInfo binary, bits;
     binary.DataType = ftBlob;
     bits.DataType = ftBit;
-    const struct
-    {
-        const TFieldInfo &Info;
-        QString Typed;
-        TVariant Value;
-    } cases[] = {
+    const std::tuple<const TFieldInfo &, QString, TVariant> cases[] = {
         {binary, "0x00ff", QByteArray("\0\xFF", 2)},
         {binary, "0x00f", "0x00f"},
         {binary, "text", "text"},
@@ -247,8 +222,8 @@ TEST(TFieldValue, TakesWhatAnEditorGives)
         {bits, "b'101'", 5},
         {bits, "18446744073709551615", QByteArray(8, '\xFF')},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(TFieldValue::FromEditor(c.Info, c.Typed), c.Value) << c.Typed.toStdString();
+    for (const auto &[info, typed, value] : cases)
+        EXPECT_EQ(TFieldValue::FromEditor(info, typed), value) << typed.toStdString();
     EXPECT_EQ(MessageOf([&] { TFieldValue::FromEditor(bits, "many"); }),
               "\"many\" is not a number of bits.");
     EXPECT_TRUE(TFieldValue::FromEditor(bits, TVariant()).IsNull());
