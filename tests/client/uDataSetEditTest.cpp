@@ -224,6 +224,23 @@ TEST_F(TDataSetEdit, ADerivedTableOfARealTablesNameIsNotTakenForIt)
         EXPECT_EQ(Reason(sql), "") << sql;
 }
 
+TEST_F(TDataSetEdit, WorksAfterTheSessionWasLost)
+{
+    Exec("CREATE TABLE t (id INT PRIMARY KEY, a INT)");
+    Exec("INSERT INTO t VALUES (1, 1)");
+    const auto query = Open("SELECT * FROM t");
+    FConnection.Disconnect();
+    Change(*query, "a", 2);
+    EXPECT_EQ(Value("SELECT a FROM t"), u"2"_s);
+    Exec("KILL " + QString::fromStdString(Ask("SELECT CONNECTION_ID()")));
+    query->Edit();
+    SetValue(*query, "a", 3);
+    EXPECT_TRUE(ErrorOf([&] { query->Post(); }).IsLostConnection());
+    EXPECT_EQ(query->State(), dsEdit);
+    query->Post(); // once more, by the user
+    EXPECT_EQ(Value("SELECT a FROM t"), u"3"_s);
+}
+
 TEST_F(TDataSetEdit, WorksOnMySql)
 {
     SKIP_WITHOUT_MYSQL9();

@@ -90,6 +90,11 @@ TEST_F(TTableDataTest, FiltersAndShowsWhatTheServerSaysOfAFilter)
     EXPECT_EQ(RowCount(), 20);
     Run("actFilter");
     EXPECT_EQ(RowCount(), 5);
+    QLineEdit *rows = Part<QComboBox>("cbxRows")->lineEdit();
+    rows->setText("2");
+    QTest::keyClick(rows, Qt::Key_Return);
+    Filter("id > 15 -- the last ones");
+    EXPECT_EQ(RowCount(), 2) << "the comment takes no limit along";
 }
 
 TEST_F(TTableDataTest, NoRowsAreAPageToo)
