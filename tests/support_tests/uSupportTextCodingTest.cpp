@@ -31,7 +31,6 @@ TEST(TTextCoding, ReadsAFileAndWritesItBackAlike)
         {"\xD0\x96\n", u"Ж\n"_qs, {teUtf8, false, leLf}, "windows-1251"},
         {Mark + Mark + "z", u"\uFEFFz"_qs, {teUtf8, true, leCrLf}}, // the second one is text
         {QByteArray("a\0b\r", 4), u"a\0b\r"_qs, {teUtf8, false, leCr}},
-        {"\xF0\x9F\x98\x80", u"😀"_qs, {teUtf8, false, leCrLf}},
         {"", u""_qs, {teUtf8, false, leCrLf}},
         {Mark, u""_qs, {teUtf8, true, leCrLf}},
         {QByteArray("\xFF\xFE\x16\x04\n\0", 6), u"Ж\n"_qs, {teUtf16LE, true, leLf}},
@@ -84,13 +83,6 @@ TEST(TTextCoding, RefusesWhatTheEncodingCannotHold)
     EXPECT_THAT(message, testing::HasSubstr("U+1F600"));
     EXPECT_THAT(message, testing::HasSubstr("windows-1251"));
     EXPECT_THROW(TTextCoding::Encode(QString(QChar(0xD83D)) + u'x', TTextForm()), EException);
-}
-
-TEST(TTextCoding, RefusesAnUnknownCodePageAndKeepsTheOld)
-{
-    const TCodePage page("windows-1251");
-    EXPECT_THROW(TTextCoding::SetLegacyCodePage("no-such-page"), EException);
-    EXPECT_EQ(TTextCoding::LegacyCodePage(), "windows-1251");
 }
 
 TEST(TTextCoding, WritesALongLegacyTextWhole)

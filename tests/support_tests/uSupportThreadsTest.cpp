@@ -25,24 +25,6 @@ protected:
     }
 };
 
-TEST_F(TMainThreadTest, RunsCallsWhileItWaitsForTheThread)
-{
-    const QThread *main = QThread::currentThread();
-    int calls = 0;
-    bool allOnMain = true;
-    const TThreadPtr thread = Start([&] {
-        for (int i = 0; i < 1000; ++i)
-            TMainThread::Synchronize([&] {
-                ++calls;
-                allOnMain = allOnMain && QThread::currentThread() == main;
-            });
-    });
-    TMainThread::WaitFor(*thread);
-    EXPECT_TRUE(thread->isFinished());
-    EXPECT_EQ(calls, 1000);
-    EXPECT_TRUE(allOnMain);
-}
-
 TEST_F(TMainThreadTest, ServesNothingElseWhileItWaits)
 {
     bool clicked = false;
@@ -93,16 +75,19 @@ TEST_F(TMainThreadTest, GivesBackWhatTheActionThrows)
 
 TEST_F(TMainThreadTest, ServesManyThreadsAndSlotsOfTheirEnd)
 {
+    const QThread *main = QThread::currentThread();
     int calls = 0; // touched by the main thread only
+    const auto call = [&] {
+        TMainThread::Synchronize([&] { calls += QThread::currentThread() == main ? 1 : -1; });
+    };
     std::vector<TThreadPtr> threads;
     for (int i = 0; i < 8; ++i) {
         TThreadPtr thread(QThread::create([&] {
-            for (int call = 0; call < 50; ++call)
-                TMainThread::Synchronize([&] { ++calls; });
+            for (int each = 0; each < 50; ++each)
+                call();
         }));
-        QObject::connect(
-            thread.get(), &QThread::finished, thread.get(),
-            [&] { TMainThread::Synchronize([&] { ++calls; }); }, Qt::DirectConnection);
+        QObject::connect(thread.get(), &QThread::finished, thread.get(), call,
+                         Qt::DirectConnection);
         thread->start();
         threads.push_back(std::move(thread));
     }
@@ -121,23 +106,17 @@ TEST_F(TMainThreadTest, DoesNotWaitForAThreadThatNeverRanOrIsOver)
     EXPECT_TRUE(over->isFinished());
 }
 
-TEST(TCodeProfiler, MeasuresAlsoWhatThrows)
+TEST(TCodeProfiler, MeasuresEachLoopAndAlsoWhatThrows)
 {
     double elapsed = -1;
     EXPECT_THROW(TCodeProfiler::ExecuteWithElapsed([] { throw EException("stop"); }, elapsed),
                  EException);
     EXPECT_GT(elapsed, 0);
-}
-
-TEST(TCodeProfiler, DividesByTheLoops)
-{
     int runs = 0;
     TCodeProfiler profiler;
     profiler.Execute([&] { ++runs; }, 4);
     EXPECT_EQ(runs, 4);
-    EXPECT_GT(profiler.Elapsed(), 0);
     EXPECT_DOUBLE_EQ(profiler.LoopTime() * 4, profiler.Elapsed());
-    EXPECT_DOUBLE_EQ(profiler.LoopsPerSecond() * profiler.LoopTime(), 1);
     EXPECT_TRUE(TRegExUtils::IsMatch(profiler.GetDisplayString(),
                                      "^Elapsed: [\\d,]+\\.\\d\\d; Loop time: "
                                      "[\\d,]+\\.\\d{8} msec; "
