@@ -75,11 +75,13 @@ const QString &SqlText()
     return text;
 }
 
+// As in an editor, where one scanner lives with its text and scans it anew after a change.
 double Scan()
 {
     SqlText();
-    TSpuPrimaryParser parser([] { return SqlText(); });
-    return TBench::Seconds([&] { parser.Execute(); }) * 1000;
+    static TSpuManager manager([] { return SqlText(); });
+    manager.RequestProcess();
+    return TBench::Seconds([] { manager.Process(); }) * 1000;
 }
 
 double ScanPeer()
