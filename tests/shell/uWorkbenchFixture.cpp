@@ -11,7 +11,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
-TWorkbenchTest::TWorkbenchTest(TTestServer &server) : TServerTest(server)
+TWorkbenchTest::TWorkbenchTest()
 {
     TAppPathUtils::SetBaseFolders(FFolder.filePath("data"), FFolder.filePath("documents"),
                                   KORVANE_SOURCE_DIR);

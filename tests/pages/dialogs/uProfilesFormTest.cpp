@@ -64,6 +64,8 @@ TEST_F(TProfilesTest, OneKeyConnects)
     StoreProfile("Mine", Profile());
     Driver.Allow("frmWorker");
     OpenProfiles([](QWidget *form) {
+        EXPECT_EQ(form->windowTitle(), "Profiles");
+        EXPECT_EQ(Find<QPushButton>(form, "butOpen")->text(), "Connect");
         QTest::keyClick(Find<TVTTreeView>(form, "lvProfiles"), Qt::Key_Return);
     });
     ASSERT_TRUE(TAppUtils::Instance().IsConnectionOpened());
@@ -175,13 +177,28 @@ TEST_F(TProfilesTest, CreatesEditsAndDeletesProfiles)
     EXPECT_EQ(Stored().size(), 1);
 }
 
+TEST_F(TProfilesTest, SshRowsShowForATunnelOnly)
+{
+    StoreProfile("First", Profile());
+    EditProfile("butCancel", [](QWidget *dialog) {
+        auto *combo = Find<QComboBox>(dialog, "rowConnectionType");
+        combo->setFocus();
+        QTest::keyClicks(combo, "ssh");
+        EXPECT_EQ(Row(dialog, "rowConnectionType")->Text(), "ssh tunnel");
+        EXPECT_TRUE(Row(dialog, "rowSSHHostName")->IsSeen());
+        EXPECT_EQ(Row(dialog, "rowSSHAuthentication")->Text(), "password");
+    });
+}
+
 TEST_F(TProfilesTest, APrivateKeyIsImportedAndCleared)
 {
     TDbmConnectionProfile tunnel = Profile();
     tunnel.ConnectionType = ctSSHTunnel;
     tunnel.SSHSettings.Authentication = taPublicKey;
     StoreProfile("Tunnel", tunnel);
-    const QString key = FilePath("id_rsa");
+    const QString folder = FilePath("keys");
+    const QString key = folder + "/id_rsa";
+    ASSERT_TRUE(QDir().mkpath(folder));
     TTestSshServer::Run("ssh-keygen", {"-q", "-t", "rsa", "-b", "2048", "-N", "", "-f", key});
     const QString noKey = FilePath("no_key.txt");
     TFileUtils::WriteBinary(noKey, "no key");
@@ -194,7 +211,7 @@ TEST_F(TProfilesTest, APrivateKeyIsImportedAndCleared)
         profiles.Read();
         return profiles.GetArray().first()->ConnectionProfile.SSHSettings.PrivateKey;
     };
-    const auto choose = [this](const QString &file) {
+    const auto import = [this](TVerticalRow *row, const QString &file, const QString &error) {
         Driver.Expect("frmFile", [file](QWidget *window) {
             auto *dialog = qobject_cast<QFileDialog *>(window);
             // Keys have names of any kind.
@@ -202,20 +219,39 @@ TEST_F(TProfilesTest, APrivateKeyIsImportedAndCleared)
             Find<QLineEdit>(dialog, "fileNameEdit")->setText(file);
             static_cast<QDialog *>(dialog)->accept();
         });
+        if (!error.isEmpty())
+            ExpectError(error);
+        Q_EMIT row->OnButton(row, "Import");
     };
     const QByteArray imported = edit([&](TVerticalRow *row) {
-        choose(key);
-        Q_EMIT row->OnButton(row, "Import");
+        import(row, key, {});
+        EXPECT_TRUE(row->Text().startsWith("RSA 2048 - ")) << row->Text().toStdString();
         const QString shown = row->Text();
-        EXPECT_TRUE(shown.startsWith("RSA 2048 - ")) << shown.toStdString();
-        choose(noKey);
-        ExpectError("\"" + noKey + "\" cannot be read as a private key");
-        Q_EMIT row->OnButton(row, "Import");
+        import(row, noKey, "\"" + noKey + "\" cannot be read as a private key");
         EXPECT_EQ(row->Text(), shown);
     });
     EXPECT_EQ(imported, bytes);
     EXPECT_EQ(TAppConfig::ReadLastSSHPrivateKeysFolder(), QFileInfo(noKey).path());
-    EXPECT_EQ(edit([](TVerticalRow *row) { Q_EMIT row->OnButton(row, "Clear"); }), QByteArray());
+    EXPECT_EQ(edit([](TVerticalRow *row) {
+                  Q_EMIT row->OnButton(row, "Clear");
+                  EXPECT_EQ(row->Text(), "");
+              }),
+              QByteArray());
+}
+
+TEST_F(TProfilesTest, TestsAConnectionFromTheDialog)
+{
+    StoreProfile("First", Profile());
+    EditProfile("butCancel", [this](QWidget *dialog) {
+        ExpectJob();
+        TGuiTools::Trigger(dialog, "actTestConnection");
+        EXPECT_TRUE(JobLog.contains("successfully completed.\n\n---\nTask completed ("))
+            << JobLog.toStdString();
+        Edit(dialog, "rowUserName", "nobody");
+        ExpectJob();
+        TGuiTools::Trigger(dialog, "actTestConnection");
+        EXPECT_TRUE(JobLog.contains("\n---\nER_ACCESS_DENIED_ERROR\n")) << JobLog.toStdString();
+    });
 }
 
 TEST_F(TProfilesTest, EachCharacterSetOfTheListConnects)
@@ -247,6 +283,7 @@ TEST_F(TProfilesTest, SelectsADatabaseOfTheServer)
         ChooseDatabase(Database().Name());
         TVerticalRow *row = Row(dialog, "rowDatabase");
         Q_EMIT row->OnButton(row, "select");
+        EXPECT_EQ(row->Text(), Database().Name());
         // A wrong password is told, and the row stays.
         Edit(dialog, "rowUserName", "nobody");
         ExpectError("Access denied");

@@ -20,8 +20,7 @@
 class TObjectsFrameTest : public TWorkbenchTest
 {
 protected:
-    explicit TObjectsFrameTest(TTestServer &server = TTestServer::Instance())
-        : TWorkbenchTest(server)
+    TObjectsFrameTest()
     {
         for (const char *sql :
              {"CREATE TABLE cities (id INT PRIMARY KEY, name VARCHAR(20), KEY by_name (name))",
@@ -29,7 +28,7 @@ protected:
               "KEY (city_id) REFERENCES cities (id))",
               "CREATE TRIGGER on_city BEFORE INSERT ON cities FOR EACH ROW SET NEW.name = 'x'",
               "CREATE VIEW names AS SELECT name FROM cities", "CREATE PROCEDURE tidy () SELECT 1",
-              "CREATE FUNCTION two () RETURNS INT DETERMINISTIC RETURN 2",
+              "CREATE FUNCTION two () RETURNS INT RETURN 2",
               "CREATE EVENT nightly ON SCHEDULE EVERY 1 DAY DO SELECT 1"})
             Exec(sql);
     }
@@ -58,10 +57,8 @@ protected:
         return frame;
     }
 
-    /// The captions below a node, or of the whole tree's first level.
-    QStringList Below(const QStringList &path = {})
+    static QStringList Captions(const TVTDataList &list)
     {
-        const TVTDataList &list = *(path.isEmpty() ? FData->DataList() : Node(path).DataList());
         QStringList captions;
         for (int i = 0; i < list.Count(); ++i)
             captions += list.Items(i)->Caption();
@@ -112,12 +109,6 @@ protected:
 
     void Focus(const QStringList &path) { FData->SetFocusedItem(&Node(path)); }
 
-    void Press(int key, const QStringList &path)
-    {
-        Focus(path);
-        QTest::keyClick(FTree, Qt::Key(key));
-    }
-    /// What is typed into the next dialog for a name.
     void RenameBy(const QString &name)
     {
         Driver.Expect([name](QWidget *dialog) {
