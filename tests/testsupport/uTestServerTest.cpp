@@ -11,7 +11,7 @@ TEST(TTestServerTest, TellsErrorsOfEveryStatement)
 {
     const TTestDatabase database;
     EXPECT_THROW(database.Exec("SELECT 1; SELECT nothing_like_this"), std::runtime_error);
-    EXPECT_THROW(database.Server().Stop(), std::runtime_error) << "others still need it";
+    EXPECT_THROW(database.Server().Kill(), std::runtime_error) << "others still need it";
 }
 
 TEST(TTestServerTest, SaysWhyItDoesNotStart)
