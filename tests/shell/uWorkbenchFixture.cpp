@@ -11,7 +11,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
-TWorkbenchTest::TWorkbenchTest()
+TWorkbenchTest::TWorkbenchTest(TTestServer &server) : TServerTest(server)
 {
     TAppPathUtils::SetBaseFolders(FFolder.filePath("data"), FFolder.filePath("documents"),
                                   KORVANE_SOURCE_DIR);

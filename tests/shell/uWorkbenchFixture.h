@@ -24,7 +24,7 @@ class TQueryPageFrame;
 class TWorkbenchTest : public TServerTest
 {
 protected:
-    TWorkbenchTest();
+    explicit TWorkbenchTest(TTestServer &server = TTestServer::Instance());
     ~TWorkbenchTest() override;
 
     /// As the program starts and ends it; the profiles dialog that comes up is dismissed.

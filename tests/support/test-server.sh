@@ -11,7 +11,7 @@
 #   test-server.sh end ROOM                      stop the servers of ROOM
 #
 # KIND is mariadb or mysql. serve writes "ready PORT PID" when the server answers, and then obeys
-# the words stop, kill and start on standard input, each answered by a line. The end of the input
+# the words kill and start on standard input, each answered by a line. The end of the input
 # is the end of the server: however the process that holds the other end dies, nothing stays.
 # share leaves the ready line in ROOM/KIND/state.
 set -euo pipefail
@@ -135,9 +135,9 @@ find_port() { # KIND DIR ARGUMENT...; sets port and pid
     die "$kind did not start"
 }
 
-halt() { # SIGNAL
+halt() {
     [ -n "$pid" ] || return 0
-    kill "-$1" "$pid" 2>/dev/null || true
+    kill -KILL "$pid" 2>/dev/null || true
     wait "$pid" 2>/dev/null || true
     pid=
 }
@@ -148,11 +148,11 @@ serve() { # KIND DIR ARGUMENT...
     trap 'exit 0' TERM INT HUP PIPE
     if [ "$2" = - ]; then
         dir=$(mktemp -d)
-        trap 'halt KILL; rm -rf "$dir"' EXIT
+        trap 'halt; rm -rf "$dir"' EXIT
     else
         mkdir -p "$2"
         dir=$(cd "$2" && pwd)
-        trap 'halt KILL; rm -rf "$dir/data" "$dir/init.sql" "$dir/state"' EXIT
+        trap 'halt; rm -rf "$dir/data" "$dir/init.sql" "$dir/state"' EXIT
     fi
     shift 2
     prepare "$kind" "$dir"
@@ -160,8 +160,7 @@ serve() { # KIND DIR ARGUMENT...
     echo "ready $port $pid"
     while read -r word; do
         case $word in
-        stop) halt TERM && echo stopped ;;
-        kill) halt KILL && echo stopped ;;
+        kill) halt && echo killed ;;
         start)
             # Right after an end the port may still be in its closing time.
             launch "$kind" "$dir" "$port" "$@" || { tail -n 20 "$dir/server.log" >&2; exit 1; }

@@ -44,24 +44,18 @@ QString Plain(QString caption)
 
 } // namespace
 
-QStringList TGuiTools::Names(const QObject *root, const char *className)
+void TGuiTools::FailFind(const QObject *root, const QString &name, const char *className)
 {
+    if (!root)
+        Fail("Nothing to look for " + name + " in");
     QStringList names;
     for (const QObject *object : root->findChildren<QObject *>())
         if (object->inherits(className) && !object->objectName().isEmpty() &&
             !object->objectName().startsWith("qt_"))
             names << object->objectName();
     names.sort();
-    return names;
-}
-
-void TGuiTools::FailFind(const QObject *root, const QString &name, const char *className)
-{
-    if (!root)
-        Fail("Nothing to look for " + name + " in");
     Fail(QStringLiteral("No %1 \"%2\" in %3; there are: %4")
-             .arg(QString::fromLatin1(className), name, NameOf(root),
-                  Names(root, className).join(", ")));
+             .arg(QString::fromLatin1(className), name, NameOf(root), names.join(", ")));
 }
 
 void TGuiTools::Click(QWidget *widget, Qt::KeyboardModifiers modifiers)
@@ -73,12 +67,6 @@ void TGuiTools::Click(QWidget *widget, Qt::KeyboardModifiers modifiers)
 void TGuiTools::Click(QWidget *root, const QString &name)
 {
     Click(Find<QWidget>(root, name));
-}
-
-void TGuiTools::DoubleClick(QWidget *widget)
-{
-    CheckUsable(widget);
-    QTest::mouseDClick(Target(widget), Qt::LeftButton);
 }
 
 void TGuiTools::ClickHeader(const QHeaderView *header, int section)
@@ -158,26 +146,15 @@ void TGuiTools::Trigger(const QObject *root, const QString &name)
     action->trigger();
 }
 
-QAction *TGuiTools::Entry(const QMenu *menu, const QString &caption)
-{
-    for (QAction *action : menu->actions())
-        if (Plain(action->text()) == caption)
-            return action;
-    return nullptr;
-}
-
 QAction &TGuiTools::NeedEntry(const QMenu *menu, const QString &caption)
 {
-    QAction *action = Entry(menu, caption);
-    if (!action) {
-        QStringList captions;
-        for (const QAction *other : menu->actions())
-            captions << Plain(other->text());
-        Fail("No entry \"" + caption + "\"; there are: " + captions.join(", "));
+    QStringList captions;
+    for (QAction *action : menu->actions()) {
+        captions << Plain(action->text());
+        if (captions.last() == caption && action->isEnabled())
+            return *action;
     }
-    if (!action->isEnabled())
-        Fail("The entry \"" + caption + "\" is not enabled");
-    return *action;
+    Fail("No entry \"" + caption + "\" that is enabled; there are: " + captions.join(", "));
 }
 
 void TGuiTools::TriggerEntry(const QMenu *menu, const QString &caption)

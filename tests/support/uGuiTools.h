@@ -18,15 +18,12 @@
 class TGuiTools
 {
 public:
-    /// Object names of all objects below root that inherit className, for messages.
-    static QStringList Names(const QObject *root, const char *className = "QObject");
     [[noreturn]] static void FailFind(const QObject *root, const QString &name,
                                       const char *className);
 
     /// Mouse click in the middle of the widget; it must be visible and enabled.
     static void Click(QWidget *widget, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     static void Click(QWidget *root, const QString &name);
-    static void DoubleClick(QWidget *widget);
     /// The middle of a section.
     static void ClickHeader(const QHeaderView *header, int section);
     /// With the left button, by way of the middle of the two places.
@@ -43,9 +40,7 @@ public:
     static QStringList Column(const QAbstractItemModel &model, int column);
     /// Triggers the action with this objectName below root; it must be enabled.
     static void Trigger(const QObject *root, const QString &name);
-    /// Entry of a menu by its caption without "&"; nullptr when there is none.
-    static QAction *Entry(const QMenu *menu, const QString &caption);
-    /// The same, but it must be there and enabled.
+    /// Entry of a menu by its caption without "&"; it must be there and enabled.
     static QAction &NeedEntry(const QMenu *menu, const QString &caption);
     static void TriggerEntry(const QMenu *menu, const QString &caption);
     /// Asks the widget for its context menu, as a right click at this place does.

@@ -4,13 +4,9 @@
 
 #include <QApplication>
 #include <QDialog>
-#include <QElapsedTimer>
 #include <QEvent>
 #include <QFileDialog>
-#include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QTest>
 #include <QTimer>
 
@@ -19,18 +15,6 @@
 #include <algorithm>
 
 namespace {
-
-constexpr int Patience = 30000; // milliseconds that a window may stay open after its answer
-
-qint64 Now()
-{
-    static const QElapsedTimer clock = [] {
-        QElapsedTimer started;
-        started.start();
-        return started;
-    }();
-    return clock.elapsed();
-}
 
 bool IsNamed(const QWidget *window, const QString &name)
 {
@@ -44,19 +28,6 @@ void Close(QWidget *window)
         dialog->reject();
     else
         window->close();
-}
-
-QString TextOf(const QWidget *widget)
-{
-    if (auto *label = qobject_cast<const QLabel *>(widget))
-        return label->text();
-    if (auto *button = qobject_cast<const QAbstractButton *>(widget))
-        return button->text();
-    if (auto *box = qobject_cast<const QGroupBox *>(widget))
-        return box->title();
-    if (auto *message = qobject_cast<const QPlainTextEdit *>(widget))
-        return message->toPlainText();
-    return {};
 }
 
 } // namespace
@@ -136,9 +107,11 @@ QString TModalDriver::Describe(const QWidget *window)
     if (auto *box = qobject_cast<const QMessageBox *>(window))
         texts << box->text();
     for (const QWidget *child : window->findChildren<QWidget *>())
-        if (const QString text = TextOf(child); !text.isEmpty() && child->isVisible())
-            texts << text;
+        for (const char *shown : {"text", "title", "plainText"})
+            if (child->isVisible())
+                texts << child->property(shown).toString();
     texts.removeDuplicates();
+    texts.removeAll(QString());
     return QStringLiteral("%1 \"%2\" titled \"%3\": %4")
         .arg(QString::fromLatin1(window->metaObject()->className()), window->objectName(),
              window->windowTitle(), texts.join(" | "));
@@ -154,44 +127,29 @@ void TModalDriver::Arm()
 void TModalDriver::Poll()
 {
     Arm();
-    FOpen.removeIf([](const TOpen &open) { return !open.Window; });
     if (auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget()))
         LookAtMenu(menu);
-    else if (QWidget *window = QApplication::activeModalWidget(); window && window->isVisible())
+    else if (QWidget *window = QApplication::activeModalWidget();
+             window && window->isVisible() && !FOpen.contains(window))
         Look(window);
 }
 
 void TModalDriver::Look(QWidget *window)
 {
-    if (TOpen *open = FindOpen(window))
-        return CheckAge(*open);
     FSeen << Describe(window);
-    Remember(window);
-    if (!FOpen.last().Allowed)
-        Answer(window);
-}
-
-void TModalDriver::Remember(QWidget *window)
-{
-    FOpen.append({window, Now(), IsAllowed(window)});
+    FOpen << window;
     window->installEventFilter(this);
+    if (std::none_of(FAllowed.begin(), FAllowed.end(),
+                     [window](const QString &name) { return IsNamed(window, name); }))
+        Answer(window);
 }
 
 // A window object that is shown again is a new question, however soon that is.
 bool TModalDriver::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Hide)
-        FOpen.removeIf([watched](const TOpen &open) { return open.Window == watched; });
+        FOpen.removeAll(qobject_cast<QWidget *>(watched));
     return false;
-}
-
-void TModalDriver::CheckAge(TOpen &open)
-{
-    if (open.Allowed || Now() - open.Since < Patience)
-        return;
-    open.Since = Now();
-    ADD_FAILURE() << "Still open after its answer: " << Describe(open.Window).toStdString();
-    Close(open.Window);
 }
 
 void TModalDriver::Answer(QWidget *window)
@@ -216,12 +174,8 @@ void TModalDriver::Answer(QWidget *window)
 
 void TModalDriver::LookAtMenu(QMenu *menu)
 {
-    if (FAnswers.isEmpty() || !FAnswers.first().Menu) {
-        // A test may open a menu by itself; left open, it would keep its exec() for ever.
-        if (!FindOpen(menu))
-            Remember(menu);
-        return CheckAge(*FindOpen(menu));
-    }
+    if (FAnswers.isEmpty() || !FAnswers.first().Menu)
+        return; // a test may open a menu by itself
     const TMenuHandler handler = FAnswers.takeFirst().Menu;
     try {
         handler(menu);
@@ -229,18 +183,4 @@ void TModalDriver::LookAtMenu(QMenu *menu)
         ADD_FAILURE() << e.what();
     }
     menu->close();
-}
-
-bool TModalDriver::IsAllowed(const QWidget *window) const
-{
-    return std::any_of(FAllowed.begin(), FAllowed.end(),
-                       [window](const QString &name) { return IsNamed(window, name); });
-}
-
-TModalDriver::TOpen *TModalDriver::FindOpen(const QWidget *window)
-{
-    for (TOpen &open : FOpen)
-        if (open.Window == window)
-            return &open;
-    return nullptr;
 }

@@ -14,7 +14,7 @@ class QMenu;
 /// Answers modal windows and context menus while the call that opened them waits. Tell it before
 /// the act what will open, in order of opening; each Expect... answers one window. A window that
 /// nobody expected is a failure and is closed; so is an answer that was not called for when the
-/// driver is destroyed, and a window still open long after its answer.
+/// driver is destroyed.
 class TModalDriver : public QObject
 {
 public:
@@ -57,25 +57,15 @@ private:
         THandler Window;
         TMenuHandler Menu;
     };
-    struct TOpen
-    {
-        QPointer<QWidget> Window;
-        qint64 Since; // milliseconds of the driver's clock
-        bool Allowed;
-    };
 
     void Arm();
     void Poll();
     void Look(QWidget *window);
-    void Remember(QWidget *window);
     void LookAtMenu(QMenu *menu);
-    void CheckAge(TOpen &open);
     void Answer(QWidget *window);
-    bool IsAllowed(const QWidget *window) const;
-    TOpen *FindOpen(const QWidget *window);
 
     QList<TAnswer> FAnswers;
-    QList<TOpen> FOpen;
+    QList<QPointer<QWidget>> FOpen; // looked at and not closed since
     QStringList FAllowed;
     QStringList FSeen;
 };

@@ -1,352 +1,188 @@
 #include "uTcpProxy.h"
 
-#include "uTestSocket.h"
+#include <QTcpSocket>
 
-#include <chrono>
-#include <condition_variable>
-#include <fcntl.h>
-#include <functional>
-#include <list>
-#include <mutex>
-#include <netinet/tcp.h>
-#include <poll.h>
-#include <sys/eventfd.h>
-#include <thread>
-#include <vector>
+#include <algorithm>
+#include <memory>
+#include <sys/socket.h>
 
 namespace {
 
-[[noreturn]] void Fail(const char *what)
-{
-    throw std::system_error(errno, std::generic_category(), what);
-}
-
-// Such that the other end gets a reset instead of an orderly end.
-void Reset(int socket)
-{
-    if (socket < 0)
-        return;
-    const linger discard{1, 0};
-    ::setsockopt(socket, SOL_SOCKET, SO_LINGER, &discard, sizeof discard);
-    ::close(socket);
-}
-
-bool IsForLater()
-{
-    return errno == EAGAIN || errno == EINTR;
-}
-
-enum TSide { sdClient, sdServer };
-
-/// The two sockets of one forwarded connection. What comes from a side goes to the other one.
-class TPair
-{
-public:
-    TPair(int client, qint64 limit) : FSockets{client, -1}, FLimit(limit) {}
-
-    bool IsConnected() const { return FSockets[sdServer] >= 0; }
-    bool Connect(const QByteArray &host, int port);
-    /// Bytes that may still go to the client before the connection is reset; -1 is no limit.
-    void SetLimit(qint64 bytes) { FLimit = bytes; }
-    /// What poll() is to wait for on this side.
-    pollfd Watch(int side) const;
-    /// Moves what can be moved. False when the connection is over and its sockets are closed.
-    bool Move(const pollfd *fds, std::chrono::milliseconds delay);
-    void Cut();
-
-private:
-    bool Read(int from, std::chrono::milliseconds delay);
-    bool Write(int from);
-    void PassEnd(int from);
-
-    int FSockets[2];
-    QByteArray FWaiting[2];              // read from this side, not yet written to the other
-    bool FEnded[2] = {false, false};     // nothing more comes from this side
-    bool FEndPassed[2] = {false, false}; // and the other one has been told
-    qint64 FLimit;
-};
-
-bool TPair::Connect(const QByteArray &host, int port)
-{
-    const int server = TTestSocket::New();
-    if (!TTestSocket::Connect(server, static_cast<quint16>(port), host)) {
-        ::close(server);
-        return false;
-    }
-    FSockets[sdServer] = server;
-    // Pieces of a protocol are small; held back for each other they would look like a slow server.
-    const int on = 1;
-    for (const int socket : FSockets)
-        ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-    return true;
-}
-
-pollfd TPair::Watch(int side) const
-{
-    const bool wantsRead = !FEnded[side] && FWaiting[side].isEmpty();
-    const bool wantsWrite = !FWaiting[1 - side].isEmpty();
-    const int events = (wantsRead ? POLLIN : 0) | (wantsWrite ? POLLOUT : 0);
-    // Asked for nothing, poll() still reports an end again and again; -1 leaves it out.
-    return {events ? FSockets[side] : -1, static_cast<short>(events), 0};
-}
-
-bool TPair::Move(const pollfd *fds, std::chrono::milliseconds delay)
-{
-    for (const int side : {sdClient, sdServer}) {
-        const bool isReady = fds[side].revents & (POLLIN | POLLHUP | POLLERR);
-        if ((isReady && !Read(side, delay)) || !Write(side)) {
-            Cut();
-            return false;
-        }
-        PassEnd(side);
-    }
-    if (!FEndPassed[sdClient] || !FEndPassed[sdServer])
-        return true;
-    for (const int socket : FSockets)
-        ::close(socket);
-    return false;
-}
-
-bool TPair::Read(int from, std::chrono::milliseconds delay)
-{
-    QByteArray bytes(65536, Qt::Uninitialized);
-    const ssize_t got = ::recv(FSockets[from], bytes.data(), bytes.size(), MSG_DONTWAIT);
-    if (got < 0)
-        return IsForLater();
-    FEnded[from] = got == 0;
-    FWaiting[from].append(bytes.constData(), got);
-    std::this_thread::sleep_for(delay); // all the others are late then too, which does no harm
-    return true;
-}
-
-bool TPair::Write(int from)
-{
-    QByteArray &waiting = FWaiting[from];
-    if (waiting.isEmpty())
-        return true;
-    const bool isLimited = from == sdServer && FLimit >= 0;
-    const qint64 wanted = isLimited ? std::min<qint64>(FLimit, waiting.size()) : waiting.size();
-    const ssize_t sent =
-        ::send(FSockets[1 - from], waiting.constData(), wanted, MSG_DONTWAIT | MSG_NOSIGNAL);
-    if (sent < 0)
-        return IsForLater();
-    waiting.remove(0, sent);
-    if (isLimited)
-        FLimit -= sent;
-    return !isLimited || FLimit > 0;
-}
-
-void TPair::PassEnd(int from)
-{
-    if (!FEnded[from] || FEndPassed[from] || !FWaiting[from].isEmpty())
-        return;
-    ::shutdown(FSockets[1 - from], SHUT_WR);
-    FEndPassed[from] = true;
-}
-
-void TPair::Cut()
-{
-    for (const int socket : FSockets)
-        Reset(socket);
-}
+constexpr qint64 Piece = 65536; // bytes that are held at most for an end that does not read
 
 } // namespace
 
-class TTcpProxy::TLoop
+/// The two sockets of one forwarded connection. All of it happens in the proxy's thread.
+class TTcpProxy::TPair
 {
 public:
-    TLoop(const QString &host, int port, int ownPort);
-    ~TLoop();
+    TPair(TTcpProxy &proxy, QTcpSocket *client);
+    ~TPair() { Cut(); }
 
-    /// Runs this in the proxy's thread between two moves of data and returns when it is done.
-    void Call(const std::function<void()> &work);
-    void Listen(int port);
-    void SetLimit(qint64 bytes);
-
-    int Port = 0;
-    // The rest belongs to the thread.
-    int Listener = -1;
-    bool Stalled = false;
-    std::chrono::milliseconds Delay{0};
-    std::list<TPair> Pairs;
-    int Accepted = 0;
+    void SetLimit(qint64 bytes) { FLimit = bytes; }
+    /// Moves what can be moved.
+    void Move();
 
 private:
-    void Run();
-    void RunCall();
-    std::vector<pollfd> Watch() const;
-    void Accept();
-    void ConnectNew();
+    bool Connect();
+    qint64 Pass(QTcpSocket &from, QTcpSocket &to, qint64 most);
+    void Cut();
 
-    const QByteArray FHost;
-    const int FServerPort;
-    const int FWake = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    qint64 FLimit = -1;
-    std::mutex FCallers;
-    std::mutex FMutex;
-    std::condition_variable FDone;
-    std::function<void()> FCall;
-    bool FEnding = false;
-    std::thread FThread;
+    const TTcpProxy &FProxy;
+    const std::unique_ptr<QTcpSocket> FClient;
+    QTcpSocket FServer;
+    qint64 FLimit; // bytes that may still go to the client; -1 is no limit
+    bool FConnected = false;
+    bool FCut = false;
 };
 
-TTcpProxy::TLoop::TLoop(const QString &host, int port, int ownPort)
-    : FHost(host.toUtf8()), FServerPort(port)
+TTcpProxy::TPair::TPair(TTcpProxy &proxy, QTcpSocket *client)
+    : FProxy(proxy), FClient(client), FLimit(proxy.FLimit)
 {
-    Listen(ownPort);
-    Port = TTestSocket::PortOf(Listener);
-    FThread = std::thread([this] { Run(); });
-}
-
-TTcpProxy::TLoop::~TLoop()
-{
-    Call([this] { FEnding = true; });
-    FThread.join();
-    for (TPair &pair : Pairs)
-        pair.Cut();
-    ::close(FWake);
-    if (Listener >= 0)
-        ::close(Listener);
-}
-
-void TTcpProxy::TLoop::Listen(int port)
-{
-    Listener = TTestSocket::Listen(static_cast<quint16>(port));
-    ::fcntl(Listener, F_SETFL, O_NONBLOCK);
-}
-
-void TTcpProxy::TLoop::SetLimit(qint64 bytes)
-{
-    FLimit = bytes;
-    for (TPair &pair : Pairs)
-        pair.SetLimit(bytes);
-}
-
-void TTcpProxy::TLoop::Call(const std::function<void()> &work)
-{
-    const std::lock_guard caller(FCallers);
-    std::unique_lock lock(FMutex);
-    FCall = work;
-    ::eventfd_write(FWake, 1);
-    FDone.wait(lock, [this] { return !FCall; });
-}
-
-void TTcpProxy::TLoop::RunCall()
-{
-    eventfd_t calls = 0;
-    ::eventfd_read(FWake, &calls);
-    const std::lock_guard lock(FMutex);
-    if (FCall)
-        FCall();
-    FCall = nullptr;
-    FDone.notify_all();
-}
-
-void TTcpProxy::TLoop::Run()
-{
-    while (!FEnding) {
-        if (!Stalled)
-            ConnectNew();
-        std::vector<pollfd> fds = Watch();
-        if (::poll(fds.data(), fds.size(), -1) < 0 && errno != EINTR)
-            Fail("poll");
-        const pollfd *two = fds.data() + 2;
-        for (auto pair = Pairs.begin(); pair != Pairs.end() && !Stalled; two += 2)
-            pair = pair->Move(two, Delay) ? std::next(pair) : Pairs.erase(pair);
-        if (fds[1].revents)
-            Accept();
-        if (fds[0].revents)
-            RunCall();
+    const auto move = [this] { Move(); };
+    for (QTcpSocket *socket : {client, &FServer}) {
+        socket->setReadBufferSize(Piece);
+        QObject::connect(socket, &QTcpSocket::readyRead, socket, move);
+        QObject::connect(socket, &QTcpSocket::bytesWritten, socket, move);
+        QObject::connect(socket, &QTcpSocket::disconnected, socket, move);
     }
 }
 
-std::vector<pollfd> TTcpProxy::TLoop::Watch() const
-{
-    std::vector<pollfd> fds{{FWake, POLLIN, 0}, {Listener, POLLIN, 0}};
-    const pollfd nothing{-1, 0, 0};
-    for (const TPair &pair : Pairs)
-        for (const int side : {sdClient, sdServer})
-            fds.push_back(Stalled ? nothing : pair.Watch(side));
-    return fds;
-}
-
-void TTcpProxy::TLoop::Accept()
-{
-    const int client = ::accept4(Listener, nullptr, nullptr, SOCK_CLOEXEC);
-    if (client < 0)
-        return;
-    Pairs.emplace_back(client, FLimit);
-    ++Accepted;
-}
-
 // A stalled proxy accepts without a server behind, so the server's side is made when first needed.
-void TTcpProxy::TLoop::ConnectNew()
+bool TTcpProxy::TPair::Connect()
 {
-    std::erase_if(Pairs, [this](TPair &pair) {
-        if (pair.IsConnected() || pair.Connect(FHost, FServerPort))
-            return false;
-        pair.Cut();
-        return true;
-    });
+    FServer.connectToHost(FProxy.FHost, quint16(FProxy.FServerPort));
+    FConnected = FServer.waitForConnected();
+    // Pieces of a protocol are small; held back for each other they would look like a slow server.
+    for (QTcpSocket *socket : {FClient.get(), &FServer})
+        socket->setSocketOption(QTcpSocket::LowDelayOption, 1);
+    return FConnected;
 }
 
-TTcpProxy::TTcpProxy(const QString &host, int port, int ownPort)
-    : FLoop(std::make_unique<TLoop>(host, port, ownPort))
-{}
-
-TTcpProxy::~TTcpProxy() = default;
-
-int TTcpProxy::Port() const
+void TTcpProxy::TPair::Move()
 {
-    return FLoop->Port;
+    if (FCut || FProxy.FStalled)
+        return;
+    if (!FConnected && !Connect())
+        return Cut();
+    Pass(*FClient, FServer, Piece);
+    if (FLimit < 0)
+        Pass(FServer, *FClient, Piece);
+    else if (FLimit > 0)
+        FLimit -= Pass(FServer, *FClient, std::min(FLimit, Piece));
+    else if (FClient->bytesToWrite() == 0)
+        Cut();
+}
+
+qint64 TTcpProxy::TPair::Pass(QTcpSocket &from, QTcpSocket &to, qint64 most)
+{
+    if (to.bytesToWrite() > 0)
+        return 0; // asked again when that is written
+    const QByteArray bytes = from.read(most);
+    if (bytes.isEmpty() && from.state() == QTcpSocket::UnconnectedState)
+        to.disconnectFromHost();
+    if (bytes.isEmpty())
+        return 0;
+    QThread::msleep(FProxy.FDelay); // all the others are late then too, which does no harm
+    to.write(bytes);
+    return bytes.size();
+}
+
+// Such that the other ends get a reset instead of an orderly end.
+void TTcpProxy::TPair::Cut()
+{
+    FCut = true;
+    const linger discard{1, 0};
+    for (QTcpSocket *socket : {FClient.get(), &FServer}) {
+        ::setsockopt(int(socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &discard,
+                     sizeof discard);
+        socket->abort();
+    }
+}
+
+TTcpProxy::TTcpProxy(const QString &host, int port, int ownPort) : FHost(host), FServerPort(port)
+{
+    QObject::connect(&FListener, &QTcpServer::newConnection, &FListener, [this] {
+        while (QTcpSocket *client = FListener.nextPendingConnection()) {
+            ++FAccepted;
+            FPairs.emplace_back(*this, client).Move();
+        }
+    });
+    FListener.moveToThread(&FThread);
+    FThread.start();
+    Call([this, ownPort] { Listen(ownPort); });
+    FPort = FListener.serverPort();
+}
+
+TTcpProxy::~TTcpProxy()
+{
+    Call([this] {
+        FPairs.clear();
+        FListener.close();
+    });
+    FThread.quit();
+    FThread.wait();
+}
+
+// Done in the thread, between two moves of data.
+void TTcpProxy::Call(const std::function<void()> &work)
+{
+    QMetaObject::invokeMethod(&FListener, work, Qt::BlockingQueuedConnection);
+}
+
+void TTcpProxy::Listen(int port)
+{
+    if (!FListener.listen(QHostAddress::LocalHost, quint16(port)))
+        qFatal("The proxy cannot listen: %s", qPrintable(FListener.errorString()));
+}
+
+void TTcpProxy::Limit(qint64 bytes)
+{
+    FLimit = bytes;
+    for (TPair &pair : FPairs)
+        pair.SetLimit(bytes);
 }
 
 void TTcpProxy::Cut()
 {
-    FLoop->Call([this] {
-        for (TPair &pair : FLoop->Pairs)
-            pair.Cut();
-        FLoop->Pairs.clear();
-    });
+    Call([this] { FPairs.clear(); });
 }
 
 void TTcpProxy::CutAfter(qint64 bytesToClient)
 {
-    FLoop->Call([this, bytesToClient] { FLoop->SetLimit(bytesToClient); });
+    Call([=, this] { Limit(bytesToClient); });
 }
 
 void TTcpProxy::Stall()
 {
-    FLoop->Call([this] { FLoop->Stalled = true; });
+    Call([this] { FStalled = true; });
 }
 
 void TTcpProxy::Resume()
 {
-    FLoop->Call([this] {
-        FLoop->Stalled = false;
-        FLoop->SetLimit(-1);
-        if (FLoop->Listener < 0)
-            FLoop->Listen(FLoop->Port);
+    Call([this] {
+        FStalled = false;
+        Limit(-1);
+        if (!FListener.isListening())
+            Listen(FPort);
+        for (TPair &pair : FPairs)
+            pair.Move();
     });
 }
 
 void TTcpProxy::Refuse()
 {
-    FLoop->Call([this] {
-        if (FLoop->Listener >= 0)
-            ::close(FLoop->Listener);
-        FLoop->Listener = -1;
-    });
+    Call([this] { FListener.close(); });
 }
 
 void TTcpProxy::SetDelay(int milliseconds)
 {
-    FLoop->Call([this, milliseconds] { FLoop->Delay = std::chrono::milliseconds(milliseconds); });
+    Call([=, this] { FDelay = ulong(milliseconds); });
 }
 
-int TTcpProxy::ConnectionCount() const
+int TTcpProxy::ConnectionCount()
 {
     int count = 0;
-    FLoop->Call([&] { count = FLoop->Accepted; });
+    Call([&] { count = FAccepted; });
     return count;
 }

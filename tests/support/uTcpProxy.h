@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QString>
+#include <QTcpServer>
+#include <QThread>
 
-#include <memory>
+#include <functional>
+#include <list>
 
 /// Stands on loopback between a client and a server and makes the faults of a network. Forwards
 /// in a thread of its own, so the test may block meanwhile. All members may be called at any time.
@@ -17,13 +20,13 @@ public:
 
     /// Where the client has to connect to.
     QString Host() const { return QStringLiteral("127.0.0.1"); }
-    int Port() const;
+    int Port() const { return FPort; }
 
     /// Resets all open connections (RST), both ways. New ones are still accepted. Done on return.
     void Cut();
     /// Resets each connection as soon as this many more bytes went to the client over it.
     void CutAfter(qint64 bytesToClient);
-    /// Forwards nothing any more and reads nothing; connections are accepted and stay silent.
+    /// Forwards nothing any more; connections are accepted and stay silent.
     void Stall();
     /// Ends Stall(), Refuse() and CutAfter(); what waited is forwarded.
     void Resume();
@@ -39,11 +42,25 @@ public:
     void SetDelay(int milliseconds);
 
     /// Connections accepted so far.
-    int ConnectionCount() const;
+    int ConnectionCount();
 
 private:
-    class TLoop;
-    const std::unique_ptr<TLoop> FLoop;
+    class TPair;
+    void Call(const std::function<void()> &work);
+    void Listen(int port);
+    void Limit(qint64 bytes);
+
+    const QString FHost;
+    const int FServerPort;
+    int FPort = 0;
+    // The rest belongs to the thread.
+    bool FStalled = false;
+    qint64 FLimit = -1;
+    unsigned long FDelay = 0;
+    int FAccepted = 0;
+    std::list<TPair> FPairs; // those that are over as well
+    QThread FThread;
+    QTcpServer FListener;
 };
 
 /// A port that accepts connections and never answers.

@@ -27,11 +27,13 @@ private:
     const QString FName;
 };
 
-/// Base of the test fixtures that need a server: the MariaDB of the run and a database of their
-/// own for each test.
+/// Base of the test fixtures that need a server: the MariaDB of the run, unless they name another,
+/// and a database of their own for each test.
 class TServerTest : public ::testing::Test
 {
 protected:
+    explicit TServerTest(TTestServer &server = TTestServer::Instance()) : FDatabase(server) {}
+
     TTestServer &Server() const { return FDatabase.Server(); }
     TTestDatabase &Database() { return FDatabase; }
     void Exec(const QString &sql) const { FDatabase.Exec(sql); }

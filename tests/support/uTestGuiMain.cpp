@@ -1,5 +1,4 @@
 #include "uTestHome.h"
-#include "uTestRole.h"
 
 #include <QApplication>
 
@@ -27,8 +26,6 @@ int main(int argc, char **argv)
     Previous = qInstallMessageHandler(Handle);
     QApplication app(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false); // tests open and close many "last" windows
-    if (int code = 0; TTestRole::TryRun(QApplication::arguments(), code))
-        return code;
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -144,29 +144,16 @@ void TTestServer::AwaitReady()
     FPid = ready.Pid;
 }
 
-void TTestServer::End(const char *word)
-{
-    if (FOfRun)
-        throw Error(QStringLiteral("The server of the whole run is not for one test to stop"));
-    FSupervisor->Write(word);
-    FSupervisor->Await("stopped");
-    FPid = 0;
-}
-
-void TTestServer::Stop()
-{
-    End("stop");
-}
-
 void TTestServer::Kill()
 {
-    End("kill");
+    if (FOfRun)
+        throw Error(QStringLiteral("The server of the whole run is not for one test to kill"));
+    FSupervisor->Write("kill");
+    FSupervisor->Await("killed");
 }
 
 void TTestServer::Restart()
 {
-    if (FPid)
-        Stop(); // which also refuses it for the server of the run
     FSupervisor->Write("start");
     AwaitReady();
 }

@@ -41,7 +41,7 @@ public:
     QString Password() const { return QString(); }
     QString SecondUser() const { return QStringLiteral("korvane"); }
     QString SecondPassword() const { return QStringLiteral("secret"); }
-    /// Process id of the server; 0 while it is stopped.
+    /// Process id of the server.
     qint64 Pid() const { return FPid; }
 
     /// As in TTestSession, each call in a session of its own.
@@ -50,9 +50,8 @@ public:
     QByteArray Bytes(const QString &sql, const QString &database = QString()) const;
     QList<QStringList> Rows(const QString &sql, const QString &database = QString()) const;
 
-    /// For servers made by Start() only: an orderly end, an end without warning (SIGKILL), and a
-    /// new start on the same port with the same data.
-    void Stop();
+    /// For servers made by Start() only: an end without warning (SIGKILL), and behind it a new
+    /// start on the same port with the same data.
     void Kill();
     void Restart();
 
@@ -60,7 +59,6 @@ private:
     TTestServer();
     static std::unique_ptr<TTestServer> OfRun(TTestServerKind kind);
     void AwaitReady();
-    void End(const char *word);
 
     TTestServerKind FKind = skMariaDB;
     int FPort = 0;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QByteArray>
+#include <QtGlobal>
 
-#include <arpa/inet.h>
 #include <cerrno>
+#include <netinet/in.h>
 #include <sys/socket.h>
 #include <system_error>
 #include <unistd.h>
@@ -13,12 +13,11 @@ class TTestSocket
 {
 public:
     static int New() { return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0); }
-    /// False when nobody listens there. The host is an IPv4 address in figures.
-    static bool Connect(int socket, quint16 port, const QByteArray &host = "127.0.0.1")
+    /// False when nobody listens there.
+    static bool Connect(int socket, quint16 port)
     {
-        sockaddr_in address = Loopback(port);
-        ::inet_pton(AF_INET, host.constData(), &address.sin_addr);
-        return ::connect(socket, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0;
+        const sockaddr_in address = Loopback(port);
+        return ::connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
     }
     /// A socket that listens on loopback; port 0 is any that is free.
     static int Listen(quint16 port = 0)
@@ -26,8 +25,8 @@ public:
         const int listener = New();
         const int on = 1;
         ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-        sockaddr_in address = Loopback(port);
-        if (::bind(listener, reinterpret_cast<sockaddr *>(&address), sizeof address) ||
+        const sockaddr_in address = Loopback(port);
+        if (::bind(listener, reinterpret_cast<const sockaddr *>(&address), sizeof address) ||
             ::listen(listener, 64))
             throw std::system_error(errno, std::generic_category(), "listen");
         return listener;

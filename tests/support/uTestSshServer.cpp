@@ -4,12 +4,9 @@
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <csignal>
 #include <pwd.h>
 #include <stdexcept>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <thread>
 
 namespace {
@@ -52,17 +49,8 @@ TTestSshServer::TTestSshServer() : FPort(FreePort())
 
 void TTestSshServer::Start()
 {
-    const QByteArray configFile = Path("config").toUtf8();
-    const QByteArray logFile = Path("log").toUtf8();
-    FPid = ::fork();
-    if (FPid == 0) {
-        ::setpgid(0, 0);
-        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        ::execl("/usr/sbin/sshd", "/usr/sbin/sshd", "-D", "-f", configFile.constData(), "-E",
-                logFile.constData(), nullptr);
-        ::_exit(127);
-    }
-    ::setpgid(FPid, FPid);
+    FProcess.start("setpriv", {"--pdeathsig", "KILL", "/usr/sbin/sshd", "-D", "-f", Path("config"),
+                               "-E", Path("log")});
     AwaitPort();
 }
 
@@ -91,13 +79,10 @@ TTestSshServer::~TTestSshServer()
 // Sessions run in groups of their own; each is a descendant that we started.
 void TTestSshServer::Kill()
 {
-    if (FPid == 0)
+    if (FProcess.state() == QProcess::NotRunning)
         return;
-    QProcess ps;
-    ps.start("ps", {"-eo", "pid=,ppid="});
-    ps.waitForFinished();
-    QList<QByteArray> parents{QByteArray::number(FPid)};
-    const QList<QByteArray> lines = ps.readAllStandardOutput().split('\n');
+    QList<QByteArray> parents{QByteArray::number(FProcess.processId())};
+    const QList<QByteArray> lines = Run("ps", {"-eo", "pid=,ppid="}).split('\n');
     for (qsizetype i = 0; i < parents.size(); ++i)
         for (const QByteArray &line : lines) {
             const QList<QByteArray> pair = line.simplified().split(' ');
@@ -106,8 +91,7 @@ void TTestSshServer::Kill()
         }
     for (const QByteArray &pid : parents)
         ::kill(pid.toInt(), SIGKILL);
-    ::waitpid(FPid, nullptr, 0);
-    FPid = 0;
+    FProcess.waitForFinished();
 }
 
 QString TTestSshServer::User() const

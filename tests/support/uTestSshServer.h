@@ -1,10 +1,9 @@
 #pragma once
 
 #include <QByteArray>
+#include <QProcess>
 #include <QString>
 #include <QTemporaryDir>
-
-#include <sys/types.h>
 
 /// A real OpenSSH server on loopback with the settings of today's default, that lets the user of
 /// this process in with the keys made here. Ends with the object, and with this process.
@@ -38,6 +37,6 @@ private:
 
     QTemporaryDir FFolder;
     quint16 FPort = 0;
-    pid_t FPid = 0;
+    QProcess FProcess;
     int FKeys = 0;
 };

@@ -1,7 +1,5 @@
 #include "uTestSupervisor.h"
 
-#include <QStringList>
-
 #include <cerrno>
 #include <spawn.h>
 #include <stdexcept>
@@ -58,14 +56,8 @@ void TTestSupervisor::Write(const QByteArray &line)
 QByteArray TTestSupervisor::ReadLine()
 {
     QByteArray line;
-    char c = 0;
-    ssize_t got = 0;
-    while ((got = read(FEnd, &c, 1)) == 1 || (got < 0 && errno == EINTR)) {
-        if (got == 1)
-            line += c;
-        if (got == 1 && c == '\n')
-            break;
-    }
+    for (char c = 0; c != '\n' && TEMP_FAILURE_RETRY(read(FEnd, &c, 1)) == 1;)
+        line += c;
     return line;
 }
 

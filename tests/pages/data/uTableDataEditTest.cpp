@@ -108,7 +108,7 @@ TEST_F(TTableDataEditTest, CellsOfAnyPageAreWritten)
         ASSERT_NE(Editor(), nullptr) << action;
         EXPECT_EQ(Editor()->text(), "2");
     }
-    EXPECT_EQ(Part<QLineEdit>("edPageNum")->text(), "1");
+    EXPECT_EQ(PageNumber(), "1");
     EXPECT_TRUE(Part<QAction>("actEditMode")->isChecked());
     EXPECT_FALSE(Part<QAction>("actFilter")->isChecked());
     Trigger("actRefresh");
@@ -304,10 +304,9 @@ TEST_F(TTableDataEditTest, BytesComeFromFilesAndGoToFiles)
     OnRecordOf(0, [&](TVerticalGrid &grid) {
         OnDialogOf(grid, "b", [&](QWidget *dialog) {
             EXPECT_EQ(dialog->windowTitle(), "b");
-            auto *toolBar = Find<QToolBar>(dialog, "tbrBlob");
-            EXPECT_EQ(toolBar->widgetForAction(Find<QAction>(dialog, "actImport"))->focusPolicy(),
-                      Qt::TabFocus)
-                << "reached without a mouse";
+            auto *import = Find<QAction>(dialog, "actImport");
+            EXPECT_EQ(Find<QToolBar>(dialog, "tbrBlob")->widgetForAction(import)->focusPolicy(),
+                      Qt::TabFocus);
             EXPECT_EQ(Find<QLabel>(dialog, "labSize")->text(), "5 B");
             for (const QByteArray &bytes : {png, jpeg}) {
                 Import(dialog, bytes);
@@ -330,21 +329,16 @@ TEST_F(TTableDataEditTest, BytesComeFromFilesAndGoToFiles)
     TFileUtils::ReadBinary(FilePath("out"), written);
     EXPECT_EQ(written, cut);
     EXPECT_EQ(Bytes("SELECT b FROM t"), cut);
-    const auto before = FStatements.filter("UPDATE ").size();
-    OnRecordOf(0, [&](TVerticalGrid &grid) {
-        Driver.Expect([](QWidget *dialog) {
-            Find<QAction>(dialog, "actClear")->trigger();
-            TGuiTools::Click(dialog, "butCancel");
+    for (const char *button : {"butCancel", "butOK"}) {
+        OnRecordOf(0, [&](TVerticalGrid &grid) {
+            Driver.Expect([button](QWidget *dialog) {
+                Find<QAction>(dialog, "actClear")->trigger();
+                TGuiTools::Click(dialog, button);
+            });
+            TGuiTools::Click(Find<QToolButton>(&grid, "bedit"));
         });
-        TGuiTools::Click(Find<QToolButton>(&grid, "bedit"));
-    });
-    EXPECT_EQ(FStatements.filter("UPDATE ").size(), before);
-    OnRecordOf(0, [&](TVerticalGrid &grid) {
-        OnDialogOf(grid, "b",
-                   [](QWidget *dialog) { Find<QAction>(dialog, "actClear")->trigger(); });
-        EXPECT_EQ(grid.Row("b")->Text(), "NULL");
-    });
-    EXPECT_EQ(Value("SELECT b IS NULL FROM t"), "1");
+        EXPECT_EQ(Value("SELECT b IS NULL FROM t"), QString(button) == "butOK" ? "1" : "0");
+    }
 }
 
 TEST_F(TTableDataEditTest, AHundredMegabytesAreReadOnceAndNotSentBack)
@@ -405,29 +399,22 @@ TEST_F(TTableDataEditTest, EditsOnMySql9)
     SKIP_WITHOUT_MYSQL9();
     const TTestDatabase database(*TTestServer::MySql9());
     database.Exec("CREATE TABLE t (id INT PRIMARY KEY, e ENUM('a','it''s'), d DATETIME(6))");
-    database.Exec("INSERT INTO t WITH RECURSIVE n (i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n "
-                  "WHERE i < 150) SELECT i, 'a', NULL FROM n");
-    database.Exec("CREATE VIEW v AS SELECT e AS x, id FROM t");
+    database.Exec("INSERT INTO t VALUES (1, 'a', NULL), (2, 'a', NULL)");
+    database.Exec("CREATE VIEW v AS SELECT e AS x, id, d FROM t");
     OpenWorkspaceOn(ServerProfile(*TTestServer::MySql9()));
     Show(database, "v");
     Run("actEditMode");
     Write(0, 0, "it's");
     EXPECT_EQ(Note(), "");
-    EXPECT_EQ(database.Value("SELECT e FROM t WHERE id = 1"), "it's");
-    Show(database, "t");
-    Run("actFilter");
-    Filter("id > 20");
-    Run("actNextPage");
-    EXPECT_EQ(Status(), "Rows: 130");
-    Run("actEditMode");
     Write(0, 2, "2024-02-29 23:59:59.5");
-    EXPECT_EQ(database.Value("SELECT d FROM t WHERE id = 121"), "2024-02-29 23:59:59.500000");
-    Run("actEditMode");
+    EXPECT_EQ(database.Value("SELECT CONCAT(e, d) FROM t WHERE id = 1"),
+              "it's2024-02-29 23:59:59.500000");
+    Show(database, "t");
     OnRecordOf(1, [](TVerticalGrid &grid) {
         Choose(grid, "e", "it's");
         Type(grid, "d", "2024-01-01");
     });
-    EXPECT_EQ(database.Value("SELECT CONCAT(e, d) FROM t WHERE id = 122"),
+    EXPECT_EQ(database.Value("SELECT CONCAT(e, d) FROM t WHERE id = 2"),
               "it's2024-01-01 00:00:00.000000");
 }
 

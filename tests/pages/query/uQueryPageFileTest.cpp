@@ -42,6 +42,7 @@ TEST_F(TQueryFileTest, SavesAndOpensAFile)
     TManagerFrame &workspace = OpenWorkspace();
     NewQuery("SELECT 'Ж'");
     const QString file = FilePath("query.sql");
+    EXPECT_TRUE(IsEnabled("actQuerySave")) << "without a file it can always be saved";
     Driver.ExpectFile(file);
     Trigger("actQuerySaveAs");
     EXPECT_EQ(QueryPage().GetTitle(), "query.sql");

@@ -3,6 +3,7 @@
 #include "pages/structure/uTableFrame.h"
 #include "pages/structure/uTableListFrames.h"
 #include "pages/structure/uTableStructureFrame.h"
+#include "pages/uBothServers.h"
 #include "pages/uTabTools.h"
 #include "shell/uAppManagerUtils.h"
 #include "shell/uAppMessages.h"
@@ -32,7 +33,7 @@ enum TViewTab { vtData, vtFields, vtInfo };
 class TTablePageTest : public TWorkbenchTest
 {
 protected:
-    TTablePageTest()
+    explicit TTablePageTest(TTestServer &server = TTestServer::Instance()) : TWorkbenchTest(server)
     {
         Exec("CREATE TABLE parent (id INT PRIMARY KEY)");
         Exec(
@@ -56,7 +57,11 @@ protected:
     QStringList List(TTablePageFrame &page, int tab) { return TTabTools::Rows(Tabs(page), tab); }
 };
 
-TEST_F(TTablePageTest, ShowsHowATableIsMade)
+using TTablePageOnBothServers = TOnBothServers<TTablePageTest>;
+INSTANTIATE_TEST_SUITE_P(Servers, TTablePageOnBothServers, testing::Values(skMariaDB, skMySQL),
+                         TTablePageOnBothServers::Name);
+
+TEST_P(TTablePageOnBothServers, ShowsHowATableIsMade)
 {
     TTablePageFrame &page = Open("t");
     EXPECT_EQ(page.GetTitle(), Database().Name() + ".t");
@@ -72,16 +77,14 @@ TEST_F(TTablePageTest, ShowsHowATableIsMade)
     EXPECT_EQ(List(page, ttReferences),
               QStringList{"to_parent|parent_id|parent(id)|cascade|restrict"});
     EXPECT_EQ(List(page, ttTriggers), QStringList{"on_t|before insert"});
-    const QStringList info = List(page, ttInfo);
-    EXPECT_EQ(info.size(), 14);
-    EXPECT_EQ(info.mid(0, 2), (QStringList{"Table name|t", "Engine|InnoDB"}));
+    EXPECT_EQ(List(page, ttInfo).mid(0, 2), (QStringList{"Table name|t", "Engine|InnoDB"}));
     Tabs(page).setCurrentIndex(ttDDL);
     EXPECT_TRUE(Find<TTextEditor>(Tabs(page).widget(ttDDL), "edEditor")
                     ->Text()
                     .startsWith("CREATE TABLE `t`"));
 }
 
-TEST_F(TTablePageTest, AViewHasRowsColumnsAndProperties)
+TEST_P(TTablePageOnBothServers, AViewHasRowsColumnsAndProperties)
 {
     TTablePageFrame &page = Open("v");
     EXPECT_EQ(Captions(page), (QStringList{"Data", "Fields: 2", "Info"}));
@@ -89,12 +92,9 @@ TEST_F(TTablePageTest, AViewHasRowsColumnsAndProperties)
     const auto *grid = Tabs(page).widget(vtFields)->findChild<TGridView *>();
     EXPECT_TRUE(grid->isColumnHidden(6));
     EXPECT_FALSE(Find<QAction>(Tabs(page).widget(vtFields), "actDelete")->isEnabled());
-    EXPECT_EQ(List(page, vtInfo).first(), "View name|v");
-    TTablePageFrame &system = Open("parent");
-    EXPECT_NE(&system, &page);
-    Pages().ShowTable("information_schema", "TABLES", true);
-    auto &tables = *static_cast<TTablePageFrame *>(Pages().GetActivePage());
-    EXPECT_FALSE(Captions(tables).join(' ').contains("Indexes"));
+    EXPECT_EQ(List(page, vtInfo).mid(0, 4),
+              (QStringList{"View name|v", "Check option|None", "Updatable|Yes",
+                           "Security type|Definer"}));
 }
 
 TEST_F(TTablePageTest, ThePageFollowsItsTable)
@@ -110,14 +110,6 @@ TEST_F(TTablePageTest, ThePageFollowsItsTable)
     EXPECT_EQ(page.GetTitle(), Database().Name() + ".renamed");
     EXPECT_EQ(&Open("renamed"), &page);
     EXPECT_EQ(Captions(page).value(1), "Fields: 3");
-
-    // Deleting a key from its list.
-    List(page, ttReferences);
-    Tabs(page).widget(ttReferences)->findChild<TGridView *>()->SetFocusedRow(0);
-    Answer("butYes");
-    Find<QAction>(Tabs(page).widget(ttReferences), "actDelete")->trigger();
-    EXPECT_EQ(List(page, ttReferences), QStringList());
-    EXPECT_EQ(Captions(page).value(3), "References: 0");
 
     Answer("butYes");
     utils.DeleteTable(Database().Name(), "renamed");
@@ -166,18 +158,16 @@ TEST_F(TTablePageTest, TheTextIsReadOnceAndKeepsItsPlace)
 
 TEST_F(TTablePageTest, TheTabShowsWhatItHolds)
 {
-    const auto icon = [this](const TPageFrame &page) {
-        const TPageManagerFrame &pages = Workspace().PageManager();
-        for (int i = 0; i < pages.PageCount(); ++i)
-            if (pages.GetPageByIndex(i) == &page)
-                return Find<QTabBar>(&pages, "tabBar")->tabIcon(i).name();
-        return QString();
-    };
-    EXPECT_EQ(icon(Open("t")), "table");
-    EXPECT_EQ(icon(Open("v")), "view");
-    EXPECT_EQ(icon(Open("nothing")), "text-page");
+    Open("t");
+    const auto *tabs = Find<QTabBar>(&Workspace().PageManager(), "tabBar");
+    const auto icon = [tabs] { return tabs->tabIcon(tabs->currentIndex()).name(); };
+    EXPECT_EQ(icon(), "table");
+    Open("v");
+    EXPECT_EQ(icon(), "view");
+    Open("nothing");
+    EXPECT_EQ(icon(), "text-page");
     Pages().ShowTable("information_schema", "TABLES", true);
-    EXPECT_EQ(icon(*Pages().GetActivePage()), "table-system");
+    EXPECT_EQ(icon(), "table-system");
 }
 
 TEST_F(TTablePageTest, AViewWithoutItsTableIsShownAsFarAsItGoes)
@@ -266,9 +256,6 @@ TEST_F(TTablePageTest, TheHiddenListsAreWhole)
     Answer("butYes");
     Find<QAction>(list, "actDelete")->trigger();
     EXPECT_EQ(model->rowCount(), 0);
-    EXPECT_EQ(Value("SELECT COUNT(*) FROM information_schema.REFERENTIAL_CONSTRAINTS WHERE "
-                    "CONSTRAINT_SCHEMA = DATABASE()"),
-              "0");
 }
 
 TEST_F(TTablePageTest, ButtonsAreReachedByTheKeyboard)

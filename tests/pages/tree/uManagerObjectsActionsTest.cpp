@@ -1,4 +1,5 @@
 #include "pages/tree/uObjectsFrameFixture.h"
+#include "pages/uBothServers.h"
 
 namespace {
 
@@ -39,69 +40,48 @@ TEST_F(TObjectsFrameTest, OffersWhatCanBeDoneWithANode)
                 enabled += Action(name)->text();
         EXPECT_EQ(enabled.join('|'), each.Enabled);
     }
+    Focus({"Tables", "cities"});
+    EXPECT_TRUE(Action("actObjectClone")->isEnabled());
+    Focus({"Tables"});
+    EXPECT_FALSE(Action("actObjectClone")->isEnabled());
     frame.SelectDatabase("information_schema");
     FData->SetFocusedItem(Node({"Tables"}).DataList()->Items(0));
     EXPECT_FALSE(Action("actObjectDelete")->isEnabled()) << "a system view";
 }
 
-TEST_F(TObjectsFrameTest, RenamesByTheKeyboard)
-{
-    OpenDatabase();
-    Focus({"Tables", "cities"});
-    // A name that is taken is refused; the dialog keeps what was typed and takes the next one.
-    Driver.Expect([this](QWidget *dialog) {
-        EXPECT_EQ(dialog->windowTitle(), "Rename table");
-        auto *name = Find<QLineEdit>(dialog, "edName");
-        EXPECT_EQ(name->selectedText(), "cities");
-        name->setText("streets");
-        ExpectError("streets");
-        TGuiTools::Click(dialog, "butOK");
-        EXPECT_EQ(name->text(), "streets");
-        name->setText("towns");
-        TGuiTools::Click(dialog, "butOK");
-    });
-    QTest::keyClick(FTree, Qt::Key_F2);
-    EXPECT_EQ(Captions(*Node({"Tables"}).DataList()), (QStringList{"streets", "towns"}));
-    EXPECT_EQ(FRenames, 2) << "the refused one, and the one that was done";
-    Focus({"Tables", "towns"});
-    RenameBy("towns");
-    QTest::keyClick(FTree, Qt::Key_F2);
-    EXPECT_EQ(FRenames, 2) << "the name that it has sends nothing";
-    EXPECT_EQ(Value("SELECT COUNT(*) FROM towns"), "0");
+using TActionsOnBothServers = TOnBothServers<TObjectsFrameTest>;
+INSTANTIATE_TEST_SUITE_P(Servers, TActionsOnBothServers, testing::Values(skMariaDB, skMySQL),
+                         TActionsOnBothServers::Name);
 
-    for (const char *folder : {"Procedures", "Functions", "Events"}) {
-        FData->SetFocusedItem(Node({folder}).DataList()->Items(0));
-        RenameBy("renamed");
-        QTest::keyClick(FTree, Qt::Key_F2);
-        EXPECT_EQ(Captions(*Node({folder}).DataList()), QStringList{"renamed"}) << folder;
-        if (QString(folder) == "Procedures") // both share the names of routines
-            Exec("DROP PROCEDURE renamed");
-    }
-}
-
-TEST_F(TObjectsFrameTest, DeletesWhatIsConfirmed)
+TEST_P(TActionsOnBothServers, RenamesAndDeletesObjectsOfEachKind)
 {
     OpenDatabase();
     Node({"Tables", "cities"}).SetExpanded(true);
-    Node({"Tables", "streets"}).SetExpanded(true);
-    Focus({"Tables", "streets"});
     Answer("butNo");
-    QTest::keyClick(FTree, Qt::Key_Delete);
-    EXPECT_EQ(Node({"Tables"}).DataList()->Count(), 2);
-    const QList<QStringList> paths = {{"Tables", "streets", "References", "in_city"},
-                                      {"Tables", "cities", "Indexes", "by_name"},
-                                      {"Tables", "cities", "Triggers", "on_city"},
-                                      {"Tables", "streets", "Fields", "city_id"},
-                                      {"Tables", "streets"},
-                                      {"Views", "names"},
-                                      {"Procedures", "tidy"},
-                                      {"Functions", "two"},
-                                      {"Events", "nightly"}};
-    for (const QStringList &path : paths) {
+    Press(Qt::Key_Delete, {"Tables", "streets"});
+    EXPECT_EQ(Below({"Tables"}), (QStringList{"cities", "streets"}));
+    for (const QStringList &path : {QStringList{"Tables", "streets"},
+                                    {"Views", "names"},
+                                    {"Procedures", "tidy"},
+                                    {"Functions", "two"},
+                                    {"Events", "nightly"}}) {
+        RenameBy(path[1] + "_new");
+        Press(Qt::Key_F2, path);
+        EXPECT_NO_THROW(Node({path[0], path[1] + "_new"}));
+    }
+    Node({"Tables", "streets_new"}).SetExpanded(true);
+    for (const QStringList &path : {QStringList{"Tables", "streets_new", "References", "in_city"},
+                                    {"Tables", "cities", "Indexes", "by_name"},
+                                    {"Tables", "cities", "Triggers", "on_city"},
+                                    {"Tables", "streets_new", "Fields", "city_id"},
+                                    {"Tables", "streets_new"},
+                                    {"Views", "names_new"},
+                                    {"Procedures", "tidy_new"},
+                                    {"Functions", "two_new"},
+                                    {"Events", "nightly_new"}}) {
         SCOPED_TRACE(path.join('/').toStdString());
-        Focus(path);
         Answer("butYes");
-        QTest::keyClick(FTree, Qt::Key_Delete);
+        Press(Qt::Key_Delete, path);
         EXPECT_THROW(Node(path), std::runtime_error);
     }
     EXPECT_EQ(Rows("SHOW TABLES"), (QList<QStringList>{{"cities"}}));
@@ -110,46 +90,7 @@ TEST_F(TObjectsFrameTest, DeletesWhatIsConfirmed)
     // What another session has removed meanwhile is not asked about.
     Exec("DROP TABLE cities");
     Window->GetActiveManagerFrame()->Manager().RequestProcess();
-    Focus({"Tables", "cities"});
-    QTest::keyClick(FTree, Qt::Key_Delete);
-}
-
-TEST_F(TObjectsFrameTest, OpensRoutinesAsText)
-{
-    TManagerObjectsFrame &frame = OpenDatabase();
-    Focus({"Functions", "two"});
-    QTest::keyClick(FTree, Qt::Key_Return);
-    const QString text = QueryPage().GetText();
-    EXPECT_TRUE(text.startsWith("DROP FUNCTION")) << text.toStdString();
-    EXPECT_TRUE(text.contains("DELIMITER $$\r\n\r\nCREATE FUNCTION")) << text.toStdString();
-    Trigger("actQueryExecute"); // it is whole: the function is dropped and made again
-    EXPECT_EQ(Value("SELECT two()"), "2");
-    Find<QAction>(&frame, "actDatabaseCreateProcedure")->trigger();
-    EXPECT_TRUE(QueryPage().GetText().endsWith("BEGIN\r\n\r\nEND"));
-}
-
-TEST_F(TObjectsFrameTest, TheActionsOfADatabaseGoWithIt)
-{
-    OpenDatabase();
-    const char *const onDatabase[] = {"actDatabaseOpen",
-                                      "actDatabaseMigrate",
-                                      "actDatabaseClone",
-                                      "actDatabaseDump",
-                                      "actDatabaseChecksum",
-                                      "actDatabaseDelete",
-                                      "actDatabaseCreateProcedure",
-                                      "actDatabaseCreateFunction"};
-    for (const char *name : onDatabase)
-        EXPECT_TRUE(Action(name)->isEnabled()) << name;
-    Focus({"Tables", "cities"});
-    EXPECT_TRUE(Action("actObjectClone")->isEnabled());
-    Focus({"Tables"});
-    EXPECT_FALSE(Action("actObjectClone")->isEnabled());
-    Exec("DROP DATABASE " + Database().Name());
-    Action("actRefresh")->trigger();
-    for (const char *name : onDatabase)
-        EXPECT_FALSE(Action(name)->isEnabled()) << name;
-    Server().Exec("CREATE DATABASE " + Database().Name()); // the fixture drops it
+    Press(Qt::Key_Delete, {"Tables", "cities"});
 }
 
 TEST_F(TObjectsFrameTest, DialogsAreOpenedForWhatIsFocused)
@@ -170,16 +111,12 @@ TEST_F(TObjectsFrameTest, DialogsAreOpenedForWhatIsFocused)
     const TCase cases[] = {
         {{"Tables"}, "actDatabaseCreateTable", "table||"},
         {{"Views"}, "actDatabaseCreateView", "view||"},
-        {{"Events"}, "actDatabaseCreateEvent", "event||"},
         {{"Tables", "cities"}, "actDatabaseCreateField", "field|cities|"},
         {{"Tables", "cities", "Indexes"}, "actDatabaseCreateIndex", "index|cities|"},
         {key, "actDatabaseCreateReference", "reference|streets|"},
         {column, "actDatabaseCreateTrigger", "trigger|cities|"},
-        {{"Tables", "cities"}, "actObjectUpdate", "table||cities"},
-        {{"Views", "names"}, "actObjectUpdate", "view||names"},
         {{"Events", "nightly"}, "actObjectUpdate", "event||nightly"},
         {column, "actObjectUpdate", "field|cities|id"},
-        {{"Tables", "cities", "Indexes", "by_name"}, "actObjectUpdate", "index|cities|by_name"},
         {key, "actObjectUpdate", "reference|streets|in_city"},
         {{"Tables", "cities", "Triggers", "on_city"}, "actObjectUpdate", "trigger|cities|on_city"},
     };
@@ -212,8 +149,7 @@ TEST_F(TObjectsFrameTest, AServerWithoutEventsOffersNone)
     database.Exec("CREATE TABLE t (id INT)");
     TManagerObjectsFrame &frame = Open(ServerProfile(*old));
     frame.SelectDatabase(database.Name());
-    EXPECT_EQ(Captions(*FData->DataList()),
-              (QStringList{"Tables (1)", "Views (0)", "Procedures (0)", "Functions (0)"}));
+    EXPECT_EQ(Below(), (QStringList{"Tables (1)", "Views (0)", "Procedures (0)", "Functions (0)"}));
     EXPECT_FALSE(Action("actDatabaseCreateEvent")->isVisible());
     Action("actDatabaseOpen")->trigger();
     const auto *tabs = Window->findChild<TPreparedTabs *>("pcTabs");

@@ -10,8 +10,6 @@
 #include "widgets/uDropDownCombo.h"
 #include "widgets/uVTDataModel.h"
 
-#include <QApplication>
-#include <QContextMenuEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
@@ -20,7 +18,8 @@
 class TObjectsFrameTest : public TWorkbenchTest
 {
 protected:
-    TObjectsFrameTest()
+    explicit TObjectsFrameTest(TTestServer &server = TTestServer::Instance())
+        : TWorkbenchTest(server)
     {
         for (const char *sql :
              {"CREATE TABLE cities (id INT PRIMARY KEY, name VARCHAR(20), KEY by_name (name))",
@@ -28,7 +27,7 @@ protected:
               "KEY (city_id) REFERENCES cities (id))",
               "CREATE TRIGGER on_city BEFORE INSERT ON cities FOR EACH ROW SET NEW.name = 'x'",
               "CREATE VIEW names AS SELECT name FROM cities", "CREATE PROCEDURE tidy () SELECT 1",
-              "CREATE FUNCTION two () RETURNS INT RETURN 2",
+              "CREATE FUNCTION two () RETURNS INT DETERMINISTIC RETURN 2",
               "CREATE EVENT nightly ON SCHEDULE EVERY 1 DAY DO SELECT 1"})
             Exec(sql);
     }
@@ -40,10 +39,7 @@ protected:
         TManagerFrame &workspace = OpenWorkspaceOn(profile);
         FStatements = 0;
         QObject::connect(&workspace, &TManagerFrame::OnCommandBeforeExecute, &workspace,
-                         [this](const QString &text) {
-                             ++FStatements;
-                             FRenames += text.startsWith("RENAME") ? 1 : 0;
-                         });
+                         [this] { ++FStatements; });
         auto *frame = workspace.findChild<TManagerObjectsFrame *>();
         FTree = Find<TVTTreeView>(frame, "lvTree");
         FData = FTree->findChild<TVTDataManager *>();
@@ -57,8 +53,10 @@ protected:
         return frame;
     }
 
-    static QStringList Captions(const TVTDataList &list)
+    /// The captions below a node, or of the whole tree's first level.
+    QStringList Below(const QStringList &path = {})
     {
+        const TVTDataList &list = *(path.isEmpty() ? FData->DataList() : Node(path).DataList());
         QStringList captions;
         for (int i = 0; i < list.Count(); ++i)
             captions += list.Items(i)->Caption();
@@ -79,15 +77,11 @@ protected:
     }
     void DoubleClick(const QStringList &path)
     {
-        const QPoint place = Place(path).center();
-        QTest::mouseClick(FTree->viewport(), Qt::LeftButton, {}, place);
-        QTest::mouseDClick(FTree->viewport(), Qt::LeftButton, {}, place);
-    }
-    QRect Place(const QStringList &path)
-    {
         const QModelIndex index = FData->Model()->IndexOf(&Node(path));
         FTree->scrollTo(index);
-        return FTree->visualRect(index);
+        const QPoint place = FTree->visualRect(index).center();
+        QTest::mouseClick(FTree->viewport(), Qt::LeftButton, {}, place);
+        QTest::mouseDClick(FTree->viewport(), Qt::LeftButton, {}, place);
     }
 
     /// By captions from the root; a folder's without its count. Throws when there is none.
@@ -109,6 +103,12 @@ protected:
 
     void Focus(const QStringList &path) { FData->SetFocusedItem(&Node(path)); }
 
+    void Press(int key, const QStringList &path)
+    {
+        Focus(path);
+        QTest::keyClick(FTree, Qt::Key(key));
+    }
+    /// What is typed into the next dialog for a name.
     void RenameBy(const QString &name)
     {
         Driver.Expect([name](QWidget *dialog) {
@@ -118,7 +118,6 @@ protected:
     }
 
     int FStatements = 0;
-    int FRenames = 0;
     TVTTreeView *FTree = nullptr;
     TVTDataManager *FData = nullptr;
 };
