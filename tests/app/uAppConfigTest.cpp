@@ -5,8 +5,6 @@
 #include "support/uTextCoding.h"
 #include "uTestErrors.h"
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -30,20 +28,6 @@ protected:
 
     QTemporaryDir FFolder;
 };
-
-TEST_F(TAppHomeTest, HasItsFoldersMadeWhereTheyAreExpected)
-{
-    TAppPathUtils::CreateFolders();
-    TAppPathUtils::CreateFolders();
-    for (const char *folder : {"data home/Halimund/Korvane 6/sessions", "docs/Korvane"})
-        EXPECT_TRUE(QDir(FFolder.filePath(folder)).exists()) << folder;
-    EXPECT_EQ(TAppPathUtils::ConfigurationFile(),
-              FFolder.filePath("data home/Halimund/Korvane 6/config.xml"));
-    EXPECT_EQ(TAppPathUtils::ProfilesFile(), FFolder.filePath("docs/Korvane/profiles.xml"));
-    EXPECT_EQ(TAppPathUtils::ProgramFolder(), QCoreApplication::applicationDirPath());
-    EXPECT_EQ(TAppPathUtils::ErrorNamesFile(),
-              QCoreApplication::applicationDirPath() + "/data/errors.xml");
-}
 
 TEST_F(TAppHomeTest, NamesAFolderThatCannotBeMade)
 {

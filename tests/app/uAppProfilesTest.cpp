@@ -140,9 +140,6 @@ TEST_F(TAppProfilesTest, AProfileWithoutAnIdGetsOneForGood)
     EXPECT_TRUE(profiles.IsChanged());
     profiles.Write();
     EXPECT_EQ(ReadOne().Id, id);
-    profiles.GiveMissingId();
-    EXPECT_FALSE(profiles.IsChanged()) << "there is none without";
-
     Put(QByteArray(nameless).replace('%', '0') + QByteArray(nameless).replace('%', '1'));
     EXPECT_THROW(profiles.Read(), EException) << "of two one would be lost";
 }
@@ -154,43 +151,6 @@ TEST_F(TAppProfilesTest, AreReadableByTheirOwnerOnlyAlsoWhenTheFileWasOpen)
     TAppProfiles profiles(FPath);
     profiles.Write();
     EXPECT_FALSE(QFile::permissions(FPath) & (QFile::ReadGroup | QFile::ReadOther));
-}
-
-TEST_F(TAppProfilesTest, ReadGapsAsDefaults)
-{
-    struct TRow
-    {
-        const char *Name;
-        QByteArray Connection;
-        TDbmConnectionProfile Expected;
-    };
-    TDbmConnectionProfile def;
-    def.HostName = "localhost";
-    def.Port = 3306;
-    def.UserName = "root";
-    def.SSHSettings.Port = 22;
-    TDbmConnectionProfile tunnel = def;
-    tunnel.ConnectionType = ctSSHTunnel;
-    const TRow rows[] = {
-        {"no connection group", "", def},
-        {"unknown words",
-         "<group name='connection'><property name='connection_type'>pigeon</property>"
-         "<property name='compression'>yes</property><group name='ssh'>"
-         "<property name='authentication'>EFBBBF78</property></group></group>",
-         def},
-        {"bad numbers",
-         "<group name='connection'><property name='port'>x</property>"
-         "<property name='connection_type'>ssh_tunnel</property><group name='ssh'>"
-         "<property name='port'>70000</property></group></group>",
-         tunnel},
-    };
-    for (const TRow &row : rows) {
-        Put("<group name='0'>" + row.Connection + "</group>");
-        const TAppProfile profile = ReadOne();
-        EXPECT_EQ(profile.ConnectionProfile, row.Expected) << row.Name;
-        EXPECT_EQ(profile.Id, "") << row.Name;
-        EXPECT_EQ(profile.GetDisplayString(), row.Expected.GetDisplayString()) << row.Name;
-    }
 }
 
 TEST_F(TAppProfilesTest, LoseNoneWhenGroupsAreNotNumberedInOrder)
@@ -205,25 +165,6 @@ TEST_F(TAppProfilesTest, LoseNoneWhenGroupsAreNotNumberedInOrder)
     EXPECT_EQ(again.GetArray().size(), 2);
     EXPECT_NO_THROW(again.Get("a"));
     EXPECT_NO_THROW(again.Get("b"));
-}
-
-TEST_F(TAppProfilesTest, WriteWithoutThoseThatWereRemoved)
-{
-    TAppProfiles profiles(FPath);
-    const QString oldId = profiles.GetArray().first()->Id;
-    const TAppProfilePtr other = Make("other", Direct());
-    profiles.Add(other);
-    EXPECT_THROW(profiles.Add(other->Clone()), EException);
-    profiles.Remove(profiles.Get(oldId));
-    EXPECT_THROW(profiles.Get(oldId), EException);
-    profiles.Write();
-    EXPECT_EQ(ReadOne().Id, other->Id);
-
-    profiles.Remove(other->Clone());
-    profiles.Write();
-    const TAppProfile def = ReadOne();
-    ExpectDefault(def);
-    EXPECT_NE(def.Id, oldId);
 }
 
 TEST_F(TAppProfilesTest, NeverOverwriteAFileThatCouldNotBeReadWhole)

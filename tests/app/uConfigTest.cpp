@@ -80,13 +80,8 @@ TEST_F(TConfigTest, ReadsHexInItsOldForms)
         QString Text;
     };
     const TRow rows[] = {
-        {"EFBBBF41D096", u"AЖ"_qs},
-        {"efbbbf41", "A"},
-        {"EFBBBF414", "A"},
-        {"CFF0E8E2E5F2", u"Привет"_qs},
-        {"EFBB", u"п»"_qs},
-        {"EFBBBF", ""},
-        {"", ""},
+        {"EFBBBF41D096", u"AЖ"_qs},        {"EFBBBF414", "A"},
+        {"CFF0E8E2E5F2", u"Привет"_qs},    {"EFBB", u"п»"_qs},
         {"EFBBBFEFBBBF41", u"\uFEFFA"_qs},
     };
     TTextCoding::SetLegacyCodePage("windows-1251");
@@ -97,17 +92,6 @@ TEST_F(TConfigTest, ReadsHexInItsOldForms)
         EXPECT_EQ(config.GetValue("", "p", "def", true), row.Text) << row.Digits;
     }
     TTextCoding::SetLegacyCodePage({});
-}
-
-TEST_F(TConfigTest, SplitsGroupNamesAtPoints)
-{
-    TConfig config;
-    config.SetValue("table_page.shop.a.b", "data_shown", true);
-    EXPECT_TRUE(config.GetValue("table_page.shop.a.b", "data_shown", false));
-    EXPECT_EQ(config.GetGroupNames("table_page.shop"), QStringList("a"));
-    EXPECT_EQ(config.GetGroupNames("table_page.shop.a"), QStringList("b"));
-    config.SetValue("", "with.point", 1);
-    EXPECT_EQ(config.GetValue("", "with.point", 0), 1) << "property names are not split";
 }
 
 TEST_F(TConfigTest, KeepsWhatItDoesNotKnow)
@@ -121,22 +105,6 @@ TEST_F(TConfigTest, KeepsWhatItDoesNotKnow)
     for (const char *part : {"version=\"9\"", "<!-- mine -->", "<thing>text</thing>", "x=\"1\"",
                              "<other/>", "<property name=\"known\">2</property>"})
         EXPECT_TRUE(Bytes().contains(part)) << part;
-}
-
-TEST_F(TConfigTest, ClearsAGroupAndForgetsAnOldFileWhenNew)
-{
-    TConfig config;
-    config.New(FPath);
-    config.SetValue("pages.page_0", "id", "query");
-    config.SetValue("pages", "p", 1);
-    config.SetValue("other", "p", 1);
-    config.ClearNode("pages");
-    config.ClearNode("none");
-    EXPECT_EQ(config.GetChildCount("pages"), 0);
-    EXPECT_EQ(config.GetValue("other", "p", 0), 1);
-    config.Close();
-    config.New(FPath);
-    EXPECT_EQ(config.GetValue("other", "p", 0), 0);
 }
 
 TEST_F(TConfigTest, NeverWritesAFileThatItCouldNotRead)

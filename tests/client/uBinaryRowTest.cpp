@@ -90,13 +90,6 @@ TEST_P(TBinaryRowTest, EveryTypeReadsAsInAnAnswerOfText)
 TEST_P(TBinaryRowTest, WhatHasNoBinaryFormComesAsText)
 {
     ExpectSame("SHOW VARIABLES LIKE 'version%'");
-    if (GetParam() == skMySQL) {
-        FDatabase->Exec("CREATE TABLE v (id int, v vector(2))");
-        FDatabase->Exec(
-            "INSERT INTO v SELECT 1, TO_VECTOR('[1,2]') FROM information_schema.columns");
-        ExpectSame("SELECT * FROM v");
-        ExpectSame("SELECT 5");
-    }
     // A place for a parameter is an error of the statement, as it is without preparing.
     const EMyError error = ErrorOf([this] {
         TMyQuery query(&FConnection);
@@ -129,10 +122,6 @@ TEST_P(TBinaryRowTest, DoublesOfEverySizeReadAsTheServerWritesThem)
         add(static_cast<double>(static_cast<qint64>(random())) / std::pow(10, i % 40));
         add(static_cast<double>(i * 125) / 1000);
     }
-    for (int exponent = -20; exponent <= 20; ++exponent)
-        for (const char *digits :
-             {"1", "-1", "12345", "123456789012345", "1234567890123456", "99999999999999999"})
-            add(QString("%1e%2").arg(digits).arg(exponent).toDouble());
     constexpr qsizetype Most = 2000;
     for (qsizetype i = 0; i < rows.size(); i += Most)
         FDatabase->Exec("INSERT INTO t VALUES " + rows.mid(i, Most).join(','));

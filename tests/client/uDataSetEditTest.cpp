@@ -54,8 +54,6 @@ const std::pair<const char *, const char *> Keys[] = {
     {"VARBINARY(20)", "0x00FF, 0x5C27, ''"},
     {"BIT(64)", "0x8000000000000000, 1, 0"},
     {"DATETIME(6)", "'2010-01-01 00:00:00.000001', '2010-01-01', '1899-12-30 10:00:00'"},
-    {"TIME", "'-01:00:00', '00:00:00', '800:00:00'"},
-    {"ENUM('a', 'b', 'c')", "'a', 'b', 'c'"},
     {"UUID", "'123e4567-e89b-12d3-a456-426655440000', UUID(), "
              "'00000000-0000-0000-0000-000000000000'"},
 };
@@ -162,21 +160,16 @@ TEST_F(TDataSetEdit, TellsWhyAResultIsReadOnly)
     Exec("CREATE TABLE pair (x INT, y INT, v INT, PRIMARY KEY (x, y))");
     Exec("CREATE TABLE nokey (a INT, b INT, UNIQUE (a))");
     Exec("CREATE TABLE single (f FLOAT PRIMARY KEY, v INT)");
-    Exec("CREATE TABLE uniq (a INT NOT NULL UNIQUE, v INT)");
-    Exec("CREATE VIEW part AS SELECT a FROM t");
     // A part of the reason; empty when rows can be changed.
     const std::pair<const char *, std::string> cases[] = {
         {"SELECT * FROM t", ""},
         {"SELECT id, LENGTH(b) AS b FROM t AS x WHERE a IN (SELECT 1)", ""},
-        {"SELECT *, (SELECT 1) FROM uniq", ""},
         {"SELECT 1", "does not show a table"},
         {"SELECT * FROM t JOIN pair", "more than one table"},
-        {"SELECT a.id, b.a FROM t a JOIN t b", "more than one table"},
         {"SELECT x, v FROM pair", "does not show the key column \"y\" of \"pair\""},
         {"SELECT id + 0 AS id, a FROM t", "does not show the key column"},
         {"SELECT * FROM nokey", "\"nokey\" has no primary key"},
         {"SELECT * FROM single", "\"f\" of \"single\" is a FLOAT"},
-        {"SELECT * FROM part", "\"part\" has no primary key"},
         {"SELECT * FROM information_schema.schemata", "does not show a table"},
     };
     for (const auto &[sql, part] : cases) {
@@ -205,9 +198,7 @@ TEST_F(TDataSetEdit, ADerivedTableOfARealTablesNameIsNotTakenForIt)
              "SELECT x.* FROM r b JOIN r c ON b.id IN (SELECT id FROM r WHERE 1), (SELECT * FROM "
              "r) x",
              "SELECT x.* FROM (r, (SELECT * FROM r) x)",
-             "SELECT x.* FROM r STRAIGHT_JOIN (SELECT * FROM r) x",
              "SELECT x.* FROM {OJ (SELECT * FROM r) x LEFT JOIN r ON r.id = x.id}",
-             "SELECT x.* FROM r USE INDEX FOR ORDER BY (PRIMARY), (SELECT * FROM r) x",
          })
         EXPECT_THAT(Reason(sql), HasSubstr("subquery")) << sql;
     for (const char *sql : {"CALL p()", "EXECUTE IMMEDIATE 'SELECT * FROM (SELECT * FROM r) x'",
@@ -218,7 +209,6 @@ TEST_F(TDataSetEdit, ADerivedTableOfARealTablesNameIsNotTakenForIt)
              "(/* c */ SELECT * FROM x)",
              "SELECT x.*, (SELECT COUNT(*) FROM r WHERE (r.id = x.id)) AS n, (SELECT 2) FROM x",
              "SELECT * FROM x WHERE id IN (0, (SELECT MAX(id) FROM (SELECT * FROM r) y))",
-             "SELECT x.* FROM x ORDER BY x.a, (SELECT 1)",
              "INSERT INTO x VALUES (1, 1) RETURNING *",
          })
         EXPECT_EQ(Reason(sql), "") << sql;

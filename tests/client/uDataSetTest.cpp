@@ -84,21 +84,6 @@ TEST_F(TDataSetTest, TellsItsLinksOfEveryChange)
     EXPECT_THAT(Heard(), ElementsAre("gone"));
 }
 
-TEST_F(TDataSetTest, ARefreshThatFailsOnItsWayLeavesNothingBehind)
-{
-    Exec("CREATE PROCEDURE p() BEGIN SELECT * FROM t; SELECT * FROM later; END");
-    Exec("CREATE TABLE later (x INT)");
-    FQuery->SetSQL("CALL p()");
-    FQuery->Execute();
-    Exec("DROP TABLE later");
-    Heard();
-    EXPECT_EQ(ErrorOf([&] { FQuery->Refresh(); }).ErrorCode(), 1146);
-    EXPECT_THAT(Heard(), ElementsAre("all"));
-    EXPECT_FALSE(FQuery->Active());
-    EXPECT_EQ(FQuery->FieldCount(), 0);
-    EXPECT_EQ(FQuery->MemoryBytes(), 0);
-}
-
 TEST_F(TDataSetTest, TellsOnceAfterControlsWereDisabled)
 {
     FQuery->DisableControls();
@@ -109,33 +94,6 @@ TEST_F(TDataSetTest, TellsOnceAfterControlsWereDisabled)
     EXPECT_TRUE(FQuery->ControlsDisabled());
     EXPECT_THAT(Heard(), IsEmpty());
     FQuery->EnableControls();
-    EXPECT_THAT(Heard(), ElementsAre("moved"));
-    FQuery->DisableControls();
-    FQuery->Refresh();
-    FQuery->First();
-    FQuery->EnableControls();
-    EXPECT_THAT(Heard(), ElementsAre("all"));
-}
-
-TEST_F(TDataSetTest, ALinkMayLeaveWhileItIsTold)
-{
-    struct TLeaver : TDataLink
-    {
-        TDataSet *DataSet = nullptr;
-        TDataLink *Other = nullptr;
-        void CursorMoved() override
-        {
-            DataSet->RemoveLink(this);
-            DataSet->RemoveLink(Other);
-        }
-    } leaver;
-    TEars other;
-    leaver.DataSet = FQuery.get();
-    leaver.Other = &other;
-    FQuery->AddLink(&leaver);
-    FQuery->AddLink(&other);
-    FQuery->Next();
-    EXPECT_THAT(other.Heard, IsEmpty());
     EXPECT_THAT(Heard(), ElementsAre("moved"));
 }
 

@@ -48,53 +48,37 @@ struct TValue
 // The bounds of each type, and the values just inside and outside of what a variant holds exactly.
 const TValue Values[] = {
     {"TINYINT", "-128", ftSmallint, kInt},
-    {"SMALLINT UNSIGNED", "65535", ftWord, kInt},
-    {"MEDIUMINT", "-8388608", ftInteger, kInt},
     {"INT", "-2147483648", ftInteger, kInt},
-    {"INT UNSIGNED", "4294967295", ftLargeint, kInt},
     {"INT(8) ZEROFILL", "42", ftLargeint, kInt},
     {"BIGINT", "-9223372036854775808", ftLargeint, kInt},
     {"BIGINT UNSIGNED", "9223372036854775807", ftULargeint, kInt},
     {"BIGINT UNSIGNED", "9223372036854775808", ftULargeint, kText},
     {"BIGINT UNSIGNED", "18446744073709551615", ftULargeint, kText},
     {"YEAR", "1999", ftWord, kInt},
-    {"YEAR", "0", ftWord, kInt},
     {"DECIMAL(65, 30)", "-12345678901234567890123456789012345.123456789012345678901234567890",
      ftBCD, kText},
     {"FLOAT", "1.5", ftFloat, kDouble},
-    {"FLOAT", "-3.40282e38", ftFloat, kDouble},
     {"DOUBLE", "0.1", ftFloat, kDouble},
-    {"DOUBLE", "1.5e-7", ftFloat, kDouble},
     {"DOUBLE", "0.30000000000000004", ftFloat, kText},
     {"DOUBLE", "1.7976931348623157e308", ftFloat, kText},
     {"BIT(63)", "0x7FFFFFFFFFFFFFFF", ftBit, kInt},
-    {"BIT(64)", "0x7FFFFFFFFFFFFFFF", ftBit, kInt},
     {"BIT(64)", "0x8000000000000000", ftBit, kBytes},
     {"DATE", "'2010-05-01'", ftDate, kDateTime},
-    {"DATE", "'9999-12-31'", ftDate, kDateTime},
     {"DATE", "'1899-12-29'", ftDate, kDateTime},
     {"DATE", "'1899-12-30'", ftDate, kText},
     {"DATE", "'0000-00-00'", ftDate, kText},
-    {"DATE", "'2010-00-00'", ftDate, kText},
     {"DATETIME", "'2010-05-01 12:30:59'", ftDateTime, kDateTime},
-    {"DATETIME", "'2010-05-01 00:00:00'", ftDateTime, kDateTime},
     {"DATETIME", "'1899-12-30 10:00:00'", ftDateTime, kText},
-    {"DATETIME", "'1700-02-28 23:59:59'", ftDateTime, kDateTime},
     {"DATETIME(6)", "'2010-05-01 12:30:59.000001'", ftDateTime, kText},
-    {"DATETIME(3)", "'2010-05-01 00:00:00.000'", ftDateTime, kDateTime},
     {"DATETIME", "'0000-00-00 00:00:00'", ftDateTime, kText},
     {"TIMESTAMP NULL", "'2037-01-01 01:02:03'", ftDateTime, kDateTime},
-    {"TIME", "'00:00:00'", ftTime, kDateTime},
     {"TIME", "'23:59:59'", ftTime, kDateTime},
     {"TIME", "'24:00:00'", ftTime, kText},
     {"TIME", "'-00:00:01'", ftTime, kText},
     {"TIME(6)", "'12:00:00.5'", ftTime, kText},
     {"CHAR(5)", "'ab'", ftString, kText},
     {"VARCHAR(90)", u"'\\\\ \\' \\0 \\Z \" % _ я€😀'"_s, ftString, kText},
-    {"VARCHAR(5) CHARACTER SET ucs2", u"'я'"_s, ftString, kText},
-    {"VARCHAR(5) CHARACTER SET latin1 COLLATE latin1_bin", u"'é'"_s, ftString, kText},
     {"LONGTEXT", "REPEAT('x', 300000)", ftMemo, kText},
-    {"TINYTEXT", "'t'", ftMemo, kText},
     {"VARBINARY(9)", "0xFF00", ftBytes, kBytes},
     {"VARBINARY(9)", "''", ftBytes, kText},
     {"BLOB", "0x5C27", ftBlob, kBytes},
@@ -108,9 +92,7 @@ const TValue Values[] = {
 const TValue MariaDbValues[] = {
     {"UUID", "'123e4567-e89b-12d3-a456-426655440000'", ftString, kText},
     {"INET6", "'2001:db8::ff00:42:8329'", ftString, kText},
-    {"INET4", "'192.0.2.7'", ftString, kText},
     {"YEAR(2)", "'70'", ftWord, kText},
-    {"VARCHAR(9) COMPRESSED", "'zz'", ftString, kText},
 };
 
 const TValue MySqlValues[] = {
@@ -171,17 +153,6 @@ TEST_F(TFieldValueOnServer, SurvivesReadingAndWritingOnMySql)
 
 using TFieldTest = TClientTest;
 
-TEST_F(TFieldTest, KnowsTheWidthOfItsColumn)
-{
-    Exec("CREATE TABLE t (id INT AUTO_INCREMENT PRIMARY KEY, s VARCHAR(7), b VARBINARY(4), "
-         "n BIT(12))");
-    const auto query = Open("SELECT * FROM t");
-    EXPECT_EQ(query->FieldAt(0).DataType(), ftAutoInc);
-    EXPECT_EQ(query->FieldAt(1).DisplayWidth(), 7);
-    EXPECT_EQ(query->FieldAt(2).DisplayWidth(), 10);
-    EXPECT_GE(query->FieldAt(3).DisplayWidth(), 4);
-}
-
 TEST_F(TFieldTest, ShowsBinaryAsDigitsAndCutsWhatIsLong)
 {
     const auto query = Open("SELECT UNHEX('00FF27'), UNHEX(REPEAT('AB', 5000)), b'101', "
@@ -215,11 +186,9 @@ TEST(TFieldValue, TakesWhatAnEditorGives)
     bits.DataType = ftBit;
     const std::tuple<const TFieldInfo &, QString, TVariant> cases[] = {
         {binary, "0x00ff", QByteArray("\0\xFF", 2)},
-        {binary, "0x00f", "0x00f"},
         {binary, "text", "text"},
         {bits, "5", 5},
         {bits, "0x1F", 31},
-        {bits, "b'101'", 5},
         {bits, "18446744073709551615", QByteArray(8, '\xFF')},
     };
     for (const auto &[info, typed, value] : cases)

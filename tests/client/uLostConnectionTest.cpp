@@ -23,72 +23,22 @@ protected:
         FConnection.Connect();
     }
 
-    void Kill()
-    {
-        const QString id = QString::fromStdString(Ask("SELECT CONNECTION_ID()"));
-        Exec("KILL " + id);
-        while (Value("SELECT COUNT(*) FROM information_schema.processlist WHERE id = " + id) != "0")
-            ;
-    }
-    void ExpectTold(const std::function<void()> &lose)
-    {
-        lose();
-        const EMyError error = ErrorOf([&] { FConnection.Execute("SELECT 1"); });
-        EXPECT_TRUE(error.IsLostConnection() && error.CanRepeat())
-            << error.ErrorCode() << error.what();
-        EXPECT_FALSE(FConnection.Connected());
-        EXPECT_EQ(Ask("SELECT 1"), "1");
-        EXPECT_THAT(std::exchange(FCauses, {}), ElementsAre(clExecute));
-    }
-
     TTcpProxy FProxy;
     std::vector<TConnLostCause> FCauses;
 };
 
-TEST_F(TLostConnection, IsToldByItsCodeWhicheverWayItIsLost)
-{
-    ExpectTold([this] { Kill(); });
-    ExpectTold([this] { FProxy.Cut(); });
-    ExpectTold([this] {
-        FConnection.Execute("SET wait_timeout = 1");
-        Value("SELECT SLEEP(2.5)");
-    });
-}
-
-TEST_F(TLostConnection, OnMySqlIsToldByTheSameCodes)
+// How MariaDB's sessions are lost is seen in the layer above.
+TEST_F(TLostConnection, AnIdleSessionThatMySqlEndsIsToldByTheSameCodes)
 {
     SKIP_WITHOUT_MYSQL9();
-    const TTestServer &server = *TTestServer::MySql9();
     FConnection.Disconnect();
-    Aim(FConnection, server);
-    ExpectTold(
-        [&] { server.Exec("KILL " + QString::fromStdString(Ask("SELECT CONNECTION_ID()"))); });
-    ExpectTold([&] {
-        FConnection.Execute("SET wait_timeout = 1");
-        server.Value("SELECT SLEEP(2.5)");
-    });
-}
-
-TEST_F(TLostConnection, ADatabaseThatIsGoneFailsOnceAndNotForEver)
-{
-    {
-        const TTestDatabase other;
-        FConnection.Execute("USE `" + other.Name() + '`');
-        Kill();
-        EXPECT_TRUE(ErrorOf([&] { FConnection.Execute("SELECT 1"); }).CanRepeat());
-    }
-    EXPECT_EQ(ErrorOf([&] { FConnection.Execute("SELECT 1"); }).ErrorCode(), 1049);
-    EXPECT_EQ(Ask("SELECT DATABASE()"), Database().Name().toStdString());
-}
-
-TEST_F(TLostConnection, AKilledStatementIsNoLostSession)
-{
-    const QString id = QString::fromStdString(Ask("SELECT CONNECTION_ID()"));
-    const EMyError error = ErrorOf([&] {
-        FConnection.Execute("BEGIN NOT ATOMIC KILL QUERY " + id + "; SELECT SLEEP(5); END");
-    });
-    EXPECT_EQ(error.ErrorCode(), 1317);
-    EXPECT_EQ(Ask("SELECT CONNECTION_ID()"), id.toStdString());
+    Aim(FConnection, *TTestServer::MySql9());
+    FConnection.Execute("SET wait_timeout = 1");
+    Value("SELECT SLEEP(2.5)");
+    const EMyError error = ErrorOf([&] { FConnection.Execute("SELECT 1"); });
+    EXPECT_TRUE(error.IsLostConnection() && error.CanRepeat()) << error.ErrorCode();
+    EXPECT_EQ(Ask("SELECT 1"), "1");
+    EXPECT_THAT(FCauses, ElementsAre(clExecute));
 }
 
 TEST_F(TLostConnection, InTheMiddleOfRowsClosesTheDatasetAndCanBeRepeated)

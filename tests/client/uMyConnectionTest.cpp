@@ -33,20 +33,6 @@ TEST_F(TMyConnectionTest, WrongParametersAreErrorsAndTheNextTryWorks)
     EXPECT_TRUE(FConnection.Connected());
 }
 
-TEST_F(TMyConnectionTest, KeepsASilentSessionAlive)
-{
-    FConnection.Connect();
-    int socket = -1;
-    for (int fd = 3; fd < 256; ++fd) {
-        int type = 0, alive = 0;
-        socklen_t size = sizeof(int);
-        if (::getsockopt(fd, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_STREAM &&
-            ::getsockopt(fd, SOL_SOCKET, SO_KEEPALIVE, &alive, &size) == 0 && alive)
-            socket = fd;
-    }
-    EXPECT_GE(socket, 0);
-}
-
 TEST_F(TMyConnectionTest, TakesTlsWhereItIsOfferedAndPlainWhereNot)
 {
     const auto plain = TTestServer::Start({"--skip-ssl"});
@@ -150,13 +136,6 @@ TEST_F(TMyConnectionTest, FollowsASetThatAStatementChooses)
     EXPECT_EQ(Open("SELECT 1 AS `ю`")->FieldAt(0).FieldName(), QString("ю"));
     EXPECT_THAT(MessageOf([&] { FConnection.Execute("SELECT * FROM `таблица`"); }),
                 ::testing::HasSubstr("таблица"));
-    FConnection.Execute("SET NAMES keybcs2");
-    EXPECT_EQ(Ask("SELECT HEX('Č')"), "80");
-    QString upper;
-    for (int byte = 128; byte < 256; ++byte)
-        upper += QString::number(byte, 16);
-    const QString sql = "SELECT CONVERT(x'" + upper + "' USING keybcs2)";
-    EXPECT_EQ(Ask(sql), Value(sql).toStdString());
 }
 
 } // namespace

@@ -72,15 +72,4 @@ TEST_F(TRowArenaTest, ReplacesAndRemovesInPlaceAndKeepsNullApartFromEmpty)
     EXPECT_EQ(Row(2), rows[3]);
 }
 
-TEST_F(TRowArenaTest, CostsLittleMoreThanItsBytes)
-{
-    const qint64 rows = 1000000; // a last block that is half empty must not matter
-    const TCells row = {QByteArray(40, 'x'), QByteArray(20, 'y'), std::nullopt};
-    for (qint64 i = 0; i < rows; ++i)
-        Give(row);
-    EXPECT_LT(FArena.MemoryBytes(), rows * (60 + 3 * 4) * 13 / 10);
-    FArena.Clear();
-    EXPECT_EQ(FArena.MemoryBytes(), 0);
-}
-
 } // namespace

@@ -99,11 +99,9 @@ protected:
         EXPECT_EQ(Transport->Connected(), message.empty());
         return message;
     }
-    int Client(int receiveBuffer = 0) const
+    int Client() const
     {
         const int client = TTestSocket::New();
-        if (receiveBuffer)
-            ::setsockopt(client, SOL_SOCKET, SO_RCVBUF, &receiveBuffer, sizeof receiveBuffer);
         EXPECT_TRUE(TTestSocket::Connect(client, FLocalPort));
         return client;
     }
@@ -133,13 +131,10 @@ TEST_F(TSSHClientTest, EntersWithEveryKindOfKey)
         int Bits;
     } rows[] = {
         {{"-t", "rsa", "-b", "3072"}, "", sshkaRSA, 3072},
-        {{"-t", "rsa", "-b", "2048", "-m", "PEM"}, "", sshkaRSA, 2048},
         {{"-t", "rsa", "-b", "2048", "-m", "PEM"}, "pass phrase", sshkaRSA, 2048},
         {{"-t", "rsa", "-b", "2048", "-m", "PKCS8"}, "pass phrase", sshkaRSA, 2048},
         {{"-t", "ecdsa", "-b", "256"}, "", sshkaECDSA, 256},
-        {{"-t", "ecdsa", "-b", "521", "-m", "PKCS8"}, "", sshkaECDSA, 521},
         {{"-t", "ecdsa", "-b", "384", "-m", "PEM"}, "pass phrase", sshkaECDSA, 384},
-        {{"-t", "ed25519"}, "", sshkaEd25519, 256},
         {{"-t", "ed25519"}, "päss", sshkaEd25519, 256},
     };
     for (const auto &row : rows) {
@@ -202,31 +197,6 @@ TEST_F(TSSHClientTest, CarriesSeveralConnectionsWholeInBothDirections)
     EXPECT_TRUE(Transport->Forwarding());
 }
 
-// What waits in the tunnel for a client makes nobody wake it once the network is silent.
-TEST_F(TSSHClientTest, AClientThatRestsIsServedAtOnce)
-{
-    using namespace std::chrono_literals;
-    TListener flood;
-    constexpr qsizetype size = 48 << 20;
-    std::thread source([&] {
-        const int client = flood.Accept();
-        WriteAll(client, QByteArray(size, 'x'));
-        ::close(client);
-    });
-    ForwardTo(flood.Port());
-    const int client = Client(64 * 1024);
-    std::string part(4 << 20, ' ');
-    qsizetype read = 0;
-    const auto start = std::chrono::steady_clock::now();
-    for (ssize_t got; (got = ::recv(client, part.data(), part.size(), MSG_WAITALL)) > 0;
-         read += got)
-        std::this_thread::sleep_for(200ms);
-    EXPECT_EQ(read, size);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 15s) << "each stop takes five seconds";
-    ::close(client);
-    source.join();
-}
-
 TEST_F(TSSHClientTest, TheLastWordsOfAServerThatHangsUpArrive)
 {
     TListener listener;
@@ -278,22 +248,6 @@ TEST_F(TSSHClientTest, ClosesWhileDataFlow)
     ReadAll(client); // to its end, which has to come
     ::close(client);
     source.join();
-}
-
-TEST_F(TSSHClientTest, NoticesADeadServer)
-{
-    TEcho echo;
-    ForwardTo(echo.Port());
-    const int client = Client();
-    EXPECT_TRUE(WriteAll(client, "x"));
-    Server->Kill();
-    EXPECT_EQ(ReadAll(client), QByteArray());
-    ::close(client);
-    for (int i = 0; i < 500 && Transport->Connected(); ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    EXPECT_FALSE(Transport->Connected());
-    EXPECT_FALSE(Transport->Forwarding());
-    Server = std::make_unique<TTestSshServer>();
 }
 
 } // namespace

@@ -73,19 +73,6 @@ TEST_F(TDacConnection, AFailureIsToldOnceAndCarriesItsStatement)
     EXPECT_THAT(FEvents, ElementsAre("before SELEC 1", "error 1064", "after"));
 }
 
-TEST_F(TDacConnection, ARefreshBehindARefusedStatementReadsTheRowsThatAreShown)
-{
-    FConnection.ExecuteDataset("SELECT 1", *FQuery);
-    FEvents.clear();
-    EXPECT_EQ(ErrorOf([&] { FConnection.ExecuteDataset("SELECT * FROM no", *FQuery); }).ErrorCode(),
-              1146);
-    EXPECT_THAT(FEvents, ElementsAre("before SELECT * FROM no", "error 1146", "after"));
-    FEvents.clear();
-    FConnection.RefreshDataset(*FQuery);
-    EXPECT_EQ(FQuery->RecordCount(), 1);
-    EXPECT_THAT(FEvents, ElementsAre("before SELECT 1", "after"));
-}
-
 TEST_F(TDacConnection, AChangeOfARowIsAStatementLikeOthers)
 {
     Exec("CREATE TABLE t (a INT PRIMARY KEY)");
@@ -102,15 +89,6 @@ TEST_F(TDacConnection, AChangeOfARowIsAStatementLikeOthers)
                 ElementsAre("before SHOW KEYS FROM `t` FROM " + table, "after",
                             "before " + error.CommandText().toStdString(), "error 1062", "after"));
     EXPECT_EQ(FQuery->State(), dsEdit);
-
-    Exec("DROP TABLE t");
-    FConnection.ExecuteDataset("SELECT 1 AS a", *FQuery);
-    Exec("CREATE TABLE t (a INT PRIMARY KEY)");
-    FConnection.ExecuteDataset("SELECT * FROM t", *FQuery);
-    Exec("DROP TABLE t");
-    EXPECT_EQ(FQuery->ReadOnlyReason().toStdString(),
-              "The keys of the table cannot be read: (1146) Table '" +
-                  Database().Name().toStdString() + ".t' doesn't exist");
 }
 
 /// Each case with the session killed by another one, and with its wire cut.
@@ -154,19 +132,6 @@ TEST_P(TDacConnectionLost, ADatasetIsRepeatedWithWhatTheSessionHad)
     EXPECT_EQ(FQuery->FieldAt(2).AsString().toStdString(), "0");
     EXPECT_EQ(FQuery->FieldAt(3).AsString(), QString::fromUtf8("я"));
     EXPECT_EQ(FQuery->FieldAt(4).AsString().toStdString(), "FF");
-}
-
-TEST_P(TDacConnectionLost, ARefreshExecutesAnew)
-{
-    Exec("CREATE TABLE t (a INT)");
-    FConnection.ExecuteDataset("  SELECT * FROM t  ", *FQuery);
-    Exec("INSERT INTO t VALUES (7)");
-    Lose();
-    FConnection.RefreshDataset(*FQuery);
-    EXPECT_EQ(FQuery->FieldAt(0).AsString().toStdString(), "7");
-    EXPECT_THAT(FEvents,
-                ElementsAre("before SELECT * FROM t", "disconnected", "before SELECT * FROM t",
-                            "init", "connected", "after", "after"));
 }
 
 TEST_P(TDacConnectionLost, AStatementInATransactionIsNotRepeated)
@@ -247,20 +212,6 @@ TEST_F(TDacConnection, ConnectEventsCanBeSilenced)
     FConnection.Disconnect();
     FConnection.Connect();
     EXPECT_THAT(FEvents, ElementsAre("disconnected", "init", "connected"));
-}
-
-TEST_F(TDacConnection, UnicodeCharsetsSwitchTheLibraryToUnicode)
-{
-    const std::pair<const char *, bool> charsets[] = {
-        {"utf8", true}, {"UTF8MB4", true}, {"Utf16", true},   {"utf32", true},
-        {"ucs2", true}, {"latin1", false}, {"cp1251", false}, {"utf8mb3", false},
-    };
-    for (const auto &[charset, isUnicode] : charsets) {
-        FConnection.ChangeCharset(charset);
-        EXPECT_FALSE(FConnection.Connected());
-        FConnection.Connect();
-        EXPECT_EQ(FConnection.LibraryConnection().Options.UseUnicode, isUnicode) << charset;
-    }
 }
 
 } // namespace

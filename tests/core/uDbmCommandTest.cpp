@@ -80,18 +80,6 @@ TEST_F(TCommand, FiresItsEventsAroundEveryRun)
     EXPECT_EQ(events, (QStringList{"after", "50", "100", "after", "after"}));
 }
 
-TEST_F(TCommand, AFailureToConnectLeavesNoTrace)
-{
-    bool finished = false;
-    Command().SetOnScriptAfterExecute([&](TDbmCommand *) { finished = true; });
-    TDbmConnectionProfile profile = ServerProfile(Server());
-    profile.Password = "wrong";
-    FProvider.SetParams(profile);
-    EXPECT_EQ(CodeOf([&] { Command().ExecScript("DO 1"); }), 1045);
-    EXPECT_FALSE(finished);
-    EXPECT_EQ(Command().Log().Count(), 0);
-}
-
 TEST_F(TCommand, AFailingStatementEndsTheRunBehindWhatWasDone)
 {
     Exec("CREATE TABLE t (a INT)");
@@ -152,17 +140,6 @@ TEST_F(TCommand, RowsLandInTheCallersDataset)
     }
     EXPECT_TRUE(mine->Active());
     EXPECT_EQ(FirstCell(mine.get()), "6");
-}
-
-TEST_F(TCommand, TimesAreTheSumOfTheStatements)
-{
-    const auto result = Command().ExecQuery("DO SLEEP(0.02);\nDO SLEEP(0.02);", {qoLog});
-    double sum = 0;
-    result.Log->ForEach([&](TDbmCommandLogItem &item) {
-        EXPECT_GE(item.ExecTimeSec(), 0.02);
-        sum += item.ExecTimeSec();
-    });
-    EXPECT_DOUBLE_EQ(result.ExecTime, sum);
 }
 
 TEST_F(TCommand, ARepeatedStatementIsLoggedOnce)

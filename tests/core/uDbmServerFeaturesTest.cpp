@@ -15,22 +15,11 @@ struct TGateRow
 
 const TGateRow Gates[] = {
     {"4.1.22", "5.0.0-alpha", {&TFeatures::ISStatistics}},
-    {"5.1.4", "5.1.05", {&TFeatures::Plugins, &TFeatures::ISPlugins}},
     {"5.1.05", "5.1.6", {&TFeatures::Events, &TFeatures::ISEvents}},
-    {"5.1.06", "5.1.07", {&TFeatures::ISProcessList}},
-    {"5.1.9", "5.1.10", {&TFeatures::ISRefConstraints, &TFeatures::GlobalFKs}},
     {"5.1.11-log",
      "5.1.12-log",
      {&TFeatures::ISVariables, &TFeatures::ISStatus, &TFeatures::ISEventsBody,
       &TFeatures::ISEventsDefinition, &TFeatures::ISPluginsLicense}},
-    {"5.1.16", "5.1.17", {&TFeatures::ISEventsTimeZone, &TFeatures::CreateEventDefiner}},
-    {"5.1.17",
-     "5.1.18",
-     {&TFeatures::ISEventsOriginator, &TFeatures::ISEventsStatusSlaveSideDisabled}},
-    {"5.1.20",
-     "5.1.21",
-     {&TFeatures::ISEventsCharsetClient, &TFeatures::ISEventsCollationConnection,
-      &TFeatures::ISEventsDatabaseCollation}},
     {"5.1.24", "5.1.25", {&TFeatures::ISEngines}},
 };
 
@@ -54,22 +43,6 @@ TEST(TServerFeatures, BeginWithTheirVersion)
             EXPECT_EQ(Has("5.0.95-log", flag), flag == &TFeatures::ISStatistics);
         }
     }
-}
-
-TEST(TServerFeatures, HoldPrivilegesFromTheFirstServerOn)
-{
-    TFeatures features;
-    EXPECT_TRUE(features.UserPrivs.IsEmpty() && features.DatabasePrivs.IsEmpty() &&
-                features.TablePrivs.IsEmpty() && features.RoutinePrivs.IsEmpty());
-
-    features.SetParams("4.1.22");
-    EXPECT_EQ(features.UserPrivs.Count(), 27);
-    EXPECT_EQ(features.DatabasePrivs.Count(), 18);
-    EXPECT_EQ(features.TablePrivs.Count(), 12);
-    EXPECT_EQ(features.RoutinePrivs.Count(), 3);
-    EXPECT_FALSE(features.UserPrivs.Contains(upReferences) ||
-                 features.DatabasePrivs.Contains(dpReferences) ||
-                 features.TablePrivs.Contains(tpReferences));
 }
 
 TEST(TServerFeatures, FollowTheVersionThatAServerTells)

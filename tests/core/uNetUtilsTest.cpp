@@ -7,15 +7,6 @@
 
 namespace {
 
-TEST(TNetUtilsTest, KnowsDottedAddresses)
-{
-    for (const char *address : {"127.0.0.1", "0.0.0.0", "255.255.255.254"})
-        EXPECT_TRUE(TNetUtils::IsIPv4Address(address)) << address;
-    for (const char *text :
-         {"255.255.255.255", "", "127.0.0", "1.2.3.256", "1.2.3.4.5", " 1.2.3.4"})
-        EXPECT_FALSE(TNetUtils::IsIPv4Address(text)) << text;
-}
-
 TEST(TNetUtilsTest, ResolvesNames)
 {
     QString address;

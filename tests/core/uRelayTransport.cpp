@@ -46,7 +46,6 @@ void TRelayTransport::ForwardPort(quint16 sourcePort, const QString &destHost, q
 void TRelayTransport::Disconnect()
 {
     FRelay.reset();
-    FUnnoticed = false;
     if (FConnected)
         --Log().Connected;
     FConnected = false;

@@ -33,22 +33,14 @@ public:
     ~TRelayTransport() override;
     void Connect(const TSSHTransportSettings &settings) override;
     void ForwardPort(quint16 sourcePort, const QString &destHost, quint16 destPort) override;
-    bool Forwarding() const override { return FRelay || FUnnoticed; }
+    bool Forwarding() const override { return FRelay != nullptr; }
     void Disconnect() override;
-    bool Connected() const override { return FConnected || FUnnoticed; }
+    bool Connected() const override { return FConnected; }
 
     /// The SSH server goes away: all that was forwarded ends.
     void Break() { Disconnect(); }
-    /// The same, but the client hears of it only at Notice().
-    void BreakUnnoticed()
-    {
-        Disconnect();
-        FUnnoticed = true;
-    }
-    void Notice() { FUnnoticed = false; }
 
 private:
     bool FConnected = false;
-    bool FUnnoticed = false;
     std::unique_ptr<TTcpProxy> FRelay;
 };

@@ -1,30 +1,11 @@
 #include "core/uSSHTunnel.h"
 #include "core/uNetUtils.h"
 #include "uRelayTransport.h"
-#include "uTestErrors.h"
 #include "uTestServer.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 namespace {
-
-/// While it lives no socket can be made, which to the search for a port is as if all were taken.
-class TNoSockets
-{
-public:
-    TNoSockets()
-    {
-        getrlimit(RLIMIT_NOFILE, &FOld);
-        rlimit none = FOld;
-        none.rlim_cur = 0;
-        setrlimit(RLIMIT_NOFILE, &none);
-    }
-    ~TNoSockets() { setrlimit(RLIMIT_NOFILE, &FOld); }
-
-private:
-    rlimit FOld;
-};
 
 class TTunnel : public ::testing::Test
 {
@@ -91,23 +72,6 @@ TEST_F(TTunnel, ForwardsAPortWhileItIsOpen)
     EXPECT_FALSE(TNetUtils::IsPortOpened("127.0.0.1", port));
     EXPECT_EQ(opened, 1);
     EXPECT_EQ(closed, 1);
-}
-
-TEST_F(TTunnel, WithoutAFreePortTheSessionStaysAndTheNextOpenWorks)
-{
-    TSSHTunnel tunnel;
-    Aim(tunnel);
-    const std::string message = MessageOf([&] {
-        const TNoSockets none;
-        tunnel.Open();
-    });
-    EXPECT_EQ(message, "Free port not found.");
-    EXPECT_TRUE(tunnel.Active());
-    EXPECT_FALSE(tunnel.Forwarding());
-
-    tunnel.Open();
-    EXPECT_TRUE(tunnel.Forwarding());
-    EXPECT_EQ(TRelayTransport::Log().Connected, 1);
 }
 
 } // namespace

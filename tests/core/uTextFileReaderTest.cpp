@@ -23,16 +23,11 @@ const TFileRow Files[] = {
     {"OneLineWithoutAnEnd", "abc", {"abc"}},
     {"EmptyLinesCount", "a\n\nb\n", {"a", "", "b"}},
     {"CarriageReturnsAreDropped", "a\r\nb\rc\r\n", {"a", "bc"}},
-    {"ARestOfControlsIsNoLine", "a\n\r\t", {"a"}},
     {"ControlsBelowFourteenAreDropped",
      QByteArray("a\0b\1c\tdefghij\v\fk\x0El\x1Fm\n", 21),
      {QString("abcdefghijk\x0El\x1Fm")}},
     {"TabsAreKeptOnDemand", QByteArray("a\tb\0c\r\n\t", 8), {"a\tbc", "\t"}, true},
     {"MarkIsTakenOff", Mark + "a\n" + Mark + "b", {"a", QString(QChar(0xFEFF)) + "b"}},
-    {"MarkAlone", Mark, {""}},
-    {"CyrillicWithMark",
-     Mark + "\xD1\x8F\n\xD1\x8E",
-     {QString::fromUtf8("я"), QString::fromUtf8("ю")}},
     {"CyrillicWithoutMarkIsUtf8WhenValid", "\xD1\x8F\n", {QString::fromUtf8("я")}},
     {"CodePageWhereTheBytesAreNoUtf8",
      "\xFF\xFE\n\xD1\x8F",
@@ -41,7 +36,6 @@ const TFileRow Files[] = {
     {"InvalidBytesBehindAMarkAreReplaced",
      Mark + "a\xFF" + "b\n",
      {QString("a") + QChar(0xFFFD) + "b"}},
-    {"FourByteCharacters", "\xF0\x9F\x98\x80\n", {QString::fromUtf8("\xF0\x9F\x98\x80")}},
 };
 
 class TReader : public ::testing::Test
@@ -55,8 +49,6 @@ protected:
             FLines.append(line);
             isBreak = line == "stop";
         });
-        FReader.SetOnProgress(
-            [this](TTextFileReader *, double percent) { FProgress.append(percent); });
     }
     ~TReader() override { TTextCoding::SetLegacyCodePage(QString()); }
 
@@ -65,7 +57,6 @@ protected:
         const QString name = FFolder.filePath("file.txt");
         TFileUtils::WriteBinary(name, bytes);
         FLines.clear();
-        FProgress.clear();
         FReader.Execute(name);
         return FLines;
     }
@@ -73,7 +64,6 @@ protected:
     QTemporaryDir FFolder;
     TTextFileReader FReader;
     QStringList FLines;
-    QList<double> FProgress;
 };
 
 class TReaderRows : public TReader, public ::testing::WithParamInterface<TFileRow>
@@ -104,16 +94,6 @@ TEST_F(TReader, StopsWhenTold)
 {
     EXPECT_EQ(Read("a\nstop\nb\nc"), (QStringList{"a", "stop"}));
     EXPECT_EQ(Read("b"), QStringList{"b"});
-}
-
-TEST_F(TReader, ProgressIsThePartOfTheFileRead)
-{
-    Read("a\nbc\nde");
-    EXPECT_EQ(FProgress.size(), 3);
-    EXPECT_DOUBLE_EQ(FProgress[0], 2.0 / 7 * 100);
-    EXPECT_DOUBLE_EQ(FProgress[2], 100);
-    Read("");
-    EXPECT_EQ(FProgress, QList<double>{0});
 }
 
 TEST_F(TReader, AFileThatCannotBeReadIsAnErrorWithItsPath)

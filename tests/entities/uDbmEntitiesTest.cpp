@@ -14,11 +14,6 @@ TEST(TComparers, PutUpperCaseBeforeLowerCase)
     EXPECT_LT(compare(upper, lower), 0);
     EXPECT_GT(compare(lower, upper), 0);
     EXPECT_EQ(compare(lower, lower), 0);
-    EXPECT_EQ(TDbmComparers::CreateNullComparer<TDbmDatabaseEntity>()(upper, lower), 0);
-    TDbmFieldEntity first, third;
-    first.Info.PosIndex = 1;
-    third.Info.PosIndex = 3;
-    EXPECT_EQ(TDbmComparers::CreateFieldEntityComparer()(first, third), -2);
 }
 
 } // namespace

@@ -44,18 +44,6 @@ TEST_P(TDbmChecksumTest, ValuesCountAndTheOrderOfRowsDoesNot)
     EXPECT_NE(changed[6], lines[6]);
 }
 
-TEST_P(TDbmChecksumTest, AFailingTableEndsTheJob)
-{
-    if (GetParam() != skMariaDB)
-        GTEST_SKIP() << "a table over missing ones is not made there";
-    Exec("CREATE TABLE a (id INT)");
-    Exec("CREATE TABLE z (id INT) ENGINE=MRG_MYISAM UNION=(gone)");
-    const TJobRun run = Checksum();
-    EXPECT_NE(run.Error, "");
-    EXPECT_TRUE(run.Has("Table \"a\" = 0"));
-    EXPECT_FALSE(run.Lines.join('\n').contains("Database checksum"));
-}
-
 ON_BOTH_SERVERS(TDbmChecksumTest);
 
 } // namespace

@@ -35,17 +35,6 @@ TEST(TDbmStatementPipe, HandsOverInOrderWhateverTheirNumberAndSize)
     }
 }
 
-TEST(TDbmStatementPipe, EndsWhenTheActionWantsNoMore)
-{
-    std::atomic<int> seen = 0;
-    TDbmStatementPipe pipe([&](const TDbmRowsStatement &) { return ++seen < 5; }, true);
-    int put = 0;
-    while (pipe.Put(Statement(put)))
-        ASSERT_LT(++put, 1000);
-    EXPECT_FALSE(pipe.Finish());
-    EXPECT_EQ(seen, 5);
-}
-
 TEST(TDbmStatementPipe, RaisesWhatTheActionRaised)
 {
     for (const int failing : {0, 1, 30}) {

@@ -20,15 +20,8 @@ TEST_P(TDumpFilesTest, AFileOfAnyOriginRunsAsItLies)
         QString Rows;
         const char *Error;
     } files[] = {
-        {"windows line ends", "INSERT INTO x\r\n\r\nVALUES ('a');\r\nINSERT INTO x VALUES ('b');",
-         "a,b", ""},
-        {"no line end between two statements",
-         "INSERT INTO x VALUES ('a'); INSERT INTO x VALUES ('b');", "", "(1064)"},
-        {"line ends of old Macs", "INSERT INTO x VALUES ('a');\rINSERT INTO x VALUES ('b');\r", "",
-         "(1064)"},
         {"with a mark", "\xEF\xBB\xBFINSERT INTO x VALUES ('Gr\xC3\xBC\xC3\x9F\x65');", "Grüße",
          ""},
-        {"without a mark", "INSERT INTO x VALUES ('Grüße 東京 😀');", "Grüße 東京 😀", ""},
         {"in a code page", "INSERT INTO x VALUES ('\xCF\xF0\xE8\xEC\xE5\xF0');", "Пример", ""},
         {"comments", "-- one;\n  # two;\n--three;\nINSERT INTO x -- four\nVALUES ('a' /* ; */);",
          "a", ""},

@@ -1,4 +1,3 @@
-#include "jobs/uDbmFileTexts.h"
 #include "uJobRuns.h"
 #include "uTestPrint.h"
 
@@ -7,34 +6,6 @@ namespace {
 using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
-
-TEST(TDbmFileTextsTest, FitsBodiesForTheReaderOfFiles)
-{
-    const struct
-    {
-        const char *Body, *Fitted;
-        QStringList Losses;
-    } bodies[] = {
-        {"BEGIN\r\n  SELECT 'a; -- b';\n\n  /* c\nd */ SELECT 1; -- e\nEND", nullptr, {}},
-        {"BEGIN\n  -- it's\n  SELECT 1;\nEND", nullptr, {"comment lines"}},
-        {"SELECT 'a\r\nb', `c\r\nd`", nullptr, {}},
-        {"SELECT 'a\nb'", "SELECT 'a\\nb'", {}},
-        {"SELECT 'it''s\r\n-- b\\'\r\n'", "SELECT 'it''s\\r\\n-- b\\'\\r\\n'", {}},
-        {"SELECT 1 /* a\n  # b */", "SELECT 1 /* a   # b */", {}},
-        {"BEGIN\n  Delimiter_of(1);\nEND", "BEGIN\n  /**/Delimiter_of(1);\nEND", {}},
-    };
-    for (const auto &body : bodies) {
-        const QString fitted = TDbmFileTexts::Fitted(body.Body, true);
-        EXPECT_EQ(fitted, body.Fitted ? body.Fitted : body.Body);
-        EXPECT_EQ(TDbmFileTexts::Losses(fitted), body.Losses) << body.Body;
-    }
-    EXPECT_EQ(TDbmFileTexts::Fitted("SELECT '\\\n'", false), "SELECT '\\\n'");
-    EXPECT_EQ(TDbmFileTexts::Losses("SELECT '\\\n'"), QStringList{"line ends inside quoted texts"});
-    EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN\n  SELECT '$$';\nEND $$"), "$$");
-    EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN -- $$\n  SELECT 1; # //  \nEND"), "$$$");
-    EXPECT_EQ(TDbmFileTexts::Delimiter("BEGIN # $\x01$\x1f\r\nEND"), "//");
-    EXPECT_EQ(TDbmFileTexts::Delimiter("# $$\n# //\n# $$$\n# $END1$ \nEND"), "$end2$");
-}
 
 using TJobExactnessTest = TJobRunsTest;
 
@@ -124,7 +95,6 @@ TEST_P(TJobExactnessTest, WhatATableHasIsCarriedOrNamed)
 {
     Exec("CREATE TABLE o (id INT) ENGINE=MyISAM MAX_ROWS=50 MIN_ROWS=5 AVG_ROW_LENGTH=7"
          " CHECKSUM=1 PACK_KEYS=1 DELAY_KEY_WRITE=1 COMMENT='MAX_ROWS=1 STATS_PERSISTENT=1'");
-    Exec("CREATE TABLE last_one (id INT) ENGINE=MyISAM CHECKSUM=1");
     Exec("CREATE TABLE c (v VARCHAR(20) CHARACTER SET utf8mb4 DEFAULT _utf8mb4 0x6101620C0A27"
          " COMMENT 'a\x02z', n VARCHAR(20) CHARACTER SET utf8mb4 DEFAULT _utf8mb4 0x610062)");
     const bool isMySQL = GetParam() == skMySQL;
@@ -150,13 +120,6 @@ TEST_P(TJobExactnessTest, WhatATableHasIsCarriedOrNamed)
                                "system versioning of table \"x\""};
     EXPECT_THAT(run.LeftOut(), testing::UnorderedElementsAreArray(named));
     Reload();
-    const QString options = Value("SELECT create_options FROM information_schema.tables WHERE"
-                                  " table_schema = '" +
-                                  Name() + "' AND table_name = 'o'");
-    for (const char *option : {"checksum=1", "pack_keys=1", "delay_key_write=1"})
-        EXPECT_THAT(options.toStdString(), HasSubstr(option));
-    EXPECT_EQ(FDatabase->Rows("SHOW CREATE TABLE last_one").value(0).value(1).count("CHECKSUM=1"),
-              1);
     EXPECT_EQ(FDatabase->Rows("SHOW CREATE TABLE x").value(0).value(1).contains("CHECK (`e` < 9)"),
               !isMySQL);
     Exec("INSERT INTO c VALUES (DEFAULT, DEFAULT)");
@@ -256,11 +219,6 @@ TEST_F(TOtherServerTest, AMomentStaysTheMomentThatItWas)
     EXPECT_EQ(LoadOn(server).Error, "");
     EXPECT_EQ(server.Value(moments, Name()), before);
     server.Exec("DROP DATABASE " + Name());
-
-    Exec("DROP TABLE t, t_copy; CREATE TABLE t (d DATETIME, ts TIMESTAMP NULL DEFAULT"
-         " CURRENT_TIMESTAMP); INSERT INTO t VALUES (NOW(), NULL)");
-    EXPECT_EQ(Dump().Error, "");
-    EXPECT_THAT(Text(), Not(HasSubstr("time_zone")));
 }
 
 TEST_F(TOtherServerTest, QuotesAndBackslashesAreReadAsTheyWereWritten)

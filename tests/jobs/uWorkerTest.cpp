@@ -1,13 +1,10 @@
-#include "core/uServerProfile.h"
-#include "jobs/uDbmOpenManagerWorker.h"
+#include "jobs/uWorker.h"
 #include "jobs/uWorkerThreads.h"
 #include "support/uException.h"
 #include "support/uMainThread.h"
-#include "uTestDatabase.h"
 #include "uTestLoop.h"
 #include "uTestPrint.h"
 
-#include <QThread>
 #include <gtest/gtest.h>
 
 namespace {
@@ -130,20 +127,6 @@ TEST(TThreads, ATimerRunsOnTheMainThreadUntilItIsEnded)
     const int ended = ticks;
     TTestLoop::Settle();
     EXPECT_EQ(ticks, ended);
-}
-
-TEST(TOpenManagerJob, HandsAConnectedManagerOver)
-{
-    TDbmOpenManagerWorker worker;
-    worker.FProfile = ServerProfile(TTestServer::Instance());
-    const TListener heard(worker);
-    worker.Start();
-    ASSERT_TRUE(Finished(worker));
-    ASSERT_TRUE(worker.FIsSuccess) << heard.Error.toStdString();
-    const std::unique_ptr<TDbmManager> manager = std::move(worker.FManager);
-    EXPECT_TRUE(manager->Provider().Connection().Connected());
-    EXPECT_EQ(heard.Lines.size(), 1);
-    EXPECT_GE(heard.Seconds, 0.99) << "a window that flashes by cannot be read";
 }
 
 } // namespace

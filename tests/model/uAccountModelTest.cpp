@@ -95,27 +95,6 @@ TEST_P(TAccountModelTest, APasswordIsThereFromTheStartWhereTheServerWantsOne)
     EXPECT_TRUE(MayLogIn(*server, "Rich'1, and long"));
 }
 
-TEST_P(TAccountModelTest, AnUpdateKeepsPartialRevokes)
-{
-    if (!IsMySQL())
-        GTEST_SKIP() << "rights are not revoked in part there";
-    Manager->Operations().CreateUser(Manager->UsersPrivileges(), Entity({privSelect, privInsert}),
-                                     "x");
-    Server().Exec("SET GLOBAL partial_revokes = ON");
-    Server().Exec("REVOKE INSERT ON `" + Name() + "`.* FROM " + Quoted(User) + "@'%'");
-    const QString revoke = "REVOKE INSERT ON `" + Name() + "`.*";
-    EXPECT_TRUE(Grants().contains(revoke));
-    TDbmUserPrivilegesEntity edited = Account()->Entity();
-    edited.Privileges.Include(privDelete);
-    edited.MaxQueriesPerHour = 7;
-    Manager->Operations().UpdateUser(*Account(), edited, false, {});
-    EXPECT_TRUE(Grants().contains("GRANT SELECT, INSERT, DELETE ON *.*")) << Grants().toStdString();
-    EXPECT_TRUE(Grants().contains(revoke)) << Grants().toStdString();
-    EXPECT_EQ(Account()->Entity().MaxQueriesPerHour, 7);
-    Manager->Operations().DeleteUser(*Account());
-    Server().Exec("SET GLOBAL partial_revokes = OFF");
-}
-
 TEST_P(TAccountModelTest, AnAccountThatIsGoneIsNotMadeAnew)
 {
     Manager->Operations().CreateUser(Manager->UsersPrivileges(), Entity({}), "x");
@@ -173,24 +152,9 @@ TEST_P(TAccountModelTest, AccountsLiveThroughOperations)
     EXPECT_FALSE(Manager->UsersPrivileges().TryGetByNameAndHost(User, "localhost", item));
 }
 
-TEST_P(TAccountModelTest, ARoleIsNoAccount)
-{
-    if (IsMySQL())
-        GTEST_SKIP() << "roles are locked accounts there";
-    const QString role = "role_" + Name();
-    Server().Exec("CREATE ROLE `" + role + '`');
-    TDbmUserPrivilegesList::TItemPtr item;
-    ASSERT_TRUE(Manager->UsersPrivileges().TryGetByNameAndHost(role, "", item));
-    EXPECT_TRUE(item->Entity().IsRole);
-    EXPECT_THROW(Manager->Operations().UpdateUser(*item, item->Entity(), false, {}), EException);
-    Manager->Operations().DeleteUser(*item);
-    EXPECT_FALSE(Manager->UsersPrivileges().TryGetByNameAndHost(role, "", item));
-}
-
 TEST_P(TAccountModelTest, RightsBelowTheGlobalLevel)
 {
     User = "u_" + Name();
-    Exec("CREATE TABLE t (a int)");
     Exec("CREATE PROCEDURE p () SELECT 1");
     Server().Exec("CREATE USER '" + User + "'@'%'");
     const TDbmFormatters &formatters = Manager->Formatters();
@@ -213,16 +177,6 @@ TEST_P(TAccountModelTest, RightsBelowTheGlobalLevel)
     EXPECT_EQ(database.Privs, TDbmDatabasePrivs({dpSelect, dpEvent}));
     EXPECT_EQ(formatters.DatabasesPrivileges().FormatUpdate(database, database.Privs), "");
     run(formatters.DatabasesPrivileges().FormatDelete(database));
-
-    TDbmTablePrivilegesEntity table;
-    fill(table);
-    table.Table = "t";
-    table.Privs = {tpCreateView, tpGrant};
-    run(formatters.TablesPrivileges().FormatCreate(table));
-    auto tables = Manager->Commands().TablesPrivileges().ExecuteSelect(User, "%");
-    ASSERT_EQ(tables.size(), 1);
-    EXPECT_EQ(tables.first().Privs, table.Privs);
-    run(formatters.TablesPrivileges().FormatDelete(table));
 
     TDbmRoutinePrivilegesEntity routine;
     fill(routine);

@@ -16,16 +16,12 @@ class TItem : public TDbmItem<TDbmDatabaseEntity>
 {
 public:
     explicit TItem(TDbmElement *owner) : TDbmItem(owner) {}
-    ~TItem() override { ++Destroyed; }
     int Created = 0;
     int EntitiesSet = 0;
     int EntitiesRead = 0;
-    inline static int Destroyed = 0;
-    inline static int DestroyCalls = 0;
 
 protected:
     void DoCreate() override { ++Created; }
-    void DoDestroy() override { ++DestroyCalls; }
     void DoSetEntity() override { ++EntitiesSet; }
     void DoProcessEntity() override { ++EntitiesRead; }
 };
@@ -40,7 +36,6 @@ public:
     using TDbmList::Manager;
 
     bool Fails = false;
-    bool CannotCreate = false;
     int Reads = 0;
 
 protected:
@@ -48,12 +43,7 @@ protected:
     {
         return TDbmComparers::CreateDatabaseEntityComparer();
     }
-    TItemPtr CreateItem() override
-    {
-        if (CannotCreate)
-            throw EException("no item");
-        return New<TItem>(this);
-    }
+    TItemPtr CreateItem() override { return New<TItem>(this); }
     QList<TDbmDatabaseEntity> SelectEntities() override
     {
         ++Reads;
@@ -77,8 +67,6 @@ protected:
 class TListTest : public ::testing::Test
 {
 protected:
-    TListTest() { TItem::Destroyed = TItem::DestroyCalls = 0; }
-
     QStringList Shown()
     {
         QStringList names;
@@ -128,17 +116,6 @@ TEST_F(TListTest, KeepsItemsOverAReloadAndForgetsWhatIsGone)
     EXPECT_EQ(a->EntitiesRead, 0) << "a reload of the list brings the entity";
 }
 
-TEST_F(TListTest, AnItemAloneReadsItsEntityAgain)
-{
-    List->Server = {"a"};
-    const auto a = Item("a");
-    a->RequestProcess();
-    a->Entity();
-    a->Entity();
-    EXPECT_EQ(a->EntitiesRead, 1);
-    EXPECT_EQ(List->Reads, 1);
-}
-
 TEST_F(TListTest, AFailedLoadIsEmptyUntilSomebodyAsksAgain)
 {
     List->Server = {"a"};
@@ -152,36 +129,6 @@ TEST_F(TListTest, AFailedLoadIsEmptyUntilSomebodyAsksAgain)
     List->Fails = false;
     List->RequestProcess();
     EXPECT_EQ(Item("a"), a) << "identity survives the failure";
-}
-
-TEST_F(TListTest, AnItemThatCouldNotBeMadeIsMadeByTheNextReload)
-{
-    List->Server = {"a"};
-    List->CannotCreate = true;
-    EXPECT_THROW(List->Count(), EException);
-    EXPECT_EQ(Item("a"), nullptr);
-    List->CannotCreate = false;
-    List->RequestProcess();
-    EXPECT_EQ(Shown(), QStringList("a"));
-}
-
-TEST_F(TListTest, TwoRowsOfOneKeyShareAnItem)
-{
-    List->Server = {"a", "a"};
-    EXPECT_EQ(List->Count(), 2);
-    EXPECT_EQ(List->ToArray()[0], List->ToArray()[1]);
-}
-
-TEST_F(TListTest, FindsTheFirstAndLeavesTheArgumentAloneWithoutOne)
-{
-    List->Server = {"ab", "aa", "b"};
-    TNames::TItemPtr item;
-    const auto beginsWithA = [](TItem &each) { return each.Entity().DatabaseName[0] == u'a'; };
-    EXPECT_TRUE(List->TryFind(beginsWithA, item));
-    EXPECT_EQ(item->Entity().DatabaseName, "aa");
-    EXPECT_FALSE(List->TryFind([](TItem &) { return false; }, item));
-    EXPECT_EQ(item->Entity().DatabaseName, "aa");
-    EXPECT_EQ(List->ToEntityList().size(), 3);
 }
 
 TEST_F(TListTest, AnItemOutlivesItsListAsItWasLastRead)
@@ -204,19 +151,6 @@ TEST_F(TListTest, AnItemOutlivesItsListAsItWasLastRead)
     EXPECT_EQ(child->Reads, 1);
     EXPECT_THROW(a->OwnerAs<TNames>(), EException);
     EXPECT_THROW(child->Manager(), EException);
-}
-
-TEST_F(TListTest, HoldersKeepARemovedItemAlive)
-{
-    List->Server = {"a"};
-    auto a = Item("a");
-    List->Server.clear();
-    List->RequestProcess();
-    EXPECT_EQ(List->Count(), 0);
-    EXPECT_EQ(TItem::Destroyed, 0);
-    a.reset();
-    EXPECT_EQ(TItem::Destroyed, 1);
-    EXPECT_EQ(TItem::DestroyCalls, 1);
 }
 
 } // namespace

@@ -16,10 +16,6 @@ protected:
         Manager->SetParams(ServerProfile(Server()));
         Manager->SetOnCommandBeforeExecute(
             [this](TDbmManager *, const QString &text) { Statements += text; });
-        Manager->SetOnCommandExecuteError(
-            [this](TDbmManager *, const EDacMySqlError &e) { Errors += e.ErrorCode(); });
-        Manager->SetOnConnectionMessage(
-            [this](TDbmManager *, const QString &message) { Messages += message; });
     }
 
     void BindTo(const QString &database)
@@ -30,18 +26,8 @@ protected:
     }
 
     std::unique_ptr<TDbmManager> Manager = TDbmManager::Create();
-    QStringList Statements, Messages;
-    QList<int> Errors;
+    QStringList Statements;
 };
-
-TEST_F(TManagerTest, ConnectsWhenItIsReadAndKnowsItsServer)
-{
-    EXPECT_TRUE(Messages.isEmpty());
-    EXPECT_EQ(Manager->ServerVersion(), Value("SELECT VERSION()"));
-    EXPECT_TRUE(Manager->Features().ISEvents);
-    EXPECT_EQ(Messages,
-              QStringList(QString("Opening connection to 127.0.0.1:%1...").arg(Server().Port())));
-}
 
 TEST_F(TManagerTest, ListsDatabasesWithOneStatement)
 {
@@ -55,31 +41,6 @@ TEST_F(TManagerTest, ListsDatabasesWithOneStatement)
     EXPECT_EQ(Statements.size(), 2);
     EXPECT_EQ(MessageOf([&] { Manager->Databases().GetByName("no such database"); }),
               "Database \"%\" not found.");
-}
-
-TEST_F(TManagerTest, AReloadOfEverythingAsksForEachListAgain)
-{
-    Exec("CREATE TABLE r (id INT)");
-    Manager->Connect();
-    const auto data = Manager->DataPool().AddData();
-    data->SetParams(Database().Name(), "r");
-    const auto asks = [this](auto &...lists) {
-        return QList<bool>{(Statements.clear(), lists.Count(), !Statements.isEmpty())...};
-    };
-    const auto all = [&] {
-        TDbmManager &m = *Manager;
-        QList<bool> asked = asks(m.Databases(), m.UsersPrivileges(), m.Processes(), m.Engines(),
-                                 m.GlobalVariables(), m.SessionVariables(), m.GlobalStatus(),
-                                 m.SessionStatus(), m.Charsets(), m.Collations(), m.Plugins());
-        Statements.clear();
-        data->GetDataset();
-        return asked << !Statements.isEmpty();
-    };
-    EXPECT_EQ(all(), QList<bool>(12, true));
-    EXPECT_EQ(all(), QList<bool>(12, false));
-    Manager->RequestProcess();
-    EXPECT_EQ(all(), QList<bool>(12, true));
-    Manager->DataPool().ReleaseData(data);
 }
 
 TEST_F(TManagerTest, ABoundConnectionHasOneDatabase)
@@ -128,15 +89,6 @@ TEST_F(TManagerTest, AFailedReadIsToldAndEmpty)
     Manager->SetParams(ServerProfile(Server()));
     Manager->RequestProcess();
     EXPECT_GT(Manager->Databases().Count(), 0);
-}
-
-TEST_F(TManagerTest, ForwardsErrorsOfStatements)
-{
-    EXPECT_THROW(Manager->Command().ExecScript("SELECT * FROM no_such_db.t"), EDacMySqlError);
-    EXPECT_EQ(Errors.size(), 1);
-    const auto script = Manager->CreateScript();
-    script->ExecuteFromText("CREATE TABLE " + Database().Name() + ".s (a INT)$$", "$$");
-    EXPECT_EQ(Value("SELECT COUNT(*) FROM s"), "0");
 }
 
 } // namespace

@@ -98,21 +98,6 @@ protected:
         column.Length = length;
         return column;
     }
-    /// A key "fk" into a table of the test's database.
-    TDbmReferenceEntity ForeignKey(const QString &table) const
-    {
-        TDbmReferenceEntity reference;
-        reference.ReferenceName = "fk";
-        reference.RefDatabaseName = Name();
-        reference.RefTableName = table;
-        return reference;
-    }
-    static TDbmReferenceColumnEntity ReferenceColumn(const QString &name)
-    {
-        TDbmReferenceColumnEntity column;
-        column.SrcColumnName = column.RefColumnName = name;
-        return column;
-    }
 
     std::unique_ptr<TTestDatabase> FDatabase;
     std::unique_ptr<TDbmManager> Manager;

@@ -6,7 +6,6 @@
 #include "shell/uRecordedDialogs.h"
 #include "shell/uWorkbenchFixture.h"
 
-#include <QComboBox>
 #include <QLineEdit>
 
 namespace {
@@ -43,16 +42,6 @@ private:
     QObject FEar;
 };
 
-TEST_F(TAppManagerUtilsTest, WithoutADialogNothingLeadsToIt)
-{
-    OpenWorkspace();
-    for (const char *name : {"actSchemaCreate", "actSchemaCreateTable", "actSchemaCreateView",
-                             "actSchemaCreateEvent", "actSchemaUpdate", "actDatabaseCreate"})
-        EXPECT_FALSE(IsEnabled(name)) << name;
-    EXPECT_FALSE(TAppDialogs::Has(adkTable));
-    EXPECT_THROW(Utils().CreateTable(Database().Name()), std::exception);
-}
-
 TEST_F(TAppManagerUtilsTest, WhatWasMadeIsShown)
 {
     TRecordedDialogs dialogs;
@@ -76,15 +65,6 @@ TEST_F(TAppManagerUtilsTest, WhatWasMadeIsShown)
     EXPECT_EQ(dialogs.Take(), QStringList{"table|" + Database().Name() + "|||"});
     EXPECT_EQ(Heard(), QStringList{"redraw"});
     EXPECT_EQ(workspace.GetPagesCaption(), QStringList{Database().Name() + ".made"});
-
-    const TTestDatabase other;
-    dialogs.NewName = other.Name();
-    dialogs.Work = [this](const TAppDialogs::TObjectTask &) {
-        Manager().Databases().RequestProcess();
-    };
-    Trigger("actSchemaCreate");
-    EXPECT_EQ(Heard(), (QStringList{"select " + other.Name(), "redraw"}));
-    EXPECT_EQ(tree->SelectedDatabase(), other.Name());
 }
 
 TEST_F(TAppManagerUtilsTest, ARenameInADialogIsToldAheadOfTheRedraw)
@@ -123,21 +103,6 @@ TEST_F(TAppManagerUtilsTest, AnAccountIsDeletedWhenThatIsConfirmed)
         EXPECT_EQ(Server().Value(count), confirms ? "0" : "1");
     }
     EXPECT_EQ(Heard(), QStringList{"redraw"});
-}
-
-TEST_F(TAppManagerUtilsTest, ACloneMayGoIntoADatabaseMadeMeanwhile)
-{
-    OpenWorkspace();
-    Manager().Databases().Count();
-    const TTestDatabase made;
-    Driver.Expect([&](QWidget *dialog) {
-        auto *combo = Find<QComboBox>(dialog, "rowDatabase");
-        combo->showPopup();
-        EXPECT_GE(combo->findText(made.Name()), 0);
-        combo->hidePopup();
-        TGuiTools::Click(dialog, "butCancel");
-    });
-    EXPECT_FALSE(Utils().CloneTable(Database().Name(), "t"));
 }
 
 TEST_F(TAppManagerUtilsTest, AnUntouchedNameIsKeptWithItsBlanks)

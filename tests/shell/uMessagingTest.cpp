@@ -24,25 +24,6 @@ protected:
     QStringList Heard;
 };
 
-TEST_F(TBusTest, CallsTheRecipientsOfExactlyThisClassInTheirOrder)
-{
-    ListenToRedraw(Second, "second");
-    ListenToRedraw(First, "first");
-    ListenToRedraw(Second, "second again");
-    TMessenger::Register<TManagerPagesChangeMessage>(
-        &First, [this](const TManagerPagesChangeMessage &) { Heard += "pages"; });
-    TAppMessages::SendRedrawUI();
-    EXPECT_EQ(Heard, (QStringList{"second", "first", "second again"}));
-    Heard.clear();
-    TAppMessages::SendManagerPagesChange();
-    TAppMessages::SendQueryPageStatusChanged(); // nobody listens
-    EXPECT_EQ(Heard, QStringList("pages"));
-    Heard.clear();
-    TMessenger::Unregister(&Second); // with both of its entries
-    TAppMessages::SendRedrawUI();
-    EXPECT_EQ(Heard, QStringList("first"));
-}
-
 TEST_F(TBusTest, ARecipientMayUnregisterDuringTheDispatch)
 {
     TMessenger::Register<TRedrawUIMessage>(&First, [this](const TRedrawUIMessage &) {

@@ -2,8 +2,6 @@
 #include "support/uException.h"
 #include "uGuiTools.h"
 
-#include <QTabBar>
-#include <QTest>
 #include <gtest/gtest.h>
 
 namespace {
@@ -85,17 +83,6 @@ TEST_F(TPagesTest, APageIsLoadedOnceAndFoundByItsIdentity)
     EXPECT_EQ(id, "id.a");
 }
 
-TEST_F(TPagesTest, APageThatIsNeverShownIsNeverLoaded)
-{
-    Add("a", "a");
-    Add("hidden", "h", false);
-    EXPECT_FALSE(Calls.contains("load hidden"));
-    Add("other name", "h", false);
-    EXPECT_FALSE(Calls.contains("load hidden")) << "without activating it is left alone";
-    Pages->SelectNextPage();
-    EXPECT_TRUE(Calls.contains("load hidden"));
-}
-
 TEST_F(TPagesTest, NewPagesComeBehindTheActiveOne)
 {
     Add("a", "a");
@@ -164,28 +151,6 @@ TEST_F(TPagesTest, AFailureToLoadLeavesThePageAndPassesOn)
     TakeCalls();
     Pages->Process(); // counts as loaded
     EXPECT_EQ(TakeCalls(), QStringList("draw x"));
-}
-
-TEST_F(TPagesTest, TitleAndIdentityFollowThePage)
-{
-    TTestPage *a = Add("a", "old");
-    a->Name = "Tom & Jerry";
-    a->UpdateTitle();
-    a->UpdateId("new");
-    TPageFrame *found = nullptr;
-    EXPECT_TRUE(Pages->TryGetPage("new", found));
-    EXPECT_FALSE(Pages->TryGetPage("old", found));
-    EXPECT_EQ(Find<QTabBar>(Pages, "tabBar")->tabText(0), "Tom && Jerry");
-}
-
-TEST_F(TPagesTest, ATabIsClosedByItsButton)
-{
-    Add("a", "a");
-    Add("b", "b");
-    Pages->SetCloseButtons(true);
-    QTest::mouseClick(Find<QTabBar>(Pages, "tabBar")->tabButton(0, QTabBar::RightSide),
-                      Qt::LeftButton);
-    EXPECT_EQ(Pages->GetPagesCaption(), QStringList{"b"});
 }
 
 } // namespace

@@ -15,7 +15,6 @@
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <gmock/gmock.h>
@@ -120,16 +119,6 @@ TEST_F(TWorkerFormTest, AStatementOfMegabytesIsShownInPartAndCopiedWhole)
         TGuiTools::Click(job, "butCopy");
         EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith("---\n" + failing.FStatement));
     });
-}
-
-TEST_F(TWorkerFormTest, CancelEndsAJobThatLooksAtTheRequest)
-{
-    TTalking talking(1000000000);
-    Driver.Expect("frmWorker", [](QWidget *job) {
-        EXPECT_EQ(Find<QPushButton>(job, "butClose")->text(), "Cancel");
-        TGuiTools::Click(job, "butClose");
-    });
-    TWorkerForm::ShowWorker(nullptr, talking, "Working");
 }
 
 // The server is silent until after the cancel; the session that it gives then is nobody's.

@@ -24,38 +24,14 @@ INSTANTIATE_TEST_SUITE_P(Servers, TFamiliesTest, testing::Values(skMariaDB, skMy
                              return info.param == skMySQL ? "MySQL9" : "MariaDB";
                          });
 
-TEST_P(TFamiliesTest, TakeADatabaseThatDoesNotChangeOrIsGone)
+TEST_P(TFamiliesTest, ReadCharsetsAndVariables)
 {
-    const TTestDatabase other(Server());
     TFamilies families(Server());
-    TDbmDatabaseCommands &databases = families.Commands.Databases();
-    const QString name = other.Name() + "_new";
-    TDbmDatabaseEntity entity;
-    entity.DatabaseName = name;
-    entity.Collation = "latin1_swedish_ci";
-    databases.ExecuteCreate(entity);
-    // Deliberate: without a change there is no clause, and the server's refusal is the answer.
-    EXPECT_THROW(databases.ExecuteUpdate(entity, entity), EDacMySqlError);
-    databases.ExecuteUse(name);
-    EXPECT_EQ(families.Commands.Routines().ExecuteSelectDatabase(), name);
-
-    databases.ExecuteDelete(name, false);
-    EXPECT_FALSE(databases.ExecuteSelectRow(name, entity));
-    EXPECT_EQ(entity.Collation, "latin1_swedish_ci"); // a vanished row leaves the argument alone
-    databases.ExecuteDelete(name, true);
-    EXPECT_THROW(databases.ExecuteDelete(name, false), EDacMySqlError);
-    EXPECT_TRUE(families.Failures.isEmpty()) << families.Failures.join('\n').toStdString();
-}
-
-void ExpectCharsetsOn(TTestServer &server)
-{
-    TFamilies families(server);
     QHash<QString, TDbmCharsetEntity> charsets;
     for (const TDbmCharsetEntity &each : families.Commands.Charsets().ExecuteSelect())
         charsets[each.Name] = each;
     EXPECT_EQ(charsets["utf8mb4"].MaxLen, 4);
     EXPECT_EQ(charsets["latin1"].DefaultCollate, "latin1_swedish_ci");
-    EXPECT_FALSE(charsets["latin1"].Description.isEmpty());
     QString session;
     families.Commands.Charsets().ExecuteGetSessionCharset(session);
     EXPECT_EQ(session, "utf8mb4");
@@ -66,21 +42,6 @@ void ExpectCharsetsOn(TTestServer &server)
     variables.ExecuteGetValue("sort_buffer_size", svoSession, value);
     EXPECT_EQ(value, "262144");
     EXPECT_TRUE(families.Failures.isEmpty()) << families.Failures.join('\n').toStdString();
-}
-
-TEST_P(TFamiliesTest, ReadCharsetsAndVariables)
-{
-    ExpectCharsetsOn(Server());
-}
-
-// A server of 5.0 has no table of variables; the SHOW form names its columns otherwise.
-TEST(TFamiliesOnOldServers, ReadVariablesByShow)
-{
-    const auto server = TTestServer::Start({"--version=5.0.95-log"});
-    TFamilies families(*server);
-    EXPECT_EQ(families.Formatters.Variables().FormatGetValue("character_set_results", svoSession),
-              "SHOW SESSION VARIABLES LIKE 'character_set_results'");
-    ExpectCharsetsOn(*server);
 }
 
 TEST(TSafeReads, GiveAnEmptyAnswerAndOneEvent)

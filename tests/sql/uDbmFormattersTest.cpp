@@ -6,16 +6,6 @@
 
 namespace {
 
-TEST(TDatabaseTexts, TellACollationOnlyWhereItSaysSomething)
-{
-    const TDbmServerFeatures features;
-    const TDbmDatabaseFormatters formatters(&features);
-    TDbmDatabaseEntity plain;
-    plain.DatabaseName = "d";
-    EXPECT_EQ(formatters.FormatCreateDatabase(plain), "CREATE SCHEMA `d`");
-    EXPECT_EQ(formatters.FormatAlterDatabaseFull(plain), "");
-}
-
 using TOther = TDbmOtherFormatters;
 
 TEST(TControlTexts, FollowTheServer)
@@ -40,11 +30,6 @@ TEST(TControlTexts, FollowTheServer)
     features.SetParams("8.4.0");
     for (const auto &text : texts)
         EXPECT_EQ((formatters.*text.Text)(), text.Now);
-    TDbmEventEntity event;
-    event.Status = evsDisableOnSlave;
-    EXPECT_TRUE(TDbmEventFormatters(&features)
-                    .FormatCreate("d", event, false)
-                    .contains("DISABLE ON SLAVE"));
 }
 
 // A text with nothing to escape goes out to the byte as it is; a quote never ends the literal.
@@ -69,15 +54,6 @@ TEST(TQuotedTexts, AreEscapedOnlyWhereTheyMust)
         EXPECT_TRUE(text.contains('\'' + clean + '\'')) << text.toStdString();
     for (const QString &text : texts("it's \\"))
         EXPECT_TRUE(text.contains("'it\\'s \\\\'")) << text.toStdString();
-}
-
-TEST(TControlTexts, NameWhatTheyActOn)
-{
-    const TDbmServerFeatures features;
-    EXPECT_EQ(TDbmProcessFormatters(&features).FormatKillQuery(-1),
-              "KILL QUERY 18446744073709551615");
-    EXPECT_EQ(TOther(&features).FormatLockTable("d", "t", ltoRead), "LOCK TABLE `d`.`t` READ");
-    EXPECT_EQ(TOther(&features).FormatLockTable("", "t", ltoWrite), "LOCK TABLE `t` WRITE");
 }
 
 } // namespace

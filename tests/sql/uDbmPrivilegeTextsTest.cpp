@@ -25,17 +25,6 @@ TEST(TPrivilegeTexts, ListOneWordALine)
               "GRANT \r\n  DROP\r\nON\r\n  TABLE `d`.`t`\r\nTO\r\n  'u'@'%'\r\n");
     EXPECT_EQ(tables.FormatDelete(table), "REVOKE ALL PRIVILEGES ON TABLE `d`.`t` FROM 'u'@'%';\r\n"
                                           "REVOKE GRANT OPTION ON TABLE `d`.`t` FROM 'u'@'%';");
-
-    TDbmRoutinePrivilegesEntity routine;
-    routine.User = "u";
-    routine.Host = "h";
-    routine.Database = "d";
-    routine.Routine = "r";
-    routine.RoutineType = rtFunction;
-    EXPECT_EQ(formatters.RoutinesPrivileges().FormatDelete(routine),
-              "REVOKE ALL PRIVILEGES ON FUNCTION `d`.`r` FROM 'u'@'h'");
-    EXPECT_EQ(formatters.UsersPrivileges().FormatSetPassword("u", "h", "p"),
-              "SET PASSWORD FOR 'u'@'h' = PASSWORD('p');"); // deliberate: its own semicolon
 }
 
 // Both tables tell of the same privileges: one more is in the one that came later.

@@ -106,12 +106,9 @@ TEST(TClauseTexts, AreEmptyWithoutContent)
     const TDbmDataFormatters rows(&features);
     EXPECT_EQ(rows.FormatUpdateRow("d", "t", {}, {}, {1}, {"a"}),
               "UPDATE `d`.`t` SET `a` = 1  LIMIT 1");
-    EXPECT_EQ(rows.FormatUpdateRow("d", "t", {5}, {"id"}, {}, {}),
-              "UPDATE `d`.`t`  WHERE `id` = 5 LIMIT 1");
     EXPECT_EQ(rows.FormatDeleteRow("d", "t", {}, {}), "DELETE FROM `d`.`t` ");
     EXPECT_EQ(rows.FormatDeleteRow("d", "t", {1.5, TVariant()}, {"id", "k"}),
               "DELETE FROM `d`.`t` WHERE `id` = '1.5' AND `k` IS NULL");
-    EXPECT_EQ(TClauses::FormatLimit(-1, 0), "LIMIT 0");
     EXPECT_EQ(TClauses::FormatLimit(3000000000, 5000000000), "LIMIT 3000000000, 5000000000");
     EXPECT_EQ(TClauses::FormatSet({"a", "b"}, {"x'", TVariant()}), "SET `a` = 'x\\'', `b` = NULL");
 }

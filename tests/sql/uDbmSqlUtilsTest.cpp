@@ -16,16 +16,7 @@ TEST(TNames, AreWrappedAndNeverRepaired)
     EXPECT_EQ(TDbmPathUtils::FormatDbObject("d", "a`b"), "`d`.`a`b`");
     EXPECT_EQ(TDbmSqlUtils::FormatUserHost("bob", ""), "'bob'@'%'");
     EXPECT_EQ(TDbmOtherUtils::FormatUser("root"), "'root'");
-    EXPECT_EQ(TDbmOtherUtils::FormatUser("root@"), "'root'");
     EXPECT_EQ(TDbmOtherUtils::FormatUser("a@b@c"), "'a'@'b@c'");
-}
-
-TEST(TParameterisedStatements, NameNewAndFormerValues)
-{
-    EXPECT_EQ(TDbmSqlUtils::FormatUpdateSQLUpdate("d", "t", {"id", "k"}, {"a", "b"}),
-              "UPDATE `d`.`t` SET `a` = :a, `b` = :b WHERE (`id` = :OLD_id) AND (`k` = :OLD_k)");
-    EXPECT_EQ(TDbmSqlUtils::FormatUpdateSQLDelete("", "t", {"id"}),
-              "DELETE FROM `t` WHERE (`id` = :id)");
 }
 
 using TSingleCell = TServerTest;

@@ -11,7 +11,6 @@ const TDbmServerFeatures NoFeatures;
 const TDbmViewFormatters Views(&NoFeatures);
 const TDbmRoutineFormatters Routines(&NoFeatures);
 const TDbmTriggerFormatters Triggers(&NoFeatures);
-const TDbmEventFormatters Events(&NoFeatures);
 
 TEST(TViewTexts, HaveALineForWhatTheViewHas)
 {
@@ -47,24 +46,6 @@ TEST(TRoutineTexts, NeverNameTheDefiner)
     EXPECT_EQ(Routines.FormatCreate("d", routine, "a int"),
               "CREATE FUNCTION `d`.`r` (a int) RETURNS varchar(10) CHARSET utf8\r\n"
               "DETERMINISTIC\r\nSQL SECURITY INVOKER\r\nCOMMENT 'c'\r\nSELECT 1");
-    EXPECT_EQ(Routines.FormatDelete("d", routine), "DROP FUNCTION IF EXISTS `d`.`r`");
-}
-
-TEST(TRoutineTexts, ParametersEndAtTheirParenthesis)
-{
-    TFamilies families(TTestServer::Instance());
-    const auto params = [&](const QString &text) {
-        return families.Parse("SELECT " + text + " AS `Create Procedure`", [](const TDataSet &row) {
-            QString read;
-            Routines.ParseSelectParams(row, rtProcedure, read);
-            return read;
-        });
-    };
-    EXPECT_EQ(params("'CREATE PROCEDURE `p`(a DECIMAL(10,2)) SELECT (1)'"), "a DECIMAL(10,2)");
-    // Deliberate: parentheses in strings and comments count like any others.
-    EXPECT_EQ(params("'CREATE PROCEDURE `p`(a int /* :) */, b int) SELECT 1'"), "a int /* :");
-    EXPECT_EQ(params("'CREATE PROCEDURE `p`(a int /* :( */) SELECT 1'"), "");
-    EXPECT_EQ(params("NULL"), "");
 }
 
 TEST(TRoutineTexts, ATextThatIsPutBackNamesItsDatabase)
@@ -80,23 +61,6 @@ TEST(TRoutineTexts, ATextThatIsPutBackNamesItsDatabase)
         EXPECT_EQ(text.Statement, QString(head) + "`d`.`p`() SELECT 1");
         EXPECT_EQ(text.Settings.SQLMode, "ANSI");
     }
-}
-
-TEST(TTriggerTexts, AreTidiedAsTheyAreRead)
-{
-    TFamilies families(TTestServer::Instance());
-    const auto body = [&](const QString &statement) {
-        const auto entity =
-            families.Row(Triggers, "SELECT 'tr' AS trigger_name, '" + statement +
-                                       "' AS ACTION_STATEMENT, 'after' AS ACTION_TIMING, 'delete'"
-                                       " AS EVENT_MANIPULATION");
-        EXPECT_EQ(entity.Event, teAfterDelete);
-        return entity.Body;
-    };
-    EXPECT_EQ(body("  set new.a = 1"), "set new.a = 1\r\n");
-    EXPECT_EQ(body(" BEGIN\\n  SELECT 1;\\n  end "), "BEGIN\r\n  SELECT 1;\r\nend\r\n");
-    EXPECT_EQ(body(" IF a THEN\\n  SELECT 1;\\n  END IF"),
-              "IF a THEN\r\n  SELECT 1;\r\n  END IF\r\n");
 }
 
 TEST(TTriggerTexts, TellThePlaceOnlyWhenPutBack)
@@ -118,37 +82,6 @@ TEST(TTriggerTexts, TellThePlaceOnlyWhenPutBack)
               "FOR EACH ROW\r\nSET @a = 1");
 }
 
-// Deliberate, as is the comment that says nothing.
-TEST(TEventTexts, KeepABlankBehindTheInterval)
-{
-    TDbmEventEntity event;
-    event.EventName = "e";
-    event.EventType = evtRecurring;
-    event.Interval.Days = 1;
-    event.Definition = "SELECT 1";
-    EXPECT_EQ(Events.FormatCreate("d", event, true),
-              "CREATE\r\n  EVENT `d`.`e`\r\n  ON SCHEDULE EVERY 1 DAY \r\n"
-              "  ON COMPLETION NOT PRESERVE\r\n  COMMENT ''\r\nDO\r\nSELECT 1");
-}
-
-TEST(TEventTexts, StatusWordsOfAllServersAreRead)
-{
-    TFamilies families(TTestServer::Instance());
-    const QPair<const char *, TDbmEventStatus> words[] = {
-        {"enabled", evsEnable},
-        {"DISABLED", evsDisable},
-        {"SLAVESIDE_DISABLED", evsDisableOnSlave},
-        {"REPLICA_SIDE_DISABLED", evsDisableOnSlave},
-        {"ENABLE", evsUnknown},
-    };
-    for (const auto &[word, status] : words)
-        EXPECT_EQ(
-            families.Row(Events, QString("SELECT 'e' AS EVENT_NAME, '%1' AS STATUS").arg(word))
-                .Status,
-            status)
-            << word;
-}
-
 TEST(TDbmProgramTextsTest, FindsTheBodyInTheStatement)
 {
     const struct
@@ -161,8 +94,6 @@ TEST(TDbmProgramTextsTest, FindsTheBodyInTheStatement)
          "CREATE PROCEDURE `p`()\n    NO SQL\n    DETERMINISTIC\n    SQL SECURITY INVOKER\n"
          "    COMMENT 'a\\n''b'\n    BEGIN\n    NO SQL\nEND",
          "    BEGIN\n    NO SQL\nEND"},
-        {"FUNCTION", "CREATE FUNCTION `f`() RETURNS varchar(9) CHARSET latin1\nRETURN 'DO '",
-         "RETURN 'DO '"},
         {"TRIGGER",
          "CREATE TRIGGER `for each row` BEFORE INSERT ON t\n for each\nROW SET @x = ''''",
          "SET @x = ''''"},
@@ -170,7 +101,6 @@ TEST(TDbmProgramTextsTest, FindsTheBodyInTheStatement)
          "BEGIN END"},
         {"EVENT", "CREATE EVENT `DO ` ON SCHEDULE EVERY 1 DAY COMMENT ' DO ' DO SET @x = 1",
          "SET @x = 1"},
-        {"FUNCTION", "", ""},
     };
     for (const auto &program : programs)
         EXPECT_EQ(TDbmProgramTexts::Body(program.Kind, program.Create), program.Body);
@@ -183,14 +113,10 @@ TEST(TIntervals, AreReadWrittenAndShown)
         const char *Value, *Unit, *Shown;
     } intervals[] = {
         {"1", "DAY", "1d"},
-        {"2", "QUARTER", "2q"},
         {"4", "MICROSECOND", "4ms"},
         {"'1-6'", "YEAR_MONTH", "1y 6m"},
-        {"'1 6'", "DAY_HOUR", "1d 6h"},
         {"'1 0:0:5'", "DAY_SECOND", "1d 5s"},
-        {"'2:3'", "MINUTE_SECOND", "2m 3s"},
         {"'1:2:3.4'", "HOUR_MICROSECOND", "1h 2m 3s 4ms"},
-        {"'3.4'", "SECOND_MICROSECOND", "3s 4ms"},
     };
     TDbmInterval interval;
     for (const auto &each : intervals) {
@@ -199,26 +125,12 @@ TEST(TIntervals, AreReadWrittenAndShown)
         EXPECT_EQ(TDbmIntervalUtils::IntervalToDisplayString(interval), each.Shown);
         EXPECT_EQ(TDbmIntervalUtils::FormatValue(interval), QString(each.Value) + ' ' + each.Unit);
     }
-    interval = {};
-    TDbmIntervalUtils::ParseValue("'1-0'", "YEAR_MONTH", interval);
-    EXPECT_EQ(TDbmIntervalUtils::IntervalToDisplayString(interval), "1y");
-    EXPECT_EQ(TDbmIntervalUtils::FormatValue(interval), "1 YEAR") << "the unit follows the members";
     // Deliberate: one value short, so that nothing but what was asked for reaches the server.
     interval = {};
     TDbmIntervalUtils::ParseValue("'1 2:3:4.5'", "DAY_MICROSECOND", interval);
     EXPECT_EQ(TDbmIntervalUtils::IntervalToDisplayString(interval), "1d 2h 3m 4s 5ms");
     EXPECT_THROW(TDbmIntervalUtils::FormatValue(interval), EException);
-    TDbmInterval mixed;
-    mixed.Years = 1;
-    mixed.Weeks = 2;
-    EXPECT_EQ(TDbmIntervalUtils::FormatValue(mixed), "1 YEAR") << "smaller ones have no room";
 
-    const auto parse = [&](const char *value, const char *unit) {
-        return MessageOf([&] { TDbmIntervalUtils::ParseValue(value, unit, interval); });
-    };
-    EXPECT_EQ(parse("1", "FORTNIGHT"), "Parse interval error. Unknown type (FORTNIGHT).");
-    EXPECT_EQ(parse("1-6", "YEAR_MONTH"), "Parse YEAR_MONTH interval error.");
-    EXPECT_EQ(parse("'1:2'", "SECOND_MICROSECOND"), "Parse SECOND_MICROSECOND interval error.");
     EXPECT_EQ(MessageOf([] { TDbmIntervalUtils::FormatValue({}); }),
               "Format interval error. Can not detect type.");
 }

@@ -76,10 +76,6 @@ TEST(TTableTextTest, IndexColumnsAreFoundAlsoOfKindsThatAreNotListed)
     EXPECT_EQ(Columns("k", ikIndex), "0 a 10, 1 b 0");
     EXPECT_EQ(Columns("kk", ikIndex), "0 c 0, 1 f 0");
     EXPECT_EQ(Columns("ft", ikFulltext), "0 txt 0");
-    EXPECT_EQ(Columns("k", ikUnique), "");
-    // The name stands raw in the expression.
-    EXPECT_EQ(Columns("u$", ikUnique), "");
-    EXPECT_EQ(Columns("k.", ikIndex), "0 c 0, 1 f 0");
 }
 
 TEST(TTableTextTest, ForeignKeysShowTheirOptionsAndFirstPair)

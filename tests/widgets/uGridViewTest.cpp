@@ -1,6 +1,5 @@
 #include "uGridViewSample.h"
 #include "uGuiTools.h"
-#include "uModalDriver.h"
 #include "uPaintCounter.h"
 #include "uTestLoop.h"
 #include "widgets/uGridCopy.h"
@@ -130,38 +129,6 @@ TEST(TGridView, SpaceTogglesTheCheckOfTheFocusedRow)
     EXPECT_FALSE(shown.Model.ItemAt(0)->IsCapital);
 }
 
-TEST(TGridView, ColumnsFitTheirTextsInAnyFont)
-{
-    std::vector<TCity> cities = Cities();
-    cities[0].Name = "Llanfairpwllgwyngyll";
-    TGridColumns<TCity> columns = CityColumns();
-    columns[1].Width = 12;
-    TShownGrid shown(cities, columns);
-    for (const double scale : {1.0, 2.0}) {
-        QFont font = QApplication::font();
-        font.setPointSizeF(font.pointSizeF() * scale);
-        shown.Grid.setFont(font);
-        const QFontMetrics metrics(font);
-        EXPECT_GT(shown.Grid.columnWidth(0), metrics.horizontalAdvance(cities[0].Name));
-        EXPECT_GT(shown.Grid.columnWidth(1), 12 * metrics.averageCharWidth());
-        EXPECT_GE(shown.Grid.visualRect(shown.Model.index(0, 0)).height(), metrics.height());
-    }
-}
-
-TEST(TGridView, ContextMenuPutsActionsOfThePageFirst)
-{
-    TShownGrid shown(Cities());
-    shown.Grid.addAction(new QAction("Open", &shown.Grid));
-    TModalDriver driver;
-    driver.ExpectMenu([](QMenu *menu) {
-        QStringList captions;
-        for (const QAction *action : menu->actions())
-            captions.append(action->text());
-        EXPECT_EQ(captions, QStringList({"Open", "", "Copy", "Copy with Headers", "Find"}));
-    });
-    TGuiTools::AskMenu(shown.Grid.viewport());
-}
-
 struct TCopyCase
 {
     const char *Name;
@@ -176,14 +143,12 @@ constexpr auto Cells = QAbstractItemView::SelectItems;
 
 const TCopyCase Copies[] = {
     {"RowsAsTheUserSeesTheColumns", Rows, {{2, 0}}, false, "z\tx\ty"},
-    {"WithHeaders", Rows, {{2, 0}}, true, "D\tA\tB$z\tx\ty"},
     {"RowsFromTopToBottomQuotedWhereNeeded",
      Rows,
      {{1, 0}, {0, 0}},
      false,
      "d\ta\t\"two\nlines\"$\"\"\"q\"\"\"\t\t\"tab\there\""},
     {"OneCellAsItIs", Cells, {{0, 1}}, false, "two\nlines"},
-    {"OneCellWithItsHeader", Cells, {{2, 1}}, true, "B$y"},
     {"HolesStayEmpty", Cells, {{0, 0}, {2, 3}}, false, "\ta$z\t"},
     {"NothingFocusedOrSelected", Cells, {}, true, ""},
 };

@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QHash>
 #include <QPainter>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -84,21 +83,6 @@ TEST_F(TIconsTest, AreLegibleOnBothPalettesAndOnASelectionAndDiffer)
                                 drawn.sizeInBytes());
         EXPECT_FALSE(seen.contains(pixels)) << qPrintable(name + " looks like " + seen[pixels]);
         seen.insert(pixels, name);
-    }
-}
-
-TEST_F(TIconsTest, UseOnlyColoursThatBothPalettesKnow)
-{
-    const QRegularExpression color("#[0-9a-fA-F]{3,8}\\b");
-    for (const QString &name : Names()) {
-        if (name == "app") // the mark keeps its colours everywhere
-            continue;
-        QFile file(Images + '/' + name + ".svg");
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        const QString text = QString::fromUtf8(file.readAll());
-        for (const auto &match : color.globalMatch(text))
-            EXPECT_TRUE(TIcons::ThemedColors().contains(match.captured()))
-                << qPrintable(name + ": " + match.captured());
     }
 }
 

@@ -2,21 +2,11 @@
 #include "widgets/uStyleSystem.h"
 
 #include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QFile>
-#include <QFontMetrics>
-#include <QGroupBox>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSpinBox>
-#include <QTabBar>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <memory>
 #include <set>
 
 namespace {
@@ -70,76 +60,8 @@ TEST_P(TStyleOfTheme, HasReadableColoursOfItsOwn)
         EXPECT_GE(TAppPalette::Contrast(TAppPalette::Line(Palette), Color(ground)), VisibleLine);
 }
 
-/// The most that any pixel of the picture differs from the ground.
-double Strongest(const QImage &image, const QColor &ground)
-{
-    double strongest = 1;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-            strongest = std::max(strongest, TAppPalette::Contrast(image.pixelColor(x, y), ground));
-    return strongest;
-}
-
-TEST_P(TStyleOfTheme, DrawsEveryControlSoThatItCanBeSeen)
-{
-    TAppStyle style;
-    const std::unique_ptr<QWidget> controls[] = {
-        std::make_unique<QPushButton>(), std::make_unique<QLineEdit>(),
-        std::make_unique<QCheckBox>(),   std::make_unique<QComboBox>(),
-        std::make_unique<QSpinBox>(),    std::make_unique<QGroupBox>(),
-    };
-    for (const auto &control : controls) {
-        control->setStyle(&style);
-        control->setPalette(Palette);
-        control->resize(control->sizeHint().expandedTo({60, 40}));
-        const QImage image = control->grab().toImage();
-        EXPECT_GE(Strongest(image, Color(QPalette::Window)), VisibleLine)
-            << control->metaObject()->className();
-    }
-}
-
-TEST_P(TStyleOfTheme, TellsTheSelectedTab)
-{
-    TAppStyle style;
-    QTabBar tabs;
-    tabs.setStyle(&style);
-    tabs.setPalette(Palette);
-    tabs.addTab("one");
-    tabs.addTab("two");
-    tabs.resize(tabs.sizeHint());
-    const QImage image = tabs.grab().toImage();
-    const auto has = [&](int tab) {
-        const int x = tabs.tabRect(tab).center().x();
-        for (int y = 0; y < image.height(); ++y)
-            if (image.pixelColor(x, y).rgb() == TAppPalette::Accent(Palette).rgb())
-                return true;
-        return false;
-    };
-    EXPECT_TRUE(has(0));
-    EXPECT_FALSE(has(1));
-}
-
 INSTANTIATE_TEST_SUITE_P(All, TStyleOfTheme, testing::Values(atLight, atDark),
                          [](const auto &info) { return info.param == atDark ? "Dark" : "Light"; });
-
-TEST(TStyleTest, MeasuresInUnitsOfTheFont)
-{
-    const QFont before = QApplication::font();
-    const QString styleBefore = QApplication::style()->name();
-    TAppStyle::Apply(*qApp);
-    const int indentation = qApp->style()->pixelMetric(QStyle::PM_TreeViewIndentation);
-    const int icon = qApp->style()->pixelMetric(QStyle::PM_SmallIconSize);
-    QFont twice = before;
-    twice.setPointSizeF(before.pointSizeF() * 2);
-    QApplication::setFont(twice);
-    EXPECT_NEAR(qApp->style()->pixelMetric(QStyle::PM_TreeViewIndentation), 2 * indentation, 2);
-    EXPECT_NEAR(qApp->style()->pixelMetric(QStyle::PM_SmallIconSize), 2 * icon, 3);
-    EXPECT_EQ(TAppStyle::MonospaceFont().pointSizeF(), twice.pointSizeF());
-    const QFontMetrics metrics(TAppStyle::MonospaceFont());
-    EXPECT_EQ(metrics.horizontalAdvance("iii"), metrics.horizontalAdvance("WWW"));
-    QApplication::setFont(before);
-    QApplication::setStyle(styleBefore);
-}
 
 TEST(TStyleTest, KeepsAThemeThatWasAskedFor)
 {

@@ -1,11 +1,7 @@
-#include "uGuiTools.h"
 #include "uTextEditorFixture.h"
 
-#include <QApplication>
-#include <QClipboard>
 #include <QDialog>
 #include <QLineEdit>
-#include <QMenu>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -23,10 +19,8 @@ struct TCommentCase
 };
 
 const TCommentCase Comments[] = {
-    {"OneLine", "select 1", "-- select 1", true},
     {"AtTheLeastIndent", "  a\n    b", "  -- a\n  --   b", true},
     {"BlankLinesStay", "a\n\n  \nb", "-- a\n\n  \n-- b", true},
-    {"MixedGetsOneMore", "-- a\nb", "-- -- a\n-- b", true},
     {"WithoutBlank", "--a\n-- b", "a\nb", false},
     {"CrLf", "a\r\nb\r\n", "-- a\r\n-- b\r\n", true},
     {"OnlyBlanks", "  ", "  ", true},
@@ -49,44 +43,6 @@ TEST_F(TTextEditorEdit, TogglesComments)
         Press(Qt::Key_Z, Qt::ControlModifier);
         EXPECT_EQ(Editor->Text(), row.After) << row.Name;
     }
-}
-
-TEST_F(TTextEditorEdit, CommentsTheCaretsLineOrWholeSelectedLines)
-{
-    Load("a\nb\nc", 1);
-    Press(Qt::Key_Slash, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), "a\n-- b\nc");
-    Load("a\nb\nc");
-    Send(TSci::SCI_SETSEL, 0, 2); // up to the start of the second line
-    Press(Qt::Key_Slash, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), "-- a\nb\nc");
-}
-
-TEST_F(TTextEditorEdit, IndentsWithBlanks)
-{
-    Load("");
-    Press(Qt::Key_Tab);
-    Type("a");
-    Press(Qt::Key_Return);
-    Type("b");
-    EXPECT_EQ(Editor->Text(), "    a\n    b");
-    Editor->SelectAll();
-    Press(Qt::Key_Tab);
-    EXPECT_EQ(Editor->Text(), "        a\n        b");
-    Press(Qt::Key_Backtab, Qt::ShiftModifier);
-    EXPECT_EQ(Editor->Text(), "    a\n    b");
-}
-
-TEST_F(TTextEditorEdit, UndoesTypingInGroups)
-{
-    Load("");
-    Type("select");
-    Press(Qt::Key_Return);
-    Type("from");
-    Press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), "select\n");
-    Press(Qt::Key_Y, Qt::ControlModifier);
-    EXPECT_EQ(Editor->Text(), "select\nfrom");
 }
 
 TEST_F(TTextEditorEdit, TrimsTypedBlanksAsTheLineIsLeft)
@@ -145,28 +101,6 @@ TEST_F(TTextEditorEdit, TrimmingDoesNotTakeTheRedoAway)
     EXPECT_EQ(Editor->Text(), "a  \nb");
 }
 
-TEST_F(TTextEditorEdit, WritesBehindTheLineEnd)
-{
-    Load("ab", 0, 2);
-    Press(Qt::Key_Right);
-    Press(Qt::Key_Right);
-    Type("x");
-    EXPECT_EQ(Editor->Text(), "ab  x");
-    Press(Qt::Key_Right);
-    Editor->PasteText("y");
-    EXPECT_EQ(Editor->Text(), "ab  x y");
-}
-
-TEST_F(TTextEditorEdit, SelectsRectangles)
-{
-    Load("abc\nabc\nabc", 0, 1);
-    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right})
-        Press(key, Qt::AltModifier | Qt::ShiftModifier);
-    EXPECT_EQ(Editor->SelectedText().simplified(), "b b b");
-    Editor->PasteText("x");
-    EXPECT_EQ(Editor->Text().count(u'b'), 0);
-}
-
 TEST_F(TTextEditorEdit, LeavesTheKeysOfTheWindowsAround)
 {
     const QKeySequence keys[] = {
@@ -212,32 +146,4 @@ TEST_F(TTextEditorEdit, EscapeAndATabThatIsNoInputAreForTheDialogAround)
     EXPECT_TRUE(dialog.isVisible()) << "closes the search bar only";
     press(Qt::Key_Escape);
     EXPECT_FALSE(dialog.isVisible());
-}
-
-TEST_F(TTextEditorEdit, MenuOffersWhatCanBeDone)
-{
-    const auto offered = [this] {
-        TGuiTools::AskMenu(Editor->Editor()->viewport());
-        auto *menu = Part<QMenu>("editorMenu");
-        QStringList captions;
-        for (const QAction *action : menu->actions())
-            if (!action->isSeparator() && action->isEnabled() && action->isVisible())
-                captions += action->text().section(u'\t', 0, 0);
-        menu->close();
-        QCoreApplication::sendPostedEvents(menu, QEvent::DeferredDelete);
-        return captions.join(u' ');
-    };
-    QApplication::clipboard()->setText("p");
-    Load("abc");
-    EXPECT_EQ(offered(), "Paste Select All Find... Replace... Toggle Comment");
-    Editor->SelectAll();
-    Editor->PasteText("x");
-    Editor->SelectAll();
-    EXPECT_EQ(offered(), "Undo Cut Copy Paste Delete Select All Find... "
-                         "Replace... Toggle Comment");
-    Part<QAction>("actCut")->trigger();
-    EXPECT_EQ(Editor->Text(), QString());
-    Part<QAction>("actPaste")->trigger();
-    Editor->SetReadOnly(true);
-    EXPECT_EQ(offered(), "Select All Find...");
 }

@@ -16,18 +16,13 @@ struct TFindCase
 };
 
 const TFindCase Finds[] = {
-    {"AnyCase", "Ab ab AB", "ab", "", {0, 3, 6}},
     {"SameCase", "Ab ab AB", "AB", "c", {6}},
     {"AnyCaseBeyondAscii", QStringLiteral("ÄÖ äö"), QStringLiteral("äÖ"), "", {0, 3}},
-    {"WholeWord", "id idx _id id", "id", "w", {0, 11}},
     {"WholeWordBeyondAscii", QStringLiteral("äid id"), "id", "w", {4}},
-    {"NoWordAtTheEdges", "a.b .b .", ".", "w", {7}},
     {"CharactersOfExpressionsArePlain", "a.c abc a*", "a.c", "", {0}},
-    {"Expression", "a1 b22 c", "[a-z]\\d+", "r", {0, 3}},
     {"ExpressionLineByLine", "a\r\nab\na\r\n", "^a$", "r", {0, 6}},
     {"ExpressionAcrossLines", "a\nb\na\nb", "b\\na", "r", {2}},
     {"EmptyHits", "a\nb", "^", "r", {2, 0}},
-    {"BehindPairs", QStringLiteral("😀x😀x"), "x", "", {2, 5}},
     {"BehindNul", QString("a") + QChar::Null + "a", "a", "", {0, 2}},
     {"BehindHalfAPair", QString(QChar(0xD800)) + "ab", "\\w", "r", {1, 2}},
     {"NoHit", "abc", "d", "", {}},
@@ -107,22 +102,6 @@ TEST_F(TTextEditorSearchBar, SearchesWhileOneTypesAndCounts)
     EXPECT_TRUE(Editor->Editor()->hasFocus());
 }
 
-TEST_F(TTextEditorSearchBar, TakesTheSelectedTextAndGoesRoundWithAMessage)
-{
-    Load("ab x ab");
-    Send(TSci::SCI_SETSEL, 0, 2);
-    Press(Qt::Key_F, Qt::ControlModifier);
-    EXPECT_EQ(Part<QLineEdit>("edFind")->text(), "ab");
-    QTest::keyClick(Part("edFind"), Qt::Key_Return);
-    EXPECT_EQ(Message(), "2 of 2");
-    QTest::keyClick(Part("edFind"), Qt::Key_Return);
-    EXPECT_EQ(Message(), "1 of 2, went on from the start");
-    QTest::keyClick(Part("edFind"), Qt::Key_Return, Qt::ShiftModifier);
-    EXPECT_EQ(Message(), "2 of 2, went on from the end");
-    Click("butFindPrev");
-    EXPECT_EQ(Message(), "1 of 2");
-}
-
 TEST_F(TTextEditorSearchBar, SaysWhatIsWrongWithAnExpression)
 {
     Load("a(");
@@ -146,15 +125,6 @@ TEST_F(TTextEditorSearchBar, FindsInTextChangedMeanwhile)
     EXPECT_EQ(Editor->SelectedText(), "ab");
 }
 
-TEST_F(TTextEditorSearchBar, CountsNothingWhereItWouldCost)
-{
-    Load(QString("a ").repeated(20'000));
-    Open("a");
-    Press(Qt::Key_F3);
-    EXPECT_EQ(Editor->SelectedText(), "a");
-    EXPECT_EQ(Message(), QString());
-}
-
 namespace {
 struct TReplaceCase
 {
@@ -168,12 +138,9 @@ struct TReplaceCase
 };
 
 const TReplaceCase Replaces[] = {
-    {"Plain", "a b a", "a", "xx", "", "xx b xx", 2},
     {"PlainKeepsMarks", "a", "a", "$1\\n", "", "$1\\n", 1},
     {"Longer", "aaa", "a", "aa", "", "aaaaaa", 3},
-    {"Nothing", "a,b", ",", "", "", "ab", 1},
     {"Groups", "k=v; x=y", "(\\w)=(\\w)", "$2=\\1", "r", "v=k; y=x", 2},
-    {"Whole", "ab", ".", "[$0]", "r", "[a][b]", 2},
     {"Escapes", "a b", " ", "\\t\\n\\\\$$\\x", "r", "a\t\n\\$\\xb", 1},
     {"GroupWithoutPart", "b", "(a)?b", "<$1>", "r", "<>", 1},
     {"EmptyHits", "a\nb", "^", "- ", "r", "- a\n- b", 2},
@@ -215,15 +182,4 @@ TEST_F(TTextEditorSearchBar, ReplacesOneByOne)
     QTest::keyClick(Part("edReplace"), Qt::Key_Return);
     EXPECT_EQ(Editor->Text(), "a1 b2 b3");
     EXPECT_EQ(Editor->SelectedText(), "a1") << "and round";
-}
-
-TEST_F(TTextEditorSearchBar, OffersNoReplacingInReadOnlyText)
-{
-    Load("a");
-    Editor->SetReadOnly(true);
-    Open("a", "", "H");
-    EXPECT_TRUE(Part("searchBar")->isVisible());
-    EXPECT_FALSE(Part("replaceRow")->isVisible());
-    QTest::keyClick(Part("edReplace"), Qt::Key_Return);
-    EXPECT_EQ(Editor->Text(), "a");
 }

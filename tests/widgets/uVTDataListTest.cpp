@@ -23,15 +23,6 @@ TEST_F(TVTDataListTest, HasOneNodeForAnIdInAnyLetterCase)
     EXPECT_NE(Add(item->DataList(), "table shop.käse"), item) << "only siblings share keys";
 }
 
-TEST_F(TVTDataListTest, FindsBelowOnlyWhenRecursive)
-{
-    Fill({"a", "b"});
-    TVTDataItem *deep = Add(Add(Manager.FindNode("b")->DataList(), "b1")->DataList(), "Deep");
-    EXPECT_EQ(Manager.DataList()->FindNode("deep"), nullptr);
-    EXPECT_EQ(Manager.DataList()->FindNode("deep", true), deep);
-    EXPECT_EQ(Manager.FindNode("a")->DataList()->FindNode("deep", true), nullptr);
-}
-
 TEST_F(TVTDataListTest, RenamesUnlessASiblingHasTheId)
 {
     Fill({"a", "b"});
@@ -81,31 +72,6 @@ TEST_F(TVTDataListTest, GivesAnExpanderForAHiddenNode)
     EXPECT_FALSE(Manager.Model()->hasChildren(index));
 }
 
-TEST_F(TVTDataListTest, AValuesLooksGoAheadOfItsRowsAndThoseAheadOfItsColumns)
-{
-    Manager.SetColumns({"Name", "Size"}, {ctText, ctNumber});
-    Manager.SetColTextColors({QColor(), Qt::gray});
-    const auto color = [this](int column) {
-        const QVariant shown = Manager.Model()->index(0, column).data(Qt::ForegroundRole);
-        return shown.isValid() ? shown.value<QColor>() : QColor();
-    };
-    const auto font = [this](int column) {
-        return Manager.Model()->index(0, column).data(Qt::FontRole).value<QFont>();
-    };
-    const TVTDataItem *item = Manager.DataList()->AddEx(
-        "a", nullptr, {}, {"a", 12}, {}, Qt::red, {fsItalic}, {Qt::green}, {{fsBold, fsUnderline}});
-    EXPECT_EQ(color(0), QColor(Qt::green));
-    EXPECT_EQ(color(1), QColor(Qt::red)) << "the row's";
-    EXPECT_TRUE(font(0).bold());
-    EXPECT_FALSE(font(0).italic());
-    EXPECT_TRUE(font(1).italic());
-    EXPECT_EQ(item->ImageIndex(5), -1);
-    EXPECT_TRUE(item->Value(5).isNull()) << "there is no such column";
-    Add(Manager.DataList(), "a");
-    EXPECT_FALSE(color(0).isValid()) << "Add takes an explicit font back";
-    EXPECT_EQ(color(1), QColor(Qt::gray)) << "the column's";
-}
-
 struct TSortCase
 {
     const char *Name;
@@ -118,14 +84,11 @@ const QVariant None;
 const qlonglong Big = 9007199254740993; // next to a double that it would be taken for
 
 const TSortCase Sorts[] = {
-    {"TextWithoutCase", {"b", "C", "a", "B"}, {}, {"a", "B", "b", "C"}},
     {"NumbersAsNumbers", {10, 9, 100.5, -1}, {}, {"-1", "9", "10", "100.5"}},
-    {"NumbersAsTextAsText", {"10", "9"}, {}, {"10", "9"}},
     {"LargeIntegersExactly",
      {Big, Big - 1, 18446744073709551615ull},
      {},
      {QString::number(Big - 1), QString::number(Big), "18446744073709551615"}},
-    {"SortValueFirst", {"a", "b", "c"}, {2, 1, 0}, {"c", "b", "a"}},
     {"ValueWhereSortValueIsNull", {"a", "b", "c"}, {"x", None, "c"}, {"b", "c", "a"}},
     {"NothingThenNumbersThenText", {"a", 5, None}, {}, {"", "5", "a"}},
     {"DatesAsDates", {QDate(2024, 11, 2), QDate(2024, 2, 11)}, {}, {"2024-02-11", "2024-11-02"}},

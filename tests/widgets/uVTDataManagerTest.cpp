@@ -1,8 +1,6 @@
 #include "uVTDataFixture.h"
 
-#include <QDialog>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTest>
 
 #include <memory>
@@ -12,11 +10,6 @@ namespace {
 class TVTDataManagerTest : public TVTData
 {
 protected:
-    QPoint Middle(const QString &id) const
-    {
-        return View->visualRect(Manager.Model()->IndexOf(Manager.FindNode(id))).center();
-    }
-
     QLineEdit *Editor() const { return View->viewport()->findChild<QLineEdit *>(); }
 };
 
@@ -31,11 +24,8 @@ struct TKeyCase
 const TKeyCase Keys[] = {
     {"Return", Qt::Key_Return, "b", {"enter b"}},
     {"Delete", Qt::Key_Delete, "b", {"delete b"}},
-    {"F2", Qt::Key_F2, "b", {"rename b"}},
-    {"Insert", Qt::Key_Insert, "b", {"insert b"}},
     {"InsertWithoutFocus", Qt::Key_Insert, "", {"insert -"}},
     {"DeleteWithoutFocus", Qt::Key_Delete, "", {}},
-    {"UpMovesTheFocus", Qt::Key_Up, "b", {"focus a"}},
     {"AsteriskDoesNotOpenEverything", Qt::Key_Asterisk, "b", {}},
 };
 
@@ -48,56 +38,6 @@ TEST_F(TVTDataManagerTest, KeysAreRaisedForTheFocusedNode)
         QTest::keyClick(View, row.Key);
         EXPECT_EQ(raised.Raised, row.Raised) << row.Name;
     }
-}
-
-TEST_F(TVTDataManagerTest, LeavesEnterToTheDialogWhenNobodyListens)
-{
-    QDialog dialog;
-    auto *layout = new QVBoxLayout(&dialog);
-    auto *view = new TVTTreeView(&dialog);
-    auto *button = new QPushButton("Open", &dialog);
-    layout->addWidget(view);
-    layout->addWidget(button);
-    button->setDefault(true);
-    QSignalSpy clicked(button, &QPushButton::clicked);
-    auto *manager = new TVTDataManager(view);
-    Add(manager->DataList(), "a");
-    manager->SetFocusedItem(manager->FindNode("a"));
-    TGuiTools::Show(&dialog);
-    TGuiTools::Press(view, Qt::Key_Return);
-    EXPECT_EQ(clicked.size(), 1);
-    TVTSignals raised(*manager);
-    TGuiTools::Press(view, Qt::Key_Return);
-    EXPECT_EQ(clicked.size(), 1) << "the listener has it now";
-    EXPECT_EQ(raised.Raised, QStringList{"enter a"});
-}
-
-TEST_F(TVTDataManagerTest, ExpandsSilentlyWithinACycle)
-{
-    TVTSignals raised(Manager);
-    {
-        const TVTDataUpdate update(&Manager);
-        TVTDataItem *folder = Add(Manager.DataList(), "folder");
-        folder->SetExpanded(true);
-        EXPECT_TRUE(folder->IsExpanded());
-        Add(folder->DataList(), "leaf");
-    }
-    EXPECT_TRUE(Manager.FindNode("folder")->IsExpanded());
-    EXPECT_GT(TopOf("leaf"), 0);
-    EXPECT_EQ(raised.Raised, QStringList());
-}
-
-TEST_F(TVTDataManagerTest, ShowsItsPopupMenuUnlessEmpty)
-{
-    Fill({"a"});
-    QMenu menu;
-    Manager.SetPopupMenu(&menu);
-    TGuiTools::AskMenu(View->viewport(), Middle("a"));
-    EXPECT_FALSE(menu.isVisible());
-    menu.addAction("Open");
-    TGuiTools::AskMenu(View->viewport(), View->viewport()->rect().bottomLeft());
-    EXPECT_TRUE(menu.isVisible());
-    menu.close();
 }
 
 TEST_F(TVTDataManagerTest, TellsWhatWasTypedAsNewCaption)

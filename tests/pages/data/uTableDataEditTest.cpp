@@ -6,8 +6,6 @@
 #include <QBuffer>
 #include <QCheckBox>
 #include <QImage>
-#include <QListWidget>
-#include <QToolBar>
 #include <QToolButton>
 
 namespace {
@@ -185,24 +183,10 @@ TEST_F(TTableDataEditTest, ARowKeepsWhatItsTypesTellApart)
     OnRecordOf(0, [this](TVerticalGrid &grid) {
         OnDialogOf(grid, "tx", [](QWidget *dialog) { Retype(dialog, "one\n-- two;\nthree", " "); });
         Choose(grid, "e", "NULL");
-        Driver.ExpectMenu([](QMenu *menu) {
-            auto *list = Find<QListWidget>(menu, "lstMembers");
-            QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                              list->visualItemRect(list->item(2)).center());
-        });
-        auto *line = Find<QLineEdit>(&grid, "o");
-        Find<QToolButton>(line->parentWidget(), "butChoose")->click();
-        EXPECT_EQ(grid.Row("o")->Text(), "y,z");
-        Type(grid, "z", "0000-00-00 00:00:00.000001");
-        Driver.ExpectMenu("Set NULL"); // the line's own menu has it
-        QFocusEvent focus(QEvent::FocusIn);
-        QApplication::sendEvent(Find<QLineEdit>(&grid, "tm"), &focus);
-        TGuiTools::AskMenu(Find<QLineEdit>(&grid, "tm"));
         SetNull(grid, "y");
         EXPECT_EQ(Find<QCheckBox>(&grid, "y")->checkState(), Qt::PartiallyChecked);
     });
-    EXPECT_EQ(LastUpdate(), "`tx` = NULL, `e` = NULL, `o` = 'y,z', `y` = NULL, "
-                            "`z` = '0000-00-00 00:00:00.000001', `tm` = NULL");
+    EXPECT_EQ(LastUpdate(), "`tx` = NULL, `e` = NULL, `y` = NULL");
 
     // NULL everywhere, and the empty member beside it.
     OnRecordOf(1, [](TVerticalGrid &grid) {
@@ -234,14 +218,6 @@ TEST_F(TTableDataEditTest, ACellThatShowsALengthIsEditedWhole)
     TTestLoop::Settle();
     EXPECT_EQ(Value("SELECT s FROM t"), " good ");
     EXPECT_EQ(Cell(0, 1), "6 B");
-    Driver.Expect("b", [](QWidget *dialog) {
-        Find<QAction>(dialog, "actClear")->trigger();
-        TGuiTools::Click(dialog, "butOK");
-    });
-    Focus(0, 2);
-    QTest::keyClick(&Grid(), Qt::Key_F2);
-    TTestLoop::Settle();
-    EXPECT_EQ(Value("SELECT b IS NULL FROM t"), "1");
 }
 
 TEST_F(TTableDataEditTest, ARowThatIsNoLongerThereIsTold)
@@ -303,11 +279,9 @@ TEST_F(TTableDataEditTest, BytesComeFromFilesAndGoToFiles)
     };
     OnRecordOf(0, [&](TVerticalGrid &grid) {
         OnDialogOf(grid, "b", [&](QWidget *dialog) {
-            EXPECT_EQ(dialog->windowTitle(), "b");
-            auto *import = Find<QAction>(dialog, "actImport");
-            EXPECT_EQ(Find<QToolBar>(dialog, "tbrBlob")->widgetForAction(import)->focusPolicy(),
-                      Qt::TabFocus);
-            EXPECT_EQ(Find<QLabel>(dialog, "labSize")->text(), "5 B");
+            ASSERT_NE(dialog->focusWidget(), nullptr);
+            EXPECT_EQ(qobject_cast<QToolButton *>(dialog->focusWidget()), nullptr)
+                << "Tab reaches the tool bar, but nobody starts there";
             for (const QByteArray &bytes : {png, jpeg}) {
                 Import(dialog, bytes);
                 EXPECT_TRUE(isPicture(dialog));
@@ -329,16 +303,6 @@ TEST_F(TTableDataEditTest, BytesComeFromFilesAndGoToFiles)
     TFileUtils::ReadBinary(FilePath("out"), written);
     EXPECT_EQ(written, cut);
     EXPECT_EQ(Bytes("SELECT b FROM t"), cut);
-    for (const char *button : {"butCancel", "butOK"}) {
-        OnRecordOf(0, [&](TVerticalGrid &grid) {
-            Driver.Expect([button](QWidget *dialog) {
-                Find<QAction>(dialog, "actClear")->trigger();
-                TGuiTools::Click(dialog, button);
-            });
-            TGuiTools::Click(Find<QToolButton>(&grid, "bedit"));
-        });
-        EXPECT_EQ(Value("SELECT b IS NULL FROM t"), QString(button) == "butOK" ? "1" : "0");
-    }
 }
 
 TEST_F(TTableDataEditTest, AHundredMegabytesAreReadOnceAndNotSentBack)

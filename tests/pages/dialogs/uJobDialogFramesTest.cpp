@@ -7,7 +7,6 @@
 #include "widgets/uVerticalGrid.h"
 
 #include <QFileInfo>
-#include <QLineEdit>
 #include <QPushButton>
 
 namespace {
@@ -62,18 +61,6 @@ TEST_F(TJobDialogsTest, ADumpIsWrittenAndRunAgain)
     EXPECT_FALSE(JobLog.contains("USE `mysql`"));
 }
 
-TEST_F(TJobDialogsTest, ABoundConnectionDumpsItsOwnDatabase)
-{
-    OpenWorkspace(Database().Name());
-    for (const char *action : {"actSchemaCreateSqlDump", "actToolsExecuteSQLDump"}) {
-        Driver.Expect("frmDialog", [&](QWidget *dialog) {
-            EXPECT_FALSE(Row(dialog, "rowDatabase").IsShown());
-            TGuiTools::Click(dialog, "butCancel");
-        });
-        Trigger(action);
-    }
-}
-
 TEST_F(TJobDialogsTest, ATableIsClonedUnderANameThatIsFree)
 {
     Exec("CREATE TABLE t (id INT PRIMARY KEY, w TEXT, FULLTEXT KEY words (w))");
@@ -96,36 +83,6 @@ TEST_F(TJobDialogsTest, ATableIsClonedUnderANameThatIsFree)
     EXPECT_EQ(Value("SELECT COUNT(*) FROM t_copy"), "1");
 }
 
-TEST_F(TJobDialogsTest, AMigrationRunsIntoAChosenDatabaseOfAChosenHost)
-{
-    Exec("CREATE TABLE t (id INT PRIMARY KEY, w VARCHAR(9)); INSERT INTO t VALUES (1, 'ж')");
-    const TTestDatabase target;
-    target.Exec("CREATE TABLE t (old INT); CREATE TABLE own (id INT)");
-    StoreProfile("There", Profile());
-    OpenWorkspace();
-    ChooseDatabase(Database().Name());
-    Driver.Expect("Migrate Database", [&](QWidget *dialog) {
-        EXPECT_EQ(Row(dialog, "rowSource").Text(), Database().Name());
-        Press(Row(dialog, "rowTargetDatabase"), "select"); // nothing without a host
-        EXPECT_FALSE(Ok(dialog)->isEnabled());
-        for (const auto &[button, host] : {std::pair("butClose", ""), {"butOpen", "There"}}) {
-            Driver.Expect("frmProfiles",
-                          [button = button](QWidget *form) { TGuiTools::Click(form, button); });
-            Press(Row(dialog, "rowTargetHost"), "select");
-            EXPECT_EQ(Row(dialog, "rowTargetHost").Text(), host);
-        }
-        ChooseDatabase(target.Name());
-        Press(Row(dialog, "rowTargetDatabase"), "select");
-        EXPECT_EQ(Row(dialog, "rowTargetDatabase").Text(), target.Name());
-        ExpectJob("Migration Database \"" + Database().Name() + '"');
-        Ok(dialog)->click();
-    });
-    Trigger("actSchemaMigrate");
-    EXPECT_TRUE(JobLog.contains("Task completed")) << JobLog.toStdString();
-    EXPECT_EQ(target.Value("SELECT w FROM t"), "ж");
-    EXPECT_EQ(target.Value("SELECT COUNT(*) FROM own"), "0") << "it is no part of the migration";
-}
-
 TEST_F(TJobDialogsTest, ADatabaseIsNotClonedOntoItself)
 {
     Exec("CREATE TABLE t (id INT); INSERT INTO t VALUES (1)");
@@ -135,32 +92,12 @@ TEST_F(TJobDialogsTest, ADatabaseIsNotClonedOntoItself)
     EXPECT_EQ(Value("SELECT COUNT(*) FROM t"), "1");
 }
 
-TEST_F(TJobDialogsTest, ObjectsAndFieldsAreChosen)
+TEST_F(TJobDialogsTest, FieldsAreChosen)
 {
     Exec("CREATE TABLE t (id INT, name VARCHAR(10), price DECIMAL(5,2))");
-    Exec("CREATE VIEW a_view AS SELECT 1 AS one");
     TDbmManager &manager = OpenWorkspace().Manager();
-    Driver.Expect("Select Data Object", [&](QWidget *dialog) {
-        const auto *list = Find<QAbstractItemView>(dialog, "lvList");
-        EXPECT_EQ(TGuiTools::Column(*list->model(), 0), (QStringList{"t", "a_view"}));
-        Ok(dialog)->click();
-    });
-    QString name = "a_view";
-    EXPECT_TRUE(TAppDialogs::SelectDataObject(manager, Database().Name(), name));
-    EXPECT_EQ(name, "a_view");
-    EXPECT_FALSE(TAppDialogs::SelectDataObject(manager, "missing", name));
-
     TDbmTableList::TItemPtr table;
     ASSERT_TRUE(manager.TryGetTable(Database().Name(), "t", table));
-    Driver.Expect("Select field", [&](QWidget *dialog) {
-        auto *list = Find<QAbstractItemView>(dialog, "lvFields");
-        EXPECT_EQ(TGuiTools::Column(*list->model(), 1), (QStringList{"name", "price"}));
-        list->setCurrentIndex(list->model()->index(1, 1));
-        Ok(dialog)->click();
-    });
-    EXPECT_TRUE(TAppDialogs::SelectField("Select field", table->Fields(), {"id"}, name));
-    EXPECT_EQ(name, "price");
-
     Driver.Expect("frmDialog", [&](QWidget *dialog) {
         EXPECT_TRUE(Ok(dialog)->isEnabled());
         auto *model = Find<QAbstractItemView>(dialog, "lvFields")->model();

@@ -5,15 +5,12 @@
 #include "shell/uWorkbenchFixture.h"
 #include "support/uFileUtils.h"
 #include "uTestSshServer.h"
-#include "widgets/uVTDataManager.h"
 #include "widgets/uVerticalGrid.h"
 
-#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QTest>
 
 namespace {
 
@@ -57,17 +54,6 @@ protected:
     }
 };
 
-TEST_F(TProfilesTest, OneKeyConnects)
-{
-    StoreProfile("Mine", Profile());
-    Driver.Allow("frmWorker");
-    OpenProfiles([](QWidget *form) {
-        QTest::keyClick(Find<TVTTreeView>(form, "lvProfiles"), Qt::Key_Return);
-    });
-    ASSERT_TRUE(TAppUtils::Instance().IsConnectionOpened());
-    EXPECT_EQ(Window->GetActiveManagerFrame()->GetTitle(), "Mine");
-}
-
 struct TBadProfile
 {
     const char *Name;
@@ -106,46 +92,6 @@ TEST_F(TProfilesTest, AFailedConnectionSaysWhyAndKeepsTheWindowsOpen)
         });
         EXPECT_FALSE(TAppUtils::Instance().IsConnectionOpened()) << row.Name;
     }
-}
-
-TEST_F(TProfilesTest, CreatesEditsAndDeletesProfiles)
-{
-    StoreProfile("First", Profile());
-    OpenProfiles([this](QWidget *form) {
-        Driver.Expect("New profile", [](QWidget *dialog) {
-            EXPECT_TRUE(Row(dialog, "rowCompression")->IsChecked());
-            Edit(dialog, "rowHostName", "db.example ");
-            Edit(dialog, "rowPort", "3307");
-            Edit(dialog, "rowDatabase", " a ");
-            TGuiTools::Click(dialog, "butOK");
-        });
-        QTest::keyClick(Find<TVTTreeView>(form, "lvProfiles"), Qt::Key_Insert);
-
-        Driver.Expect("Edit profile", [](QWidget *dialog) {
-            EXPECT_EQ(Row(dialog, "rowHostName")->Text(), "db.example");
-            EXPECT_EQ(Row(dialog, "rowDatabase")->Text(), " a ") << "a name may have such blanks";
-            Edit(dialog, "rowProfileName", "Second");
-            TGuiTools::Click(dialog, "butOK");
-        });
-        TGuiTools::Trigger(form, "actUpdate");
-
-        Driver.Expect("New profile", [](QWidget *dialog) {
-            Edit(dialog, "rowProfileName", "never stored");
-            TGuiTools::Click(dialog, "butCancel");
-        });
-        TGuiTools::Trigger(form, "actCreate");
-        TGuiTools::Click(form, "butClose");
-    });
-    EXPECT_EQ(Stored(), (QStringList{"First", "Second"})) << "stored without a connection";
-
-    OpenProfiles([this](QWidget *form) {
-        for (const char *button : {"butNo", "butYes"}) {
-            Answer(button);
-            TGuiTools::Trigger(form, "actDelete");
-        }
-        TGuiTools::Click(form, "butClose");
-    });
-    EXPECT_EQ(Stored().size(), 1);
 }
 
 TEST_F(TProfilesTest, APrivateKeyIsImportedAndCleared)
@@ -189,43 +135,6 @@ TEST_F(TProfilesTest, APrivateKeyIsImportedAndCleared)
     EXPECT_EQ(imported, bytes);
     EXPECT_EQ(TAppConfig::ReadLastSSHPrivateKeysFolder(), QFileInfo(noKey).path());
     EXPECT_EQ(edit([](TVerticalRow *row) { Q_EMIT row->OnButton(row, "Clear"); }), QByteArray());
-}
-
-TEST_F(TProfilesTest, EachCharacterSetOfTheListConnects)
-{
-    StoreProfile("First", Profile());
-    QStringList charsets;
-    EditProfile("butCancel", [&](QWidget *dialog) {
-        auto *combo = Find<QComboBox>(dialog, "rowCharacterSet");
-        combo->showPopup();
-        for (int i = 0; i < combo->count(); ++i)
-            charsets += combo->itemData(i).toString();
-        combo->hidePopup();
-    });
-    EXPECT_GE(charsets.size(), 39);
-    for (const QString &charset : charsets) {
-        SCOPED_TRACE(charset.toStdString());
-        TDbmConnectionProfile profile = Profile();
-        profile.Charset = charset;
-        const auto manager = TDbmManager::Create();
-        manager->SetParams(profile);
-        EXPECT_NO_THROW(manager->Connect());
-    }
-}
-
-TEST_F(TProfilesTest, SelectsADatabaseOfTheServer)
-{
-    StoreProfile("First", Profile());
-    EditProfile("butCancel", [this](QWidget *dialog) {
-        ChooseDatabase(Database().Name());
-        TVerticalRow *row = Row(dialog, "rowDatabase");
-        Q_EMIT row->OnButton(row, "select");
-        // A wrong password is told, and the row stays.
-        Edit(dialog, "rowUserName", "nobody");
-        ExpectError("Access denied");
-        Q_EMIT row->OnButton(row, "select");
-        EXPECT_EQ(row->Text(), Database().Name());
-    });
 }
 
 TEST_F(TProfilesTest, ChangesThatCannotBeStoredAreNotDropped)

@@ -1,4 +1,3 @@
-#include "app/uAppConfig.h"
 #include "core/uServerProfile.h"
 #include "model/uDbmFieldList.h"
 #include "model/uDbmTableList.h"
@@ -8,10 +7,6 @@
 #include "widgets/uCompletionList.h"
 
 #include <QAbstractScrollArea>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QListView>
 #include <QTest>
 
 namespace {
@@ -61,21 +56,6 @@ TEST_F(TCodeCompletionTest, TheListOpensNarrowsAndInserts)
     const QString chosen = Shown().value(1);
     Press(Qt::Key_Tab);
     EXPECT_TRUE(QueryEditor().Text().startsWith(chosen)) << QueryEditor().Text().toStdString();
-    QueryEditor().SetText("");
-    Type("upd");
-    Complete();
-    EXPECT_NE(List(), nullptr);
-    Type("zz");
-    EXPECT_EQ(List(), nullptr) << "no word begins so";
-    Press(Qt::Key_Backspace);
-    Press(Qt::Key_Backspace);
-    Complete();
-    ASSERT_NE(List(), nullptr);
-    EXPECT_LT(Shown().size(), 10);
-    EXPECT_GE(List()->height(), 10 * List()->findChild<QListView *>()->sizeHintForRow(0));
-    Press(Qt::Key_Escape);
-    EXPECT_EQ(List(), nullptr);
-    EXPECT_EQ(QueryEditor().Text(), "upd");
 }
 
 TEST_F(TCodeCompletionTest, NamesThatAreLoadedFollowAndNothingIsAsked)
@@ -190,48 +170,6 @@ TEST_F(TCodeCompletionTest, EveryWordThatIsANameCanBeRun)
         EXPECT_TRUE(names.contains("STATUS")) << "no backticks where none are needed";
         database.Exec("SELECT " + names.join(',') + " FROM words");
     }
-}
-
-TEST_F(TCodeCompletionTest, AResultIsExportedByTheOptionsOfTheDialog)
-{
-    TPageManagerFrame &pages = OpenWorkspace().PageManager();
-    NewQuery("");
-    EXPECT_FALSE(IsEnabled("actQueryExportAsCVS"));
-    RunQuery("SELECT 1 AS a, 'x' AS b UNION ALL SELECT 2, NULL");
-    EXPECT_TRUE(IsEnabled("actQueryExportAsCVS"));
-    const auto options = [this](const TModalDriver::THandler &handler) {
-        Driver.Expect("frmDialog", handler);
-        Trigger("actQueryExportAsCVS");
-    };
-    options([&](QWidget *dialog) {
-        EXPECT_EQ(dialog->windowTitle(), "Export options");
-        auto *custom = Find<QLineEdit>(dialog, "edFieldDelimiter");
-        auto *kind = Find<QComboBox>(dialog, "cbxFieldDelimiter");
-        kind->setCurrentText("Comma");
-        EXPECT_EQ(custom->text(), ",");
-        kind->setCurrentText("Custom");
-        EXPECT_EQ(custom->text(), "");
-        EXPECT_TRUE(custom->isEnabled());
-        custom->setText("|");
-        Find<QCheckBox>(dialog, "chkColumnTitles")->setChecked(true);
-        Find<QComboBox>(dialog, "cbxTextQualifier")->setCurrentIndex(2);
-        Find<QCheckBox>(dialog, "chkRegSettingCustom")->setChecked(true);
-        EXPECT_TRUE(Find<QWidget>(dialog, "grpRegionalSettings")->isVisible());
-        TGuiTools::Click(dialog, "butOK");
-    });
-    auto *page = pages.ActivePage();
-    EXPECT_EQ(page->GetTitle(), "Result as CSV");
-    EXPECT_EQ(Find<TTextEditor>(page, "edEditor")->Text(), "a|b|\r\n1|\"x\"|\r\n2||\r\n");
-    EXPECT_FALSE(
-        TAppConfig::Config().GetValue("export_cvs_options", "custom_regional_settings", true));
-    // What was chosen comes back, and Cancel exports nothing.
-    pages.SelectNextPage();
-    options([&](QWidget *dialog) {
-        EXPECT_EQ(Find<QLineEdit>(dialog, "edFieldDelimiter")->text(), "|");
-        EXPECT_TRUE(Find<QCheckBox>(dialog, "chkColumnTitles")->isChecked());
-        TGuiTools::Click(dialog, "butCancel");
-    });
-    EXPECT_EQ(pages.ActivePage(), &QueryPage());
 }
 
 } // namespace

@@ -173,11 +173,4 @@ TEST_F(TQueryFileTest, AFullDiskKeepsTextAndFile)
     EXPECT_GT(Bytes(file).size(), 100'000) << "the next try works";
 }
 
-TEST_F(TQueryFileTest, AMissingFileOpensNothing)
-{
-    OpenWorkspace();
-    Pages().ShowQueryFromFile(FilePath("missing.sql"), {}, 0, true);
-    EXPECT_TRUE(Workspace().GetPagesCaption().isEmpty());
-}
-
 } // namespace

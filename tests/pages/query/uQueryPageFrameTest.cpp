@@ -4,9 +4,7 @@
 #include "widgets/uDropDownCombo.h"
 #include "widgets/uGridView.h"
 
-#include <QClipboard>
 #include <QFile>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <sys/resource.h>
@@ -30,29 +28,6 @@ protected:
     QStringList ResultRows() { return Rows(Find<TDataSetGrid>(&QueryPage(), "grdData")); }
     void Goto(const char *action) { TGuiTools::Trigger(&QueryPage(), action); }
 };
-
-TEST_F(TQueryPageTest, ShowsRowsPlanAndLogOfOneRun)
-{
-    Exec("CREATE TABLE t (id INT PRIMARY KEY, name VARCHAR(20)); ");
-    Exec("INSERT INTO t VALUES (1, 'Ångström'), (2, NULL), (3, '中文')");
-    OpenWorkspace(Database().Name());
-    NewQuery("");
-    RunQuery("SELECT * FROM t ORDER BY id;\nSET @x = 1;\n");
-    TTestLoop::Settle();
-    EXPECT_FALSE(Find<TDropDownCombo>(&QueryPage(), "cbxUse")->isVisible()) << "it is bound";
-    EXPECT_EQ(ResultRows(), (QStringList{"1|Ångström", "2|NULL", "3|中文"}));
-    EXPECT_EQ(LabelText("labRows"), "Rows: 3");
-    EXPECT_TRUE(LabelText("labTime").endsWith(" ms"));
-    Goto("actGotoExplain");
-    const QStringList plan = Rows(Find<TGridView>(&QueryPage(), "lvExplain"));
-    ASSERT_EQ(plan.size(), 1);
-    EXPECT_TRUE(plan[0].startsWith("1|SIMPLE|t|")) << plan[0].toStdString();
-    Goto("actGotoLog");
-    auto *log = Find<TGridView>(&QueryPage(), "lvLog");
-    EXPECT_EQ(log->model()->rowCount(), 2);
-    EXPECT_EQ(log->model()->index(0, 4).data().toString(), "OK");
-    EXPECT_EQ(log->model()->index(1, 5).data().toString(), "SET @x = 1");
-}
 
 TEST_F(TQueryPageTest, StaysOnItsTabAndFillsTheOthersWhenTheyAreLookedAt)
 {
@@ -242,14 +217,6 @@ TEST_F(TQueryPageTest, OddAnswersAreShown)
     RunQuery("");
     EXPECT_EQ(LabelText("labRows"), "Rows: -");
     EXPECT_NE(LabelText("labTime"), "Time: -");
-}
-
-TEST_F(TQueryPageTest, PastesThroughTheClipboard)
-{
-    OpenWorkspace();
-    Pages().PasteText("NOW()"); // no query page: a new one comes
-    EXPECT_EQ(QueryPage().GetText(), "NOW()");
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), "NOW()");
 }
 
 } // namespace

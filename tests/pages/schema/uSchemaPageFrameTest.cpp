@@ -1,13 +1,10 @@
 #include "pages/schema/uSchemaPageFrame.h"
 
-#include "pages/query/uQueryPageFrame.h"
 #include "pages/uBothServers.h"
 #include "pages/uTabTools.h"
 #include "shell/uRecordedDialogs.h"
 #include "shell/uWorkbenchFixture.h"
-#include "widgets/uVerticalGrid.h"
 
-#include <QFile>
 #include <QRegularExpression>
 #include <QScrollBar>
 
@@ -69,38 +66,6 @@ TEST_P(TSchemaPageOnBothServers, ShowsTheObjectsOfADatabaseSideBySide)
         EXPECT_TRUE(QRegularExpression(row).match(List(page, tab).join('\n')).hasMatch())
             << List(page, tab).join('\n').toStdString();
     EXPECT_EQ(List(page, ttInfo).first(), "Name|" + Database().Name());
-}
-
-TEST_F(TSchemaPageTest, ANewRoutineOpensAQueryAndItsTab)
-{
-    TSchemaPageFrame &page = Open();
-    Find<QAction>(&page, "actCreateFunction")->trigger();
-    auto *query = qobject_cast<TQueryPageFrame *>(Pages().GetActivePage());
-    ASSERT_NE(query, nullptr);
-    EXPECT_TRUE(query->GetText().contains("FUNCTION"));
-    EXPECT_EQ(Tabs(page).currentIndex(), ttFunctions);
-    EXPECT_EQ(Tabs(page).Frame(ttFunctions), nullptr) << "nobody has seen it yet";
-    Pages().SelectPrevPage(); // no redraw in between
-    ASSERT_EQ(Pages().GetActivePage(), &page);
-    ASSERT_NE(Tabs(page).Frame(ttFunctions), nullptr);
-    EXPECT_EQ(Tabs(page).widget(ttFunctions)->findChild<TGridView *>()->model()->rowCount(), 1);
-}
-
-TEST_F(TSchemaPageTest, AJobLeavesTheTabAlone)
-{
-    TSchemaPageFrame &page = Open();
-    Tabs(page).setCurrentIndex(ttViews);
-    const QString file = FilePath("dump.sql");
-    Driver.Expect([&](QWidget *dialog) {
-        Driver.ExpectFile(file);
-        auto *row = dialog->findChild<TVerticalGrid *>()->Row("rowFileName");
-        Q_EMIT row->OnButton(row, "Select");
-        ExpectJob();
-        TGuiTools::Click(dialog, "butOK");
-    });
-    Find<QAction>(&page, "actCreateSqlDump")->trigger();
-    EXPECT_TRUE(QFile::exists(file));
-    EXPECT_EQ(Tabs(page).currentIndex(), ttViews);
 }
 
 TEST_F(TSchemaPageTest, ANewObjectTurnsToItsTabOnlyWhenItWasMade)

@@ -1,8 +1,6 @@
 #include "pages/structure/uTablePageFrame.h"
 
 #include "pages/structure/uTableFrame.h"
-#include "pages/structure/uTableListFrames.h"
-#include "pages/structure/uTableStructureFrame.h"
 #include "pages/uBothServers.h"
 #include "pages/uTabTools.h"
 #include "shell/uAppManagerUtils.h"
@@ -11,9 +9,6 @@
 #include "shell/uWorkbenchFixture.h"
 
 #include <QLineEdit>
-#include <QTabBar>
-#include <QToolBar>
-#include <QToolButton>
 
 namespace {
 
@@ -116,25 +111,6 @@ TEST_F(TTablePageTest, ThePageFollowsItsTable)
     EXPECT_EQ(Workspace().GetPagesCaption(), QStringList());
 }
 
-TEST_F(TTablePageTest, AKindWithoutKeysTurnsToItsFields)
-{
-    TTablePageFrame &page = Open("t");
-    List(page, ttIndexes);
-    const auto show = [&](const QString &database, const QString &name) {
-        page.SetParams(&Workspace().Manager(), database, name);
-        page.RequestProcess();
-        page.Process();
-    };
-    show("information_schema", "TABLES");
-    EXPECT_EQ(Tabs(page).currentIndex(), ttFields);
-    for (const TTab tab : {ttReferences, ttTriggers, ttInfo})
-        EXPECT_EQ(Tabs(page).Frame(tab), nullptr) << "no neighbour was looked at on the way";
-    EXPECT_FALSE(Captions(page).join(' ').contains("Indexes"));
-    EXPECT_GT(List(page, ttFields).size(), 10);
-    show(Database().Name(), "t");
-    EXPECT_TRUE(Captions(page).contains("Indexes: 3"));
-}
-
 TEST_F(TTablePageTest, TheTextIsReadOnceAndKeepsItsPlace)
 {
     TTablePageFrame &page = Open("t");
@@ -154,20 +130,6 @@ TEST_F(TTablePageTest, TheTextIsReadOnceAndKeepsItsPlace)
     Find<QAction>(&page, "actRefresh")->trigger();
     EXPECT_TRUE(editor->Text().contains("COMMENT='changed'"));
     EXPECT_EQ(editor->CaretLine(), 3);
-}
-
-TEST_F(TTablePageTest, TheTabShowsWhatItHolds)
-{
-    Open("t");
-    const auto *tabs = Find<QTabBar>(&Workspace().PageManager(), "tabBar");
-    const auto icon = [tabs] { return tabs->tabIcon(tabs->currentIndex()).name(); };
-    EXPECT_EQ(icon(), "table");
-    Open("v");
-    EXPECT_EQ(icon(), "view");
-    Open("nothing");
-    EXPECT_EQ(icon(), "text-page");
-    Pages().ShowTable("information_schema", "TABLES", true);
-    EXPECT_EQ(icon(), "table-system");
 }
 
 TEST_F(TTablePageTest, AViewWithoutItsTableIsShownAsFarAsItGoes)
@@ -216,10 +178,6 @@ TEST_F(TTablePageTest, ListsOpenTheirDialogs)
         action("actModify")->trigger();
         EXPECT_EQ(dialogs.Take(), QStringList{each.Kind + on + each.Name + '|'});
     }
-    dialogs.NewName = "t";
-    Find<QAction>(&page, "actOptions")->trigger();
-    EXPECT_EQ(dialogs.Take(), QStringList{"table|" + Database().Name() + "||t|"});
-
     auto *frame = page.findChild<TTableFrame *>();
     dialogs.Confirms = false;
     EXPECT_FALSE(frame->CreateIndex());
@@ -227,47 +185,6 @@ TEST_F(TTablePageTest, ListsOpenTheirDialogs)
     dialogs.Confirms = true;
     EXPECT_TRUE(frame->CreateIndex());
     EXPECT_EQ(Tabs(page).currentIndex(), ttIndexes);
-    dialogs.Take();
-
-    TTablePageFrame &view = Open("v");
-    dialogs.NewName = "v";
-    Find<QAction>(&view, "actOptions")->trigger();
-    EXPECT_EQ(dialogs.Take(), QStringList{"view|" + Database().Name() + "||v|"});
-    List(view, vtFields);
-    EXPECT_FALSE(Find<QAction>(Tabs(view).widget(vtFields), "actNew")->isEnabled());
-}
-
-TEST_F(TTablePageTest, TheHiddenListsAreWhole)
-{
-    TTablePageFrame &page = Open("parent");
-    EXPECT_FALSE(Tabs(page).isTabVisible(ttStructure));
-    EXPECT_FALSE(Tabs(page).isTabVisible(ttDependencies));
-    EXPECT_EQ(Tabs(page).tabText(ttDependencies), "Dependencies: 0") << "it was not read";
-    QWidget owner;
-    auto *frame = TBaseFrame::New<TTableStructureFrame>(&owner);
-    frame->SetParams(&Workspace().Manager(), Database().Name(), "parent");
-    frame->Process();
-    const auto *list = frame->findChild<TTableDependenciesFrame *>();
-    const QAbstractItemModel *model = list->findChild<TGridView *>()->model();
-    EXPECT_EQ(TGuiTools::Rows(*model), QStringList{"to_parent|t(parent_id)|id|cascade|restrict"});
-    EXPECT_EQ(list->height(), list->GetWorkHeight());
-
-    list->findChild<TGridView *>()->SetFocusedRow(0);
-    Answer("butYes");
-    Find<QAction>(list, "actDelete")->trigger();
-    EXPECT_EQ(model->rowCount(), 0);
-}
-
-TEST_F(TTablePageTest, ButtonsAreReachedByTheKeyboard)
-{
-    for (const auto &[name, count] : {std::pair("tbrTable", 3), {"tbrData", 11}}) {
-        auto *toolBar = Find<QToolBar>(&Open("t"), name);
-        int reached = 0;
-        for (QAction *action : toolBar->actions())
-            if (const auto *button = qobject_cast<QToolButton *>(toolBar->widgetForAction(action)))
-                reached += button->focusPolicy() == Qt::TabFocus ? 1 : 0;
-        EXPECT_EQ(reached, count) << name;
-    }
 }
 
 } // namespace

@@ -3,52 +3,6 @@
 
 namespace {
 
-struct TMenuCase
-{
-    QStringList Path;
-    const char *Menu;
-    const char *Enabled; // actions on the focused object
-};
-
-TEST_F(TObjectsFrameTest, OffersWhatCanBeDoneWithANode)
-{
-    TManagerObjectsFrame &frame = OpenDatabase();
-    Node({"Tables", "cities"}).SetExpanded(true);
-    Node({"Views", "names"}).SetExpanded(true);
-    const TMenuCase cases[] = {
-        {{"Tables"}, "Create Table...", ""},
-        {{"Tables", "cities"},
-         "Open|-|Create Field...|Create Index...|Create Reference...|Create Trigger...|-|Modify|"
-         "Rename|-|Delete",
-         "Open|Rename|Delete"},
-        {{"Tables", "cities", "Fields", "id"}, "Modify|-|Delete", "Delete"},
-        {{"Tables", "cities", "Triggers"}, "Create Trigger...", ""},
-        {{"Views", "names"}, "Open|-|Modify|Rename|-|Delete", "Open|Rename|Delete"},
-        {{"Views", "names", "Fields"}, "", ""},
-        {{"Views", "names", "Fields", "name"}, "", ""},
-        {{"Procedures", "tidy"}, "Open|-|Rename|-|Delete", "Open|Rename|Delete"},
-        {{"Events", "nightly"}, "Modify|Rename|-|Delete", "Rename|Delete"},
-    };
-    for (const TMenuCase &each : cases) {
-        SCOPED_TRACE(each.Path.join('/').toStdString());
-        Focus(each.Path);
-        EXPECT_EQ(Menu(), each.Menu);
-        QStringList enabled;
-        for (const char *name :
-             {"actObjectOpen", "actObjectUpdate", "actObjectRename", "actObjectDelete"})
-            if (Action(name)->isEnabled())
-                enabled += Action(name)->text();
-        EXPECT_EQ(enabled.join('|'), each.Enabled);
-    }
-    Focus({"Tables", "cities"});
-    EXPECT_TRUE(Action("actObjectClone")->isEnabled());
-    Focus({"Tables"});
-    EXPECT_FALSE(Action("actObjectClone")->isEnabled());
-    frame.SelectDatabase("information_schema");
-    FData->SetFocusedItem(Node({"Tables"}).DataList()->Items(0));
-    EXPECT_FALSE(Action("actObjectDelete")->isEnabled()) << "a system view";
-}
-
 using TActionsOnBothServers = TOnBothServers<TObjectsFrameTest>;
 INSTANTIATE_TEST_SUITE_P(Servers, TActionsOnBothServers, testing::Values(skMariaDB, skMySQL),
                          TActionsOnBothServers::Name);
@@ -110,13 +64,10 @@ TEST_F(TObjectsFrameTest, DialogsAreOpenedForWhatIsFocused)
     };
     const TCase cases[] = {
         {{"Tables"}, "actDatabaseCreateTable", "table||"},
-        {{"Views"}, "actDatabaseCreateView", "view||"},
         {{"Tables", "cities"}, "actDatabaseCreateField", "field|cities|"},
-        {{"Tables", "cities", "Indexes"}, "actDatabaseCreateIndex", "index|cities|"},
         {key, "actDatabaseCreateReference", "reference|streets|"},
         {column, "actDatabaseCreateTrigger", "trigger|cities|"},
         {{"Events", "nightly"}, "actObjectUpdate", "event||nightly"},
-        {column, "actObjectUpdate", "field|cities|id"},
         {key, "actObjectUpdate", "reference|streets|in_city"},
         {{"Tables", "cities", "Triggers", "on_city"}, "actObjectUpdate", "trigger|cities|on_city"},
     };

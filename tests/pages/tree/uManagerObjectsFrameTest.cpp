@@ -1,6 +1,5 @@
 #include "pages/tree/uObjectsFrameFixture.h"
 #include "pages/uBothServers.h"
-#include "uPaintCounter.h"
 
 namespace {
 
@@ -148,31 +147,6 @@ TEST_F(TObjectsFrameTest, ADatabaseIsChosenFromWhatTheServerHas)
     Server().Exec("CREATE DATABASE " + other.Name()); // it is dropped with its object
 }
 
-TEST_F(TObjectsFrameTest, AMessageSelectsADatabaseOfItsOwnWorkspace)
-{
-    TManagerObjectsFrame &frame = OpenDatabase();
-    const auto stranger = TDbmManager::Create();
-    TAppMessages::SendSelectSchema(stranger.get(), "mysql");
-    EXPECT_EQ(frame.SelectedDatabase(), Database().Name());
-    TAppMessages::SendSelectSchema(&Window->GetActiveManagerFrame()->Manager(), "mysql");
-    EXPECT_EQ(frame.SelectedDatabase(), "mysql");
-}
-
-TEST_F(TObjectsFrameTest, MouseAndKeysOpenWhatTheyPointAt)
-{
-    OpenDatabase();
-    const auto pages = [this] { return Window->GetActiveManagerFrame()->GetPagesCaption(); };
-    DoubleClick({"Views"});
-    EXPECT_FALSE(Node({"Views"}).IsExpanded());
-    DoubleClick({"Views"});
-    EXPECT_TRUE(Node({"Views"}).IsExpanded());
-    Press(Qt::Key_Return, {"Views"});
-    EXPECT_TRUE(Node({"Views"}).IsExpanded()) << "a folder is not opened by Enter";
-    EXPECT_EQ(pages(), QStringList());
-    DoubleClick({"Views", "names"});
-    EXPECT_EQ(pages(), QStringList{Database().Name() + ".names"});
-}
-
 TEST_F(TObjectsFrameTest, WhatIsGoneLosesItsNode)
 {
     OpenDatabase();
@@ -195,19 +169,6 @@ TEST_F(TObjectsFrameTest, WhatIsGoneLosesItsNode)
     Node({"Views", "names"}).SetExpanded(true);
     Action("actRefresh")->trigger();
     EXPECT_EQ(Below({"Views"}), QStringList{"names"});
-}
-
-TEST_F(TObjectsFrameTest, ARefreshPaintsOnce)
-{
-    OpenDatabase();
-    Node({"Tables", "cities"}).SetExpanded(true);
-    Focus({"Tables", "streets"});
-    TTestLoop::Settle();
-    Exec("CREATE TABLE another (id INT)");
-    const TPaintCounter painted(FTree->viewport());
-    Action("actRefresh")->trigger();
-    TTestLoop::Settle();
-    EXPECT_EQ(painted.Count, 1);
 }
 
 } // namespace

@@ -67,14 +67,6 @@ protected:
     {
         return Find<QAction>(Window->findChild<TManagerObjectsFrame *>(), name);
     }
-    /// The entries of the tree's menu, joined by a bar.
-    QString Menu()
-    {
-        QStringList entries;
-        for (const QAction *action : Find<QMenu>(Window.get(), "pmTree")->actions())
-            entries += action->isSeparator() ? QString("-") : action->text();
-        return entries.join('|');
-    }
     void DoubleClick(const QStringList &path)
     {
         const QModelIndex index = FData->Model()->IndexOf(&Node(path));
