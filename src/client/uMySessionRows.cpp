@@ -10,6 +10,7 @@
 #include <errmsg.h>
 #include <mysql.h>
 #include <mysqld_error.h>
+#include <numeric>
 #include <sys/ioctl.h>
 #include <thread>
 
@@ -19,8 +20,10 @@ namespace {
 
 // A server of the same machine is slowed down by a reader that sleeps until each packet: it pays
 // for every wake. So a reader that has nearly caught up lets some packets gather first. Nothing is
-// lost when the rows come slower than that, and a full buffer is never waited for.
-constexpr int RowsBetweenRests = 200;
+// lost when the rows come slower than that, and a full buffer is never waited for. A page of rows
+// is over before that would pay.
+constexpr qint64 BytesBeforeRests = 8 * 1024 * 1024;
+constexpr qint64 BytesBetweenRests = 32 * 1024;
 constexpr int FewBytes = 64 * 1024;
 constexpr std::chrono::microseconds Rest{200};
 
@@ -173,11 +176,15 @@ bool TMySession::FetchBinaryRow(const char *const *&cells, const unsigned long *
 
 void TMySession::ReadRows(TRowArena &arena)
 {
-    int row = 0;
+    qint64 bytes = -BytesBeforeRests; // since the last rest
     while (const char *const *cells = mysql_fetch_row(FResult.get())) {
-        arena.Append(cells, mysql_fetch_lengths(FResult.get()));
-        if (++row % RowsBetweenRests == 0)
+        const unsigned long *lengths = mysql_fetch_lengths(FResult.get());
+        arena.Append(cells, lengths);
+        bytes = std::accumulate(lengths, lengths + arena.FieldCount(), bytes);
+        if (bytes >= BytesBetweenRests) {
+            bytes = 0;
             LetRowsGather(FHandle.get());
+        }
     }
     if (mysql_errno(FHandle.get()) != 0)
         Fail();
