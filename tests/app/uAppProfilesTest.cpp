@@ -1,6 +1,5 @@
 #include "app/uAppProfiles.h"
 
-#include "app/uConfig.h"
 #include "support/uFileUtils.h"
 #include "uTestErrors.h"
 

@@ -1,7 +1,6 @@
 #include "uClientTools.h"
 
 #include "client/uFieldValue.h"
-#include "support/uFormat.h"
 #include "support/uStringUtils.h"
 
 namespace {

@@ -1,8 +1,6 @@
 #include "core/uDbmProvider.h"
-#include "core/uNetUtils.h"
 #include "uRelayTransport.h"
 #include "uServerProfile.h"
-#include "uTcpProxy.h"
 #include "uTestSshServer.h"
 
 #include <gmock/gmock.h>

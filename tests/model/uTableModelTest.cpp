@@ -1,7 +1,5 @@
 #include "uModelFixture.h"
 
-#include "support/uException.h"
-
 namespace {
 
 class TTableModelTest : public TModelTest
